@@ -14,7 +14,11 @@ TQLCollectionItem::TQLCollectionItem(TQLCollection* ACollection)
     SetLock(QLMakeChainedLock(TQLPersistent::GetLock(), [this] { NotifyProp(); }));
 }
 
-TQLCollectionItem::~TQLCollectionItem() { GetBasicLock().SetNotify({}); }
+TQLCollectionItem::~TQLCollectionItem()
+{
+    auto Guard = GetLock()->AcquireWrite();
+    GetBasicLock().SetNotify({});
+}
 
 int32_t TQLCollectionItem::GetIndex() const { return FCollection ? FCollection->IndexOfItem(this) : -1; }
 
@@ -76,6 +80,7 @@ TQLCollectionItem* TQLCollection::AddItem() { return InsertItem(GetCount()); }
 
 TQLCollectionItem* TQLCollection::InsertItem(int32_t AIndex)
 {
+    auto Guard = GetLock()->AcquireWrite();
     if (AIndex < 0 || AIndex > GetCount())
         throw EQLListError(AIndex);
     std::unique_ptr<TQLCollectionItem> Item = FFactory(this);
@@ -149,6 +154,14 @@ void TQLCollection::Assign(const TQLPersistent* ASource)
     }
     if (Source == this)
         return;
+    // Check every item before clearing, so that a mismatch leaves this collection as it was.
+    const TQLClassInfo& Mine = GetItemClassInfo();
+    for (const auto& Item : Source->FItems) {
+        const TQLClassInfo& Theirs = Item->GetClassInfo();
+        if (!Theirs.InheritsFrom(Mine) && !Mine.InheritsFrom(Theirs))
+            throw std::invalid_argument("Cannot assign a " + Theirs.GetName() + " to a collection of " +
+                                        Mine.GetName());
+    }
     auto Guard = GetLock()->AcquireWrite();
     Clear();
     for (const auto& Item : Source->FItems)

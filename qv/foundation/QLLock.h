@@ -5,9 +5,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -101,15 +104,22 @@ public:
         return Setter(AField, AValue, std::forward<F>(AProc));
     }
 
+    // A NaN has no place in a bounded range and raises std::invalid_argument.
     template <class T, class F = std::nullptr_t>
     bool SetterMin(T& AField, T AValue, T AMin, F&& AProc = nullptr)
     {
+        CheckBounded(AValue);
         return Setter(AField, AValue < AMin ? AMin : AValue, std::forward<F>(AProc));
     }
 
+    // Bounds given the wrong way round raise std::invalid_argument.
     template <class T, class F = std::nullptr_t>
     bool SetterMinMax(T& AField, T AValue, T AMin, T AMax, F&& AProc = nullptr)
     {
+        CheckBounded(AValue);
+        if (AMax < AMin)
+            throw std::invalid_argument("SetterMinMax: minimum " + std::to_string(AMin) + " lies above maximum " +
+                                        std::to_string(AMax));
         return Setter(AField, std::clamp(AValue, AMin, AMax), std::forward<F>(AProc));
     }
 
@@ -120,6 +130,15 @@ protected:
     }
 
 private:
+    template <class T>
+    static void CheckBounded(const T& AValue)
+    {
+        if constexpr (std::is_floating_point_v<T>) {
+            if (std::isnan(AValue))
+                throw std::invalid_argument("value " + std::to_string(AValue) + " is not a number");
+        }
+    }
+
     template <class F>
     static bool IsCallable(const F& AProc)
     {

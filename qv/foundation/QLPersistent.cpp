@@ -86,6 +86,7 @@ TQLPersistentNotify::TQLPersistentNotify(TQLPersistent* AOwner, TQLLockPtr ALock
 TQLPersistentNotify::~TQLPersistentNotify()
 {
     // Someone may still hold the chained lock; it must not call back into a freed object.
+    auto Guard = GetLock()->AcquireWrite();
     GetBasicLock().SetNotify({});
 }
 

@@ -5,6 +5,9 @@
 
 #include <cmath>
 #include <cstdio>
+#include <exception>
+#include <limits>
+#include <string>
 
 namespace qv {
 
@@ -69,6 +72,10 @@ TQLStoredNode SaveValue(const TQLPropertyInfo& AProp, const TQLValue& AValue)
                 Node.Names.push_back(Name);
                 Rest &= ~Bit;
             }
+        if (Rest != 0) { // bits that have no name: kept as a number, like unnamed enum values
+            Node = TQLStoredNode::Of(TQLStoredNode::snInteger);
+            Node.Integer = std::get<int64_t>(AValue);
+        }
         break;
     }
     case pkObject:
@@ -95,6 +102,28 @@ const char* KindText(TQLStoredNode::TKind AKind)
     return "?";
 }
 
+// The kind and the value of a node, for messages about a bad value.
+std::string Describe(const TQLStoredNode& ANode)
+{
+    switch (ANode.Kind) {
+    case TQLStoredNode::snBool: return ANode.Bool ? "the boolean true" : "the boolean false";
+    case TQLStoredNode::snInteger: return "the integer " + std::to_string(ANode.Integer);
+    case TQLStoredNode::snReal: {
+        char Buf[32];
+        std::snprintf(Buf, sizeof Buf, "%.17g", ANode.Real);
+        return std::string("the number ") + Buf;
+    }
+    case TQLStoredNode::snString: return "the string \"" + ANode.String + "\"";
+    case TQLStoredNode::snNames: {
+        std::string Text = "the list [";
+        for (size_t I = 0; I < ANode.Names.size(); ++I)
+            Text += (I ? ", \"" : "\"") + ANode.Names[I] + "\"";
+        return Text + "]";
+    }
+    default: return KindText(ANode.Kind);
+    }
+}
+
 int64_t ReadInteger(const std::string& APath, const TQLPropertyInfo& AProp, const TQLStoredNode& ANode)
 {
     int64_t Value = 0;
@@ -104,7 +133,7 @@ int64_t ReadInteger(const std::string& APath, const TQLPropertyInfo& AProp, cons
              std::fabs(ANode.Real) < 9.2e18)
         Value = static_cast<int64_t>(ANode.Real);
     else
-        Fail(APath, std::string("expected an integer, found ") + KindText(ANode.Kind));
+        Fail(APath, "expected an integer, found " + Describe(ANode));
     if (Value < AProp.MinValue || Value > AProp.MaxValue)
         Fail(APath, "value " + std::to_string(Value) + " out of range " + std::to_string(AProp.MinValue) + ".." +
                         std::to_string(AProp.MaxValue));
@@ -116,7 +145,7 @@ TQLValue ReadValue(const std::string& APath, const TQLPropertyInfo& AProp, const
     switch (AProp.Kind) {
     case pkBool:
         if (ANode.Kind != TQLStoredNode::snBool)
-            Fail(APath, std::string("expected a boolean, found ") + KindText(ANode.Kind));
+            Fail(APath, "expected a boolean, found " + Describe(ANode));
         return ANode.Bool;
     case pkInteger:
     case pkUnsigned:
@@ -126,10 +155,19 @@ TQLValue ReadValue(const std::string& APath, const TQLPropertyInfo& AProp, const
             return ANode.Real;
         if (ANode.Kind == TQLStoredNode::snInteger)
             return static_cast<double>(ANode.Integer);
-        Fail(APath, std::string("expected a number, found ") + KindText(ANode.Kind));
+        // Formats without NaN and infinity write them by name.
+        if (ANode.Kind == TQLStoredNode::snString) {
+            if (ANode.String == "NaN")
+                return std::numeric_limits<double>::quiet_NaN();
+            if (ANode.String == "Infinity")
+                return std::numeric_limits<double>::infinity();
+            if (ANode.String == "-Infinity")
+                return -std::numeric_limits<double>::infinity();
+        }
+        Fail(APath, "expected a number, found " + Describe(ANode));
     case pkString:
         if (ANode.Kind != TQLStoredNode::snString)
-            Fail(APath, std::string("expected a string, found ") + KindText(ANode.Kind));
+            Fail(APath, "expected a string, found " + Describe(ANode));
         return ANode.String;
     case pkColor: {
         if (ANode.Kind == TQLStoredNode::snInteger)
@@ -137,8 +175,7 @@ TQLValue ReadValue(const std::string& APath, const TQLPropertyInfo& AProp, const
         const std::string& S = ANode.String;
         if (ANode.Kind != TQLStoredNode::snString || S.size() != 9 || S[0] != '#' ||
             S.find_first_not_of("0123456789abcdefABCDEF", 1) != std::string::npos)
-            Fail(APath, "expected a colour as \"#AARRGGBB\", found " +
-                            (ANode.Kind == TQLStoredNode::snString ? "\"" + S + "\"" : std::string(KindText(ANode.Kind))));
+            Fail(APath, "expected a colour as \"#AARRGGBB\", found " + Describe(ANode));
         const int64_t Value = static_cast<int64_t>(std::stoul(S.substr(1), nullptr, 16));
         if (Value > AProp.MaxValue)
             Fail(APath, "colour " + S + " out of range");
@@ -148,14 +185,16 @@ TQLValue ReadValue(const std::string& APath, const TQLPropertyInfo& AProp, const
         if (ANode.Kind == TQLStoredNode::snInteger)
             return ReadInteger(APath, AProp, ANode);
         if (ANode.Kind != TQLStoredNode::snString)
-            Fail(APath, std::string("expected a name of ") + AProp.Enum->TypeName + ", found " + KindText(ANode.Kind));
+            Fail(APath, "expected a name of " + AProp.Enum->TypeName + ", found " + Describe(ANode));
         if (auto Value = AProp.Enum->ValueOf(ANode.String))
             return *Value;
         Fail(APath, "\"" + ANode.String + "\" is not a value of " + AProp.Enum->TypeName);
     }
     case pkSet: {
+        if (ANode.Kind == TQLStoredNode::snInteger)
+            return ReadInteger(APath, AProp, ANode);
         if (ANode.Kind != TQLStoredNode::snNames)
-            Fail(APath, std::string("expected a list of names, found ") + KindText(ANode.Kind));
+            Fail(APath, "expected a list of names, found " + Describe(ANode));
         int64_t Value = 0;
         for (const std::string& Name : ANode.Names) {
             auto Bit = AProp.Enum->ValueOf(Name);
@@ -178,7 +217,9 @@ void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::str
 void LoadCollection(TQLCollection& ACollection, const TQLStoredNode* ANode, const std::string& APath,
                     std::vector<TQLPersistent*>& ALoaded)
 {
-    if (ANode && ANode->Kind != TQLStoredNode::snList)
+    // An empty list may arrive as an empty list of names: formats cannot tell them apart.
+    const bool EmptyNames = ANode && ANode->Kind == TQLStoredNode::snNames && ANode->Names.empty();
+    if (ANode && ANode->Kind != TQLStoredNode::snList && !EmptyNames)
         Fail(APath, std::string("expected a list, found ") + KindText(ANode->Kind));
     ACollection.Clear();
     if (ANode) {
@@ -225,10 +266,16 @@ void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::str
         default:
             if (!Prop->Set)
                 break;
-            if (Node)
-                Prop->Set(AObject, ReadValue(Path, *Prop, *Node));
-            else if (Prop->Default)
-                Prop->Set(AObject, Prop->Default(AObject));
+            try {
+                if (Node)
+                    Prop->Set(AObject, ReadValue(Path, *Prop, *Node));
+                else if (Prop->Default)
+                    Prop->Set(AObject, Prop->Default(AObject));
+            } catch (const EQLPropertyError&) {
+                throw;
+            } catch (const std::exception& E) { // a setter refused the value
+                Fail(Path, E.what());
+            }
             break;
         }
     }
@@ -259,7 +306,8 @@ TQLStoredNode QLSaveObject(const TQLPersistent& AObject)
             }
             break;
         default:
-            if (Prop->IsStored(AObject))
+            // A read-only property could not be loaded back: it is not stored.
+            if (Prop->Set && Prop->IsStored(AObject))
                 Result.Add(Prop->Name, SaveValue(*Prop, Prop->Get(AObject)));
             break;
         }

@@ -59,6 +59,10 @@ struct TQVRealRanges {
 inline TRect QLMakeRect(int32_t X0, int32_t Y0, int32_t X1, int32_t Y1) { return TRect{X0, Y0, X1, Y1}; }
 inline TPoint QLMakePoint(int32_t X, int32_t Y) { return TPoint{X, Y}; }
 
+// Rounds to the nearest integer, ties to even, the one rounding of value to pixel. NaN
+// gives 0 and values beyond the 32-bit range are held to it, so no conversion is undefined.
+int32_t QLRoundToInt(double AValue);
+
 // Intersection of two rectangles; empty (all zero) when they do not overlap.
 TRect QLIntersectRect(const TRect& A, const TRect& B);
 

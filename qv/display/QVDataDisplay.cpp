@@ -1,0 +1,587 @@
+#include "qv/display/QVDataDisplay.h"
+
+#include "qv/display/QVDisplayComponent.h"
+#include "qv/foundation/QLClassBuilder.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <stdexcept>
+
+namespace qv {
+
+TQVDataDisplay::TQVDataDisplay() : TQLPersistent(nullptr, QLMakeLock())
+{
+    // Any settings change of the display or of its settings objects repaints.
+    GetBasicLock().SetNotify([this] { InvalidateRefresh(); });
+    FRefreshTimer.SetOnTimer([this] { OnRefreshTimer(this); });
+    FRefreshTimer.SetInterval(100);
+    FBkgBitmap.SetSize(10, 10);
+}
+
+TQVDataDisplay::~TQVDataDisplay()
+{
+    BeginDestroy();
+    FRefreshTimer.SetOnTimer({});
+    FRefreshTimer.SetOnChange({});
+    GetBasicLock().SetNotify({});
+    FBitmapCanvas.reset();
+}
+
+void TQVDataDisplay::BeginDestroy()
+{
+    if (!FDestroyGuard)
+        FDestroyGuard = GetLock()->AcquireDestroy();
+    FComponentState |= csDestroying;
+}
+
+// ---- Settings ----
+
+void TQVDataDisplay::SetColor(TAlphaColor AValue)
+{
+    GetBasicLock().Setter(FColor, AValue, [this] { InvalidateRecalc(); }, false);
+}
+
+void TQVDataDisplay::SetCursor(TCursor AValue)
+{
+    auto Guard = GetLock()->AcquireWrite();
+    FCursor = AValue;
+    SetDisplayCursor(AValue);
+}
+
+void TQVDataDisplay::SetDisplayCursor(TCursor AValue)
+{
+    if (FShownCursor == AValue)
+        return;
+    FShownCursor = AValue;
+    if (FOnCursorChange)
+        FOnCursorChange(AValue);
+}
+
+void TQVDataDisplay::SetNavigateMode(TQVDisplayNavigateMode AValue) { Set(FNavigateMode, AValue); }
+
+void TQVDataDisplay::SetRefreshInterval(uint32_t AValue) { FRefreshTimer.SetInterval(std::max<uint32_t>(AValue, 1)); }
+
+void TQVDataDisplay::SetHold(bool AValue)
+{
+    // Releasing hold shows the newest data at once, without waiting for the next tick.
+    Set(FHold, AValue, [this] {
+        PopulateDrawBuffers();
+        InvalidateRefresh();
+    });
+}
+
+void TQVDataDisplay::SetVisible(bool AValue)
+{
+    if (FVisible == AValue)
+        return;
+    FVisible = AValue;
+    InvalidateRefresh();
+}
+
+void TQVDataDisplay::SetComponentState(TQLComponentState AValue)
+{
+    FComponentState = AValue;
+    FRefreshTimer.SetEnabled((AValue & csDesigning) == 0);
+}
+
+void TQVDataDisplay::SetDesigning(bool AValue)
+{
+    SetComponentState(AValue ? (FComponentState | csDesigning) : (FComponentState & ~csDesigning));
+}
+
+void TQVDataDisplay::SetParentState(bool AHasParent, TQLComponentState AParentState)
+{
+    FHasParent = AHasParent;
+    FParentState = AParentState;
+}
+
+// ---- Geometry ----
+
+void TQVDataDisplay::SetBounds(float ALeft, float ATop, float AWidth, float AHeight)
+{
+    if (!std::isfinite(ALeft) || !std::isfinite(ATop) || !std::isfinite(AWidth) || !std::isfinite(AHeight) ||
+        AWidth < 0 || AHeight < 0)
+        throw std::invalid_argument("TQVDataDisplay::SetBounds: invalid bounds " + std::to_string(ALeft) + ", " +
+                                    std::to_string(ATop) + ", " + std::to_string(AWidth) + " x " +
+                                    std::to_string(AHeight));
+    if (AWidth != FWidth || AHeight != FHeight)
+        InvalidateRecalc();
+    FLeft = ALeft;
+    FTop = ATop;
+    FWidth = AWidth;
+    FHeight = AHeight;
+}
+
+int32_t TQVDataDisplay::GetPlotWidth() const
+{
+    return FPrinting ? FPrintSize.cx : static_cast<int32_t>(FWidth);
+}
+
+int32_t TQVDataDisplay::GetPlotHeight() const
+{
+    return FPrinting ? FPrintSize.cy : static_cast<int32_t>(FHeight);
+}
+
+// ---- Invalidation ----
+
+void TQVDataDisplay::InvalidateRefresh()
+{
+    FRefreshImage.store(true, std::memory_order_release);
+    Invalidate();
+}
+
+void TQVDataDisplay::PostRefresh()
+{
+    FRefreshImage.store(true, std::memory_order_release);
+    if (GetDesigning())
+        Invalidate();
+}
+
+void TQVDataDisplay::InvalidateRecalc()
+{
+    FNeedsRecalc.store(true, std::memory_order_release);
+    InvalidateRefresh();
+}
+
+void TQVDataDisplay::InvalidateRange()
+{
+    ClearCaches();
+    InvalidateRecalc();
+}
+
+void TQVDataDisplay::Invalidate()
+{
+    if (FOnInvalidate)
+        FOnInvalidate();
+}
+
+void TQVDataDisplay::Loaded()
+{
+    TQLPersistent::Loaded();
+    SetNeedsRecalc();
+}
+
+// ---- Refresh cycle ----
+
+void TQVDataDisplay::RefreshView()
+{
+    auto Guard = GetLock()->AcquireWrite();
+    if (!Guard)
+        return;
+    // The refresh flag is never cleared: every tick of a live control repaints.
+    if (PopulateDrawBuffers() || FRefreshImage.load(std::memory_order_acquire))
+        InvalidateRefresh();
+}
+
+// ---- Painting ----
+
+void TQVDataDisplay::SetCanvasFactory(TQLCanvasFactory AFactory)
+{
+    FCanvasFactory = std::move(AFactory);
+    FBitmapCanvas.reset();
+    if (FCanvasFactory)
+        FBitmapCanvas = FCanvasFactory(FBkgBitmap);
+}
+
+void TQVDataDisplay::SetBitmapSize(int32_t AWidth, int32_t AHeight)
+{
+    AWidth = std::max(AWidth, 0);
+    AHeight = std::max(AHeight, 0);
+    if (FBkgBitmap.GetWidth() == AWidth && FBkgBitmap.GetHeight() == AHeight && (FBitmapCanvas || !FCanvasFactory))
+        return;
+    FBitmapCanvas.reset();
+    FBkgBitmap.SetSize(AWidth, AHeight);
+    if (FCanvasFactory)
+        FBitmapCanvas = FCanvasFactory(FBkgBitmap);
+}
+
+void TQVDataDisplay::Paint()
+{
+    if (!FCanvasFactory)
+        throw std::logic_error("TQVDataDisplay::Paint: no canvas factory set; paint with PaintToCanvas instead");
+    SetBitmapSize(static_cast<int32_t>(FWidth), static_cast<int32_t>(FHeight));
+    PaintToCanvas(FBkgBitmap, *FBitmapCanvas, false);
+    PaintOverlay(TQLRegion(TRect{0, 0, GetPlotWidth(), GetPlotHeight()}), false);
+    if (FOnPaint)
+        FOnPaint(this);
+}
+
+void TQVDataDisplay::PaintToCanvas(TQLBitmap& ABitmap, TQLCanvas& ACanvas, bool APrinting)
+{
+    auto Guard = GetLock()->AcquireWrite();
+    if (!Guard)
+        return;
+    const TRect Rect{0, 0, ABitmap.GetWidth(), ABitmap.GetHeight()};
+    const TQLRegion Region(Rect);
+    if (&ABitmap != &FBkgBitmap)
+        SetBitmapSize(Rect.Right, Rect.Bottom);
+    // Text is measured on the surface being painted for the length of the paint.
+    struct TActive {
+        TQLCanvas*& Slot;
+        TQLCanvas* Old;
+        ~TActive() { Slot = Old; }
+    } Active{FActiveCanvas, FActiveCanvas};
+    FActiveCanvas = &ACanvas;
+    PaintToCanvasRgn(ABitmap, ACanvas, Rect, Region, APrinting);
+}
+
+void TQVDataDisplay::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, const TRect& ARect,
+                                      const TQLRegion& /*ARegion*/, bool /*APrinting*/)
+{
+    TQLCanvasSave Save(ACanvas);
+    ACanvas.GetBrush().SetStyle(bsSolid);
+    ACanvas.GetBrush().SetColor(FColor);
+    ACanvas.FillRect(ARect);
+}
+
+namespace {
+// Restores the print state however the drawing ends.
+struct TPrintScope {
+    bool& Printing;
+    TSize& Size;
+    TPrintScope(bool& APrinting, TSize& ASize, TSize ANew) : Printing(APrinting), Size(ASize)
+    {
+        Printing = true;
+        Size = ANew;
+    }
+    ~TPrintScope() { Printing = false; }
+};
+} // namespace
+
+void TQVDataDisplay::IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWidth, float AHeight,
+                             bool /*AStretch*/, bool /*APrinting*/)
+{
+    if (!FCanvasFactory)
+        throw std::logic_error("TQVDataDisplay::IntDraw: no canvas factory set");
+    if (!(AWidth >= 0) || !(AHeight >= 0))
+        throw std::invalid_argument("TQVDataDisplay::IntDraw: invalid size " + std::to_string(AWidth) + " x " +
+                                    std::to_string(AHeight));
+    TPrintScope Print(FPrinting, FPrintSize, TSize{QLRoundToInt(AWidth), QLRoundToInt(AHeight)});
+    TQLBitmap Bitmap(QLRoundToInt(AWidth + 1), QLRoundToInt(AHeight + 1));
+    {
+        std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
+        PaintToCanvas(Bitmap, *Canvas, false);
+    }
+    AGraphics.DrawBitmap(0, 0, Bitmap);
+}
+
+void TQVDataDisplay::IntRender(float AX, float AY, float AWidth, float AHeight, uint32_t* ABuffer,
+                               int32_t ABufferWidth, int32_t ABufferHeight)
+{
+    if (!FVisible)
+        return;
+    if (!ABuffer || ABufferWidth < 0 || ABufferHeight < 0)
+        throw std::invalid_argument("TQVDataDisplay::IntRender: invalid buffer of " + std::to_string(ABufferWidth) +
+                                    " x " + std::to_string(ABufferHeight));
+    if (!FCanvasFactory)
+        throw std::logic_error("TQVDataDisplay::IntRender: no canvas factory set");
+    TQLBitmap Bitmap(QLRoundToInt(AWidth + 1), QLRoundToInt(AHeight + 1));
+    {
+        std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
+        IntDraw(*Canvas, 1.0f, 1.0f, AWidth, AHeight, true, false);
+    }
+    // The overlap of the picture placed at (X, Y) with the buffer.
+    const int32_t X = QLRoundToInt(AX), Y = QLRoundToInt(AY);
+    int32_t CopyWidth, CopyHeight, SrcX = 0, SrcY = 0, DstX = 0, DstY = 0;
+    if (X < 0) {
+        CopyWidth = std::min(Bitmap.GetWidth() + X, ABufferWidth);
+        SrcX = -X;
+    } else {
+        CopyWidth = std::min(Bitmap.GetWidth(), ABufferWidth - X);
+        DstX = X;
+    }
+    if (Y < 0) {
+        CopyHeight = std::min(Bitmap.GetHeight() + Y, ABufferHeight);
+        SrcY = -Y;
+    } else {
+        CopyHeight = std::min(Bitmap.GetHeight(), ABufferHeight - Y);
+        DstY = Y;
+    }
+    if (CopyWidth <= 0 || CopyHeight <= 0)
+        return;
+    // Premultiplied "over": dst = src + dst * (1 - src alpha), per channel.
+    for (int32_t Row = 0; Row < CopyHeight; ++Row) {
+        const uint32_t* Src = Bitmap.GetScanLine(SrcY + Row) + SrcX;
+        uint32_t* Dst = ABuffer + static_cast<size_t>(DstY + Row) * ABufferWidth + DstX;
+        for (int32_t Col = 0; Col < CopyWidth; ++Col) {
+            const uint32_t S = Src[Col], D = Dst[Col];
+            const uint32_t Inv = 255 - (S >> 24);
+            uint32_t Out = 0;
+            for (int Shift = 0; Shift < 32; Shift += 8) {
+                const uint32_t C = ((S >> Shift) & 0xFF) + (((D >> Shift) & 0xFF) * Inv + 127) / 255;
+                Out |= std::min<uint32_t>(C, 255) << Shift;
+            }
+            Dst[Col] = Out;
+        }
+    }
+}
+
+void TQVDataDisplay::DoLayerDraw(TQLCanvas& ACanvas, int32_t AWidth, int32_t AHeight, float /*AXCoeff*/,
+                                 float /*AYCoeff*/, bool /*AContoursOnly*/)
+{
+    if (!FVisible || !FCanvasFactory || AWidth <= 0 || AHeight <= 0)
+        return;
+    auto Guard = GetLock()->AcquireWrite();
+    if (!Guard)
+        return;
+    TQLBitmap Bitmap(AWidth, AHeight);
+    {
+        std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
+        PaintToCanvas(Bitmap, *Canvas, false);
+    }
+    const int32_t L = QLRoundToInt(FLeft), T = QLRoundToInt(FTop);
+    ACanvas.StretchDrawBitmap(TRect{L, T, L + AWidth, T + AHeight}, Bitmap);
+}
+
+bool TQVDataDisplay::PaintIsDisabled() const
+{
+    const TQLComponentState Busy = csLoading | csReading;
+    const bool Enabled = (FComponentState & Busy) == 0 && FHasParent && (FParentState & Busy) == 0 &&
+                         (FVisible || GetDesigning());
+    return !Enabled;
+}
+
+// ---- Mouse and keyboard ----
+
+void TQVDataDisplay::SetFocus()
+{
+    FFocused = true;
+    if (FOnSetFocus)
+        FOnSetFocus();
+}
+
+template <class F>
+void TQVDataDisplay::ForEachMouseTarget(F&& AProc, bool AVisibleOnly, bool AStopWhenHandled, bool& AHandled)
+{
+    // A handler may add or remove components: walk a copy, skipping any that went away.
+    const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
+    auto Alive = [this](TQVDisplayComponent* C) {
+        return std::find(FComponents.begin(), FComponents.end(), C) != FComponents.end();
+    };
+    // Tool bars first, then every other component, each pass from the last to the first.
+    for (const bool ToolBars : {true, false}) {
+        if (AStopWhenHandled && AHandled)
+            return;
+        for (auto It = Snapshot.rbegin(); It != Snapshot.rend(); ++It) {
+            TQVDisplayComponent* C = *It;
+            if (C->IsToolBar() != ToolBars || !Alive(C) || (AVisibleOnly && !C->IsVisible()))
+                continue;
+            AProc(C);
+            if (AStopWhenHandled && AHandled)
+                return;
+        }
+    }
+}
+
+void TQVDataDisplay::MouseMove(TShiftState AShift, float AX, float AY)
+{
+    if (FOnMouseMove)
+        FOnMouseMove(this, AShift, AX, AY);
+    if (GetDesigning())
+        return;
+    const int32_t X = QLRoundToInt(AX), Y = QLRoundToInt(AY);
+    bool Handled = false;
+    ForEachMouseTarget([&](TQVDisplayComponent* C) { C->MouseMove(AShift, X, Y, Handled); }, true, false, Handled);
+    InvalidateRefresh();
+}
+
+void TQVDataDisplay::MouseDown(TMouseButton AButton, TShiftState AShift, float AX, float AY)
+{
+    if (FOnMouseDown)
+        FOnMouseDown(this, AButton, AShift, AX, AY);
+    if (GetDesigning())
+        return;
+    if (!GetIsFocused() && FTabOrder >= 0)
+        SetFocus();
+    const int32_t X = QLRoundToInt(AX), Y = QLRoundToInt(AY);
+    bool Handled = false;
+    ForEachMouseTarget(
+        [&](TQVDisplayComponent* C) {
+            C->MouseDown(AButton, AShift, X, Y, C->GetDrawRect().Contains(TPoint{X, Y}), Handled);
+        },
+        true, true, Handled);
+}
+
+void TQVDataDisplay::MouseUp(TMouseButton AButton, TShiftState AShift, float AX, float AY)
+{
+    if (FOnMouseUp)
+        FOnMouseUp(this, AButton, AShift, AX, AY);
+    if (GetDesigning())
+        return;
+    const int32_t X = QLRoundToInt(AX), Y = QLRoundToInt(AY);
+    // Every component hears the release, hidden ones too, so that no drag stays stuck.
+    const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
+    for (auto It = Snapshot.rbegin(); It != Snapshot.rend(); ++It)
+        if (std::find(FComponents.begin(), FComponents.end(), *It) != FComponents.end())
+            (*It)->MouseUp(AButton, AShift, X, Y, (*It)->GetDrawRect().Contains(TPoint{X, Y}));
+}
+
+bool TQVDataDisplay::DoMouseWheelDown(TShiftState AShift, const TPoint& AMousePos)
+{
+    if (GetDesigning())
+        return false;
+    const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
+    for (TQVDisplayComponent* C : Snapshot)
+        if (C->GetDrawRect().Contains(AMousePos))
+            C->MouseWheelDown(AShift, AMousePos);
+    if (TQVDisplayComponent* View = GetDataView(); View && View->GetDrawRect().Contains(AMousePos))
+        MouseWheelZoom(AMousePos, 1.1, 1.1);
+    return false;
+}
+
+bool TQVDataDisplay::DoMouseWheelUp(TShiftState AShift, const TPoint& AMousePos)
+{
+    if (GetDesigning())
+        return false;
+    const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
+    for (TQVDisplayComponent* C : Snapshot)
+        if (C->GetDrawRect().Contains(AMousePos))
+            C->MouseWheelUp(AShift, AMousePos);
+    if (TQVDisplayComponent* View = GetDataView(); View && View->GetDrawRect().Contains(AMousePos))
+        MouseWheelZoom(AMousePos, 0.9, 0.9);
+    return false;
+}
+
+void TQVDataDisplay::DoMouseEnter()
+{
+    if (GetDesigning())
+        return;
+    const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
+    for (TQVDisplayComponent* C : Snapshot)
+        C->MouseEnter();
+}
+
+void TQVDataDisplay::DoMouseLeave()
+{
+    if (!GetDesigning()) {
+        const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
+        for (TQVDisplayComponent* C : Snapshot)
+            C->MouseLeave();
+    }
+    if (FToolCursorChanged || FElementCursorChanged) {
+        SetDisplayCursor(FCursor);
+        FToolCursorChanged = false;
+        FElementCursorChanged = false;
+    }
+}
+
+void TQVDataDisplay::KeyDown(uint16_t& AKey, TShiftState AShift)
+{
+    if (FOnKeyDown)
+        FOnKeyDown(this, AKey, AShift);
+}
+
+void TQVDataDisplay::KeyUp(uint16_t& AKey, TShiftState AShift)
+{
+    if (FOnKeyUp)
+        FOnKeyUp(this, AKey, AShift);
+}
+
+void TQVDataDisplay::Click()
+{
+    if (FOnClick)
+        FOnClick(this);
+}
+
+void TQVDataDisplay::DblClick()
+{
+    if (FOnDblClick)
+        FOnDblClick(this);
+}
+
+// ---- Tooltips and label templates ----
+
+void TQVDataDisplay::SetToolTipText(const std::string& AText)
+{
+    auto Guard = GetLock()->AcquireWrite();
+    FHasNewToolTipText = true;
+    FNewToolTipText = AText;
+}
+
+std::string TQVDataDisplay::GetMeasurementLabelText(const std::string& AValue, const std::string& ALabelText,
+                                                    const std::string& ADefaultTemplate)
+{
+    const std::string& Template = ALabelText.empty() ? ADefaultTemplate : ALabelText;
+    std::string Result;
+    Result.reserve(Template.size() + AValue.size());
+    for (size_t I = 0; I < Template.size(); ++I) {
+        if (Template[I] != '%') {
+            Result += Template[I];
+            continue;
+        }
+        if (++I >= Template.size())
+            break; // a '%' at the very end ends the text
+        const char Code = static_cast<char>(std::toupper(static_cast<unsigned char>(Template[I])));
+        if (Code == '%')
+            Result += '%';
+        else if (Code == 'V')
+            Result += AValue;
+    }
+    return Result;
+}
+
+// ---- Components ----
+
+void TQVDataDisplay::AddComponent(TQVDisplayComponent* AComponent) { FComponents.push_back(AComponent); }
+
+void TQVDataDisplay::RemoveComponent(TQVDisplayComponent* AComponent)
+{
+    auto It = std::find(FComponents.begin(), FComponents.end(), AComponent);
+    if (It != FComponents.end())
+        FComponents.erase(It);
+}
+
+const TQLClassInfo& TQVDataDisplay::StaticClassInfo()
+{
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVDataDisplay>("TQVDataDisplay", &TQLPersistent::StaticClassInfo())
+            .Color("Color", &TQVDataDisplay::GetColor, &TQVDataDisplay::SetColor, TAlphaColor(0xFF000000))
+            .Property("Cursor", &TQVDataDisplay::GetCursor, &TQVDataDisplay::SetCursor, crDefault)
+            .Property("NavigateMode", &TQVDataDisplay::GetNavigateMode, &TQVDataDisplay::SetNavigateMode, nmZoom)
+            .Property("RefreshInterval", &TQVDataDisplay::GetRefreshInterval, &TQVDataDisplay::SetRefreshInterval,
+                      uint32_t(100))
+            .Property("Visible", &TQVDataDisplay::GetVisible, &TQVDataDisplay::SetVisible, true)
+            .Build();
+    return Info;
+}
+
+// ---- TQVDisplayComponent ----
+
+TQVDisplayComponent::TQVDisplayComponent(TQVDataDisplay* ADisplay)
+    : TQLPersistent(ADisplay, ADisplay ? ADisplay->GetLock() : nullptr), FDisplay(ADisplay)
+{
+    FDisplay->AddComponent(this);
+}
+
+TQVDisplayComponent::~TQVDisplayComponent() { FDisplay->RemoveComponent(this); }
+
+void TQVDisplayComponent::MouseMove(TShiftState /*AShift*/, int32_t AX, int32_t AY, bool& AHandled)
+{
+    if (!AHandled && GetDrawRect().Contains(TPoint{AX, AY})) {
+        AHandled = true;
+        if (!FMouseIsInView) {
+            FMouseIsInView = true;
+            MouseEnterView();
+        }
+    } else if (FMouseIsInView) {
+        FMouseIsInView = false;
+        MouseLeaveView();
+    }
+}
+
+void TQVDisplayComponent::MouseLeave()
+{
+    if (FMouseIsInView) {
+        FMouseIsInView = false;
+        MouseLeaveView();
+    }
+}
+
+const TQLClassInfo& TQVDisplayComponent::StaticClassInfo()
+{
+    static const TQLClassInfo Info("TQVDisplayComponent", &TQLPersistent::StaticClassInfo(), {});
+    return Info;
+}
+
+} // namespace qv

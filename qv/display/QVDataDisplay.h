@@ -1,0 +1,278 @@
+#pragma once
+// The base of every display control (scope, waterfall). It owns the off-screen picture and
+// the surface over it, the list of components, the refresh timer and the settings common
+// to all displays, and turns asynchronous data intake into a paced repaint: writers only
+// mark state, the timer moves data into draw buffers and asks for a repaint, the repaint
+// renders the whole control into the picture that the host then shows.
+
+#include "qv/foundation/QLBitmap.h"
+#include "qv/foundation/QLCanvas.h"
+#include "qv/foundation/QLEnumInfo.h"
+#include "qv/foundation/QLEvents.h"
+#include "qv/foundation/QLPersistent.h"
+#include "qv/foundation/QLTimer.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qv {
+
+class TQVDisplayComponent;
+
+enum TQVDisplayNavigateMode : uint8_t { nmZoom, nmPan };
+
+// The component-state flags the display consults.
+using TQLComponentState = uint8_t;
+inline constexpr TQLComponentState csLoading = 0x01;
+inline constexpr TQLComponentState csReading = 0x02;
+inline constexpr TQLComponentState csDestroying = 0x04;
+inline constexpr TQLComponentState csDesigning = 0x08;
+
+using TQVDataToolTipEvent =
+    std::function<void(TQLPersistent* Sender, TPoint MousePoint, TQVRealPoint DataPoint, std::string& Text)>;
+using TKeyEvent = std::function<void(TQLPersistent* Sender, uint16_t& Key, TShiftState Shift)>;
+
+// Makes a drawing surface over a bitmap; a platform library provides one (qv::qt's
+// QLQtCanvasFactory). Without it the display still paints onto any canvas handed to
+// PaintToCanvas.
+using TQLCanvasFactory = std::function<std::unique_ptr<TQLCanvas>(TQLBitmap& ABitmap)>;
+
+class TQVDataDisplay : public TQLPersistent {
+public:
+    TQVDataDisplay();
+    ~TQVDataDisplay() override;
+
+    // ---- Settings ----
+    TAlphaColor GetColor() const { return FColor; }
+    void SetColor(TAlphaColor AValue);
+    TCursor GetCursor() const { return FCursor; }
+    void SetCursor(TCursor AValue);
+    TQVDisplayNavigateMode GetNavigateMode() const { return FNavigateMode; }
+    void SetNavigateMode(TQVDisplayNavigateMode AValue);
+    // Milliseconds between refresh ticks; a value below 1 is raised to 1.
+    uint32_t GetRefreshInterval() const { return FRefreshTimer.GetInterval(); }
+    void SetRefreshInterval(uint32_t AValue);
+    // Freezes the picture: data keeps arriving but does not reach the draw buffers.
+    bool GetHold() const { return FHold; }
+    void SetHold(bool AValue);
+    bool GetVisible() const { return FVisible; }
+    void SetVisible(bool AValue);
+
+    // ---- Geometry ----
+    float GetLeft() const { return FLeft; }
+    float GetTop() const { return FTop; }
+    float GetWidth() const { return FWidth; }
+    float GetHeight() const { return FHeight; }
+    // A size change recalculates the layout.
+    void SetBounds(float ALeft, float ATop, float AWidth, float AHeight);
+    // The size being drawn: the print size while printing, else the control's size.
+    int32_t GetPlotWidth() const;
+    int32_t GetPlotHeight() const;
+
+    // ---- Invalidation vocabulary ----
+    // Repaint at the next opportunity: sets the refresh flag and asks the host to invalidate.
+    void InvalidateRefresh();
+    // Repaint at the next timer tick; safe from threads other than the control's.
+    void PostRefresh();
+    virtual void ForceFullRedraw() { InvalidateRefresh(); }
+    // Layout and channel screen data anew at the next paint, then repaint.
+    virtual void InvalidateRecalc();
+    virtual void InvalidateChannels() {}
+    virtual void InvalidateRange();
+    virtual void InvalidateValue() { Invalidate(); }
+    virtual void SelectionChange() { Invalidate(); }
+    virtual void InvalidateHistory() {}
+    virtual void RepopulateView() {}
+    // Marks the layout and screen data stale without asking for a repaint: what a data
+    // writer on any thread does.
+    void SetNeedsRecalc() { FNeedsRecalc.store(true, std::memory_order_release); }
+    bool GetNeedsRecalc() const { return FNeedsRecalc.load(std::memory_order_acquire); }
+    bool GetRefreshImage() const { return FRefreshImage.load(std::memory_order_acquire); }
+    void InvalidateIntRect(const TRect& ARect) { Invalidate(); }
+    virtual void ClearCaches() {}
+
+    // ---- Refresh cycle ----
+    // One timer tick.
+    virtual void OnRefreshTimer(TQLPersistent* ASender) { RefreshView(); }
+    // Moves waiting data into the draw buffers and asks for the repaint that every tick of
+    // a live control makes, with or without data.
+    void RefreshView();
+    // Moves every channel's new data to its draw stage; returns whether to recompute.
+    virtual bool PopulateDrawBuffers() = 0;
+    TQLTimer& GetRefreshTimer() { return FRefreshTimer; }
+
+    // ---- Painting ----
+    // Renders the control into its own picture (GetBitmap) and fires OnPaint. Needs a
+    // canvas factory.
+    void Paint();
+    // Renders the control into ABitmap through ACanvas, a surface over that bitmap.
+    virtual void PaintToCanvas(TQLBitmap& ABitmap, TQLCanvas& ACanvas, bool APrinting);
+    // The draw order of the whole control inside ARect, clipped to ARegion.
+    virtual void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect,
+                                  const TQLRegion& ARegion, bool APrinting);
+    virtual void PaintOverlay(const TQLRegion& ARegion, bool APrinting) {}
+    // Resizes the picture and rebuilds the surface over it, only on a real size change.
+    void SetBitmapSize(int32_t AWidth, int32_t AHeight);
+    const TQLBitmap& GetBitmap() const { return FBkgBitmap; }
+    // The surface over the picture, also used to measure text outside a paint; null without
+    // a canvas factory until a paint hands one in.
+    virtual TQLCanvas* GetCanvas() const { return FActiveCanvas ? FActiveCanvas : FBitmapCanvas.get(); }
+    void SetCanvasFactory(TQLCanvasFactory AFactory);
+    const TQLCanvasFactory& GetCanvasFactory() const { return FCanvasFactory; }
+    // Draws the control into a foreign surface at (AX, AY) with the given size.
+    virtual void IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWidth, float AHeight, bool AStretch,
+                         bool APrinting);
+    // Renders the control, alpha-composed, into a caller's buffer of premultiplied 32-bit
+    // pixels (ABufferWidth by ABufferHeight), placed at (AX, AY).
+    virtual void IntRender(float AX, float AY, float AWidth, float AHeight, uint32_t* ABuffer,
+                           int32_t ABufferWidth, int32_t ABufferHeight);
+    // Drawn as a layer of another control: a AWidth by AHeight picture at this control's
+    // position on ACanvas.
+    void DoLayerDraw(TQLCanvas& ACanvas, int32_t AWidth, int32_t AHeight, float AXCoeff, float AYCoeff,
+                     bool AContoursOnly);
+    bool PaintIsDisabled() const;
+    bool GetPrinting() const { return FPrinting; }
+
+    // ---- Mouse and keyboard (platform coordinates, rounded here) ----
+    void MouseDown(TMouseButton AButton, TShiftState AShift, float AX, float AY);
+    void MouseMove(TShiftState AShift, float AX, float AY);
+    void MouseUp(TMouseButton AButton, TShiftState AShift, float AX, float AY);
+    bool DoMouseWheelDown(TShiftState AShift, const TPoint& AMousePos);
+    bool DoMouseWheelUp(TShiftState AShift, const TPoint& AMousePos);
+    void DoMouseEnter();
+    void DoMouseLeave();
+    void KeyDown(uint16_t& AKey, TShiftState AShift);
+    void KeyUp(uint16_t& AKey, TShiftState AShift);
+    void Click();
+    void DblClick();
+    // Wheel zoom about a point; the zoom machinery overrides it.
+    virtual void MouseWheelZoom(const TPoint& APoint, double AXFactor, double AYFactor) {}
+    // The plot area, when the display has one.
+    virtual TQVDisplayComponent* GetDataView() const { return nullptr; }
+    virtual bool GetIsVertical() const { return false; }
+
+    // ---- Focus, state, cursor shown ----
+    virtual bool GetIsFocused() const { return FFocused; }
+    void SetFocus();
+    // The host reports focus changes.
+    void SetFocused(bool AValue) { FFocused = AValue; }
+    int32_t GetTabOrder() const { return FTabOrder; }
+    void SetTabOrder(int32_t AValue) { FTabOrder = AValue; }
+    TQLComponentState GetComponentState() const { return FComponentState; }
+    void SetComponentState(TQLComponentState AValue);
+    bool GetDesigning() const { return (FComponentState & csDesigning) != 0; }
+    void SetDesigning(bool AValue);
+    // The host window: present, and its own state.
+    void SetParentState(bool AHasParent, TQLComponentState AParentState);
+    // The cursor shown now (the user's, or one a tool or element put up).
+    TCursor GetShownCursor() const { return FShownCursor; }
+    void SetDisplayCursor(TCursor AValue);
+    void SetToolCursorChanged(bool AValue) { FToolCursorChanged = AValue; }
+    void SetElementCursorChanged(bool AValue) { FElementCursorChanged = AValue; }
+
+    // ---- Tooltips and label templates ----
+    void SetToolTipText(const std::string& AText);
+    const std::string& GetToolTipText() const { return FNewToolTipText; }
+    // AValue substituted into the label's own template, else into the default one:
+    // "%V" is the value, "%%" a percent sign; any other code is dropped.
+    static std::string GetMeasurementLabelText(const std::string& AValue, const std::string& ALabelText,
+                                               const std::string& ADefaultTemplate);
+
+    // ---- Components ----
+    const std::vector<TQVDisplayComponent*>& GetComponents() const { return FComponents; }
+
+    // ---- Events ----
+    void SetOnPaint(TNotifyEvent AHandler) { FOnPaint = std::move(AHandler); }
+    const TNotifyEvent& GetOnPaint() const { return FOnPaint; }
+    void SetOnDataToolTip(TQVDataToolTipEvent AHandler) { FOnDataToolTip = std::move(AHandler); }
+    const TQVDataToolTipEvent& GetOnDataToolTip() const { return FOnDataToolTip; }
+    void SetOnMouseDown(TMouseEvent AHandler) { FOnMouseDown = std::move(AHandler); }
+    const TMouseEvent& GetOnMouseDown() const { return FOnMouseDown; }
+    void SetOnMouseUp(TMouseEvent AHandler) { FOnMouseUp = std::move(AHandler); }
+    const TMouseEvent& GetOnMouseUp() const { return FOnMouseUp; }
+    using TMouseMoveEvent = std::function<void(TQLPersistent* Sender, TShiftState Shift, float X, float Y)>;
+    void SetOnMouseMove(TMouseMoveEvent AHandler) { FOnMouseMove = std::move(AHandler); }
+    const TMouseMoveEvent& GetOnMouseMove() const { return FOnMouseMove; }
+    void SetOnClick(TNotifyEvent AHandler) { FOnClick = std::move(AHandler); }
+    const TNotifyEvent& GetOnClick() const { return FOnClick; }
+    void SetOnDblClick(TNotifyEvent AHandler) { FOnDblClick = std::move(AHandler); }
+    const TNotifyEvent& GetOnDblClick() const { return FOnDblClick; }
+    void SetOnKeyDown(TKeyEvent AHandler) { FOnKeyDown = std::move(AHandler); }
+    const TKeyEvent& GetOnKeyDown() const { return FOnKeyDown; }
+    void SetOnKeyUp(TKeyEvent AHandler) { FOnKeyUp = std::move(AHandler); }
+    const TKeyEvent& GetOnKeyUp() const { return FOnKeyUp; }
+
+    // ---- Host hooks ----
+    // The host's repaint request (a widget's update()).
+    void SetOnInvalidate(std::function<void()> AHandler) { FOnInvalidate = std::move(AHandler); }
+    // The host shows a new cursor.
+    void SetOnCursorChange(std::function<void(TCursor)> AHandler) { FOnCursorChange = std::move(AHandler); }
+    // The host moves the keyboard focus to the control.
+    void SetOnSetFocus(std::function<void()> AHandler) { FOnSetFocus = std::move(AHandler); }
+
+    void Loaded() override;
+
+    QL_CLASS_INFO()
+
+protected:
+    // The control's repaint request; a scope ignores it while a user draw event runs.
+    virtual void Invalidate();
+    // Takes the destroy guard once: every later guard comes back empty and paint and
+    // refresh do nothing. Derived destructors call it first.
+    void BeginDestroy();
+
+    std::atomic<bool> FNeedsRecalc{true};
+    std::atomic<bool> FRefreshImage{true};
+
+private:
+    friend class TQVDisplayComponent;
+    void AddComponent(TQVDisplayComponent* AComponent);
+    void RemoveComponent(TQVDisplayComponent* AComponent);
+    template <class F>
+    void ForEachMouseTarget(F&& AProc, bool AVisibleOnly, bool AStopWhenHandled, bool& AHandled);
+
+    TQLBitmap FBkgBitmap;
+    std::unique_ptr<TQLCanvas> FBitmapCanvas;
+    TQLCanvas* FActiveCanvas = nullptr; // the surface of the paint under way
+    std::vector<TQVDisplayComponent*> FComponents;
+    TAlphaColor FColor = 0xFF000000;
+    bool FPrinting = false;
+    TSize FPrintSize;
+    TNotifyEvent FOnPaint;
+    TCursor FCursor = crDefault;
+    TCursor FShownCursor = crDefault;
+    bool FToolCursorChanged = false;
+    bool FElementCursorChanged = false;
+    bool FWasMouseWheel = false;
+    TQVDataToolTipEvent FOnDataToolTip;
+    TQVDisplayNavigateMode FNavigateMode = nmZoom;
+    bool FHold = false;
+    TQLTimer FRefreshTimer;
+    bool FHasNewToolTipText = false;
+    std::string FNewToolTipText;
+
+    float FLeft = 0, FTop = 0, FWidth = 450, FHeight = 280;
+    bool FVisible = true;
+    bool FFocused = false;
+    int32_t FTabOrder = 0;
+    TQLComponentState FComponentState = 0;
+    bool FHasParent = false;
+    TQLComponentState FParentState = 0;
+    TQLCanvasFactory FCanvasFactory;
+    TQLLockGuard FDestroyGuard;
+
+    TMouseEvent FOnMouseDown, FOnMouseUp;
+    TMouseMoveEvent FOnMouseMove;
+    TNotifyEvent FOnClick, FOnDblClick;
+    TKeyEvent FOnKeyDown, FOnKeyUp;
+    std::function<void()> FOnInvalidate;
+    std::function<void(TCursor)> FOnCursorChange;
+    std::function<void()> FOnSetFocus;
+};
+
+} // namespace qv
+
+QL_DECLARE_ENUM(qv::TQVDisplayNavigateMode, "nmZoom", "nmPan")

@@ -1,0 +1,270 @@
+#include "qv/platform/qt/QVDisplayWidget.h"
+
+#include "qv/platform/qt/QLQtCanvas.h"
+
+#include <QImage>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include <stdexcept>
+
+namespace qv {
+
+TQLCanvasFactory QLQtCanvasFactory()
+{
+    return [](TQLBitmap& ABitmap) -> std::unique_ptr<TQLCanvas> { return std::make_unique<TQLQtCanvas>(ABitmap); };
+}
+
+Qt::CursorShape QVQtCursorShape(TCursor ACursor)
+{
+    switch (ACursor) {
+    case crCross: return Qt::CrossCursor;
+    case crIBeam: return Qt::IBeamCursor;
+    case crSizeNESW: return Qt::SizeBDiagCursor;
+    case crSizeNS: return Qt::SizeVerCursor;
+    case crSizeNWSE: return Qt::SizeFDiagCursor;
+    case crSizeWE: return Qt::SizeHorCursor;
+    case crHourGlass: return Qt::WaitCursor;
+    case crDrag: return Qt::DragMoveCursor;
+    case crNo: return Qt::ForbiddenCursor;
+    case crSizeAll: return Qt::SizeAllCursor;
+    case crHandPoint: return Qt::PointingHandCursor;
+    default: return Qt::ArrowCursor;
+    }
+}
+
+namespace {
+
+TShiftState ShiftOf(Qt::KeyboardModifiers AModifiers, Qt::MouseButtons AButtons)
+{
+    TShiftState S = 0;
+    if (AModifiers & Qt::ShiftModifier)
+        S |= ssShift;
+    if (AModifiers & Qt::AltModifier)
+        S |= ssAlt;
+    if (AModifiers & Qt::ControlModifier)
+        S |= ssCtrl;
+    if (AButtons & Qt::LeftButton)
+        S |= ssLeft;
+    if (AButtons & Qt::RightButton)
+        S |= ssRight;
+    if (AButtons & Qt::MiddleButton)
+        S |= ssMiddle;
+    return S;
+}
+
+bool ButtonOf(Qt::MouseButton AButton, TMouseButton& AResult)
+{
+    switch (AButton) {
+    case Qt::LeftButton: AResult = mbLeft; return true;
+    case Qt::RightButton: AResult = mbRight; return true;
+    case Qt::MiddleButton: AResult = mbMiddle; return true;
+    default: return false;
+    }
+}
+
+} // namespace
+
+TQVDisplayWidget::TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWidget* AParent)
+    : QWidget(AParent), FOwned(std::move(ADisplay)), FDisplay(FOwned.get())
+{
+    if (!FDisplay)
+        throw std::invalid_argument("TQVDisplayWidget: no display to host");
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    FDisplay->SetCanvasFactory(QLQtCanvasFactory());
+    FDisplay->SetParentState(true, 0);
+    FDisplay->SetOnInvalidate([this] { update(); });
+    FDisplay->SetOnCursorChange([this](TCursor ACursor) { setCursor(QVQtCursorShape(ACursor)); });
+    FDisplay->SetOnSetFocus([this] { setFocus(Qt::MouseFocusReason); });
+    FDisplay->GetRefreshTimer().SetOnChange([this] { SyncTimer(); });
+    FTimer.setTimerType(Qt::PreciseTimer);
+    connect(&FTimer, &QTimer::timeout, this, [this] {
+        if (FDisplay)
+            FDisplay->GetRefreshTimer().Fire();
+    });
+    SyncTimer();
+    resize(static_cast<int>(FDisplay->GetWidth()), static_cast<int>(FDisplay->GetHeight()));
+}
+
+TQVDisplayWidget::~TQVDisplayWidget()
+{
+    DetachDisplay();
+    FOwned.reset();
+}
+
+void TQVDisplayWidget::DetachDisplay()
+{
+    if (!FDisplay)
+        return;
+    FTimer.stop();
+    FDisplay->SetOnInvalidate({});
+    FDisplay->SetOnCursorChange({});
+    FDisplay->SetOnSetFocus({});
+    FDisplay->GetRefreshTimer().SetOnChange({});
+    FDisplay->SetParentState(false, 0);
+    FDisplay = nullptr;
+}
+
+void TQVDisplayWidget::SyncTimer()
+{
+    if (!FDisplay)
+        return;
+    const TQLTimer& Timer = FDisplay->GetRefreshTimer();
+    FTimer.setInterval(static_cast<int>(std::min<uint32_t>(Timer.GetInterval(), INT32_MAX)));
+    if (Timer.GetEnabled() && isVisible())
+        FTimer.start();
+    else
+        FTimer.stop();
+}
+
+void TQVDisplayWidget::paintEvent(QPaintEvent*)
+{
+    if (!FDisplay)
+        return;
+    QPainter Painter(this);
+    if (FDisplay->PaintIsDisabled() && !FDisplay->GetDesigning()) {
+        Painter.fillRect(rect(), palette().window());
+        return;
+    }
+    FDisplay->Paint();
+    const TQLBitmap& Bitmap = FDisplay->GetBitmap();
+    const QImage Image(reinterpret_cast<const uchar*>(Bitmap.GetBits()), Bitmap.GetWidth(), Bitmap.GetHeight(),
+                       Bitmap.GetStride(), QImage::Format_ARGB32_Premultiplied);
+    Painter.drawImage(QPoint(0, 0), Image);
+}
+
+void TQVDisplayWidget::resizeEvent(QResizeEvent* AEvent)
+{
+    QWidget::resizeEvent(AEvent);
+    if (FDisplay)
+        FDisplay->SetBounds(static_cast<float>(x()), static_cast<float>(y()), static_cast<float>(width()),
+                            static_cast<float>(height()));
+}
+
+void TQVDisplayWidget::moveEvent(QMoveEvent* AEvent)
+{
+    QWidget::moveEvent(AEvent);
+    if (FDisplay)
+        FDisplay->SetBounds(static_cast<float>(x()), static_cast<float>(y()), FDisplay->GetWidth(),
+                            FDisplay->GetHeight());
+}
+
+void TQVDisplayWidget::mousePressEvent(QMouseEvent* AEvent)
+{
+    TMouseButton Button;
+    if (!FDisplay || !ButtonOf(AEvent->button(), Button))
+        return;
+    const QPointF P = AEvent->position();
+    FDisplay->MouseDown(Button, ShiftOf(AEvent->modifiers(), AEvent->buttons()), static_cast<float>(P.x()),
+                        static_cast<float>(P.y()));
+    FPressedLeft = Button == mbLeft;
+}
+
+void TQVDisplayWidget::mouseMoveEvent(QMouseEvent* AEvent)
+{
+    if (!FDisplay)
+        return;
+    const QPointF P = AEvent->position();
+    FDisplay->MouseMove(ShiftOf(AEvent->modifiers(), AEvent->buttons()), static_cast<float>(P.x()),
+                        static_cast<float>(P.y()));
+}
+
+void TQVDisplayWidget::mouseReleaseEvent(QMouseEvent* AEvent)
+{
+    TMouseButton Button;
+    if (!FDisplay || !ButtonOf(AEvent->button(), Button))
+        return;
+    const QPointF P = AEvent->position();
+    FDisplay->MouseUp(Button, ShiftOf(AEvent->modifiers(), AEvent->buttons()), static_cast<float>(P.x()),
+                      static_cast<float>(P.y()));
+    // A press and release of the left button inside the widget is a click.
+    if (Button == mbLeft && FPressedLeft && rect().contains(P.toPoint()))
+        FDisplay->Click();
+    FPressedLeft = false;
+}
+
+void TQVDisplayWidget::mouseDoubleClickEvent(QMouseEvent* AEvent)
+{
+    mousePressEvent(AEvent);
+    if (FDisplay && AEvent->button() == Qt::LeftButton)
+        FDisplay->DblClick();
+}
+
+void TQVDisplayWidget::wheelEvent(QWheelEvent* AEvent)
+{
+    if (!FDisplay)
+        return;
+    const int Delta = AEvent->angleDelta().y();
+    if (Delta == 0)
+        return;
+    const QPoint P = AEvent->position().toPoint();
+    const TShiftState Shift = ShiftOf(AEvent->modifiers(), AEvent->buttons());
+    // Wheel towards the user (negative delta) is "wheel down".
+    if (Delta < 0)
+        FDisplay->DoMouseWheelDown(Shift, TPoint{P.x(), P.y()});
+    else
+        FDisplay->DoMouseWheelUp(Shift, TPoint{P.x(), P.y()});
+    AEvent->accept();
+}
+
+void TQVDisplayWidget::enterEvent(QEnterEvent* AEvent)
+{
+    QWidget::enterEvent(AEvent);
+    if (FDisplay)
+        FDisplay->DoMouseEnter();
+}
+
+void TQVDisplayWidget::leaveEvent(QEvent* AEvent)
+{
+    QWidget::leaveEvent(AEvent);
+    if (FDisplay)
+        FDisplay->DoMouseLeave();
+}
+
+void TQVDisplayWidget::keyPressEvent(QKeyEvent* AEvent)
+{
+    if (!FDisplay)
+        return;
+    uint16_t Key = static_cast<uint16_t>(AEvent->key() & 0xFFFF);
+    FDisplay->KeyDown(Key, ShiftOf(AEvent->modifiers(), Qt::NoButton));
+}
+
+void TQVDisplayWidget::keyReleaseEvent(QKeyEvent* AEvent)
+{
+    if (!FDisplay)
+        return;
+    uint16_t Key = static_cast<uint16_t>(AEvent->key() & 0xFFFF);
+    FDisplay->KeyUp(Key, ShiftOf(AEvent->modifiers(), Qt::NoButton));
+}
+
+void TQVDisplayWidget::focusInEvent(QFocusEvent* AEvent)
+{
+    QWidget::focusInEvent(AEvent);
+    if (FDisplay)
+        FDisplay->SetFocused(true);
+}
+
+void TQVDisplayWidget::focusOutEvent(QFocusEvent* AEvent)
+{
+    QWidget::focusOutEvent(AEvent);
+    if (FDisplay)
+        FDisplay->SetFocused(false);
+}
+
+void TQVDisplayWidget::showEvent(QShowEvent* AEvent)
+{
+    QWidget::showEvent(AEvent);
+    SyncTimer();
+}
+
+void TQVDisplayWidget::hideEvent(QHideEvent* AEvent)
+{
+    QWidget::hideEvent(AEvent);
+    SyncTimer();
+}
+
+} // namespace qv

@@ -1,0 +1,63 @@
+#pragma once
+// The QWidget that hosts a display: a QTimer on the GUI thread drives the display's refresh
+// tick, paintEvent renders the display into its picture and shows it, resizes reach
+// SetBounds, and mouse, wheel, key, enter, leave and focus events reach the display. The
+// display's cursor becomes the widget's cursor. The scope and waterfall widgets derive
+// from it.
+
+#include "qv/display/QVDataDisplay.h"
+
+#include <QTimer>
+
+#include <memory>
+#include <QWidget>
+
+namespace qv {
+
+// A canvas factory that draws with QPainter into the display's bitmaps.
+TQLCanvasFactory QLQtCanvasFactory();
+
+// The Qt cursor shape for a display cursor id.
+Qt::CursorShape QVQtCursorShape(TCursor ACursor);
+
+class TQVDisplayWidget : public QWidget {
+    Q_OBJECT
+public:
+    // The widget owns the display it hosts.
+    TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWidget* AParent);
+    ~TQVDisplayWidget() override;
+
+    TQVDataDisplay& GetDisplay() const { return *FDisplay; }
+    QSize sizeHint() const override { return QSize(450, 280); }
+    // The refresh timer as Qt sees it (for tests and for hosts that pause it).
+    QTimer& GetQtTimer() { return FTimer; }
+
+protected:
+    void paintEvent(QPaintEvent* AEvent) override;
+    void resizeEvent(QResizeEvent* AEvent) override;
+    void moveEvent(QMoveEvent* AEvent) override;
+    void mousePressEvent(QMouseEvent* AEvent) override;
+    void mouseMoveEvent(QMouseEvent* AEvent) override;
+    void mouseReleaseEvent(QMouseEvent* AEvent) override;
+    void mouseDoubleClickEvent(QMouseEvent* AEvent) override;
+    void wheelEvent(QWheelEvent* AEvent) override;
+    void enterEvent(QEnterEvent* AEvent) override;
+    void leaveEvent(QEvent* AEvent) override;
+    void keyPressEvent(QKeyEvent* AEvent) override;
+    void keyReleaseEvent(QKeyEvent* AEvent) override;
+    void focusInEvent(QFocusEvent* AEvent) override;
+    void focusOutEvent(QFocusEvent* AEvent) override;
+    void showEvent(QShowEvent* AEvent) override;
+    void hideEvent(QHideEvent* AEvent) override;
+
+private:
+    void SyncTimer();
+    void DetachDisplay();
+
+    std::unique_ptr<TQVDataDisplay> FOwned;
+    TQVDataDisplay* FDisplay;
+    QTimer FTimer;
+    bool FPressedLeft = false;
+};
+
+} // namespace qv

@@ -1,0 +1,352 @@
+// The display frame: refresh cycle, hold, destroy guard, painting entry points, mouse
+// dispatch and label templates.
+#include "qv/display/QVDataDisplay.h"
+#include "qv/display/QVDisplayComponent.h"
+#include "support/RecordingCanvas.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace qv;
+
+namespace {
+
+class TProbeDisplay : public TQVDataDisplay {
+public:
+    TProbeDisplay()
+    {
+        SetOnInvalidate([this] { ++Invalidations; });
+    }
+    bool PopulateDrawBuffers() override
+    {
+        ++Populates;
+        return PopulateResult;
+    }
+    void MouseWheelZoom(const TPoint& APoint, double AXFactor, double AYFactor) override
+    {
+        Log.push_back("zoom " + std::to_string(AXFactor).substr(0, 3));
+    }
+    TQVDisplayComponent* GetDataView() const override { return DataView; }
+    void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, const TQLRegion& ARegion,
+                          bool APrinting) override
+    {
+        PlotSizes.push_back(TSize{GetPlotWidth(), GetPlotHeight()});
+        TQVDataDisplay::PaintToCanvasRgn(ABitmap, ACanvas, ARect, ARegion, APrinting);
+    }
+    void StartDestroy() { BeginDestroy(); }
+    void ClearRefreshFlag() { FRefreshImage = false; }
+
+    int Invalidations = 0;
+    int Populates = 0;
+    bool PopulateResult = false;
+    TQVDisplayComponent* DataView = nullptr;
+    std::vector<std::string> Log;
+    std::vector<TSize> PlotSizes;
+};
+
+class TProbeComponent : public TQVDisplayComponent {
+public:
+    TProbeComponent(TProbeDisplay& ADisplay, std::string AName, TRect ARect, bool AToolBar = false)
+        : TQVDisplayComponent(&ADisplay), Name(std::move(AName)), Rect(ARect), ToolBar(AToolBar), Log(ADisplay.Log)
+    {
+    }
+    TRect IntGetDrawRect() const override { return Visible ? Rect : TRect{}; }
+    bool IsVisible() const override { return Visible; }
+    bool IsToolBar() const override { return ToolBar; }
+    void MouseDown(TMouseButton, TShiftState, int32_t AX, int32_t AY, bool AInside, bool& AHandled) override
+    {
+        Log.push_back(Name + " down" + (AInside ? " in" : " out"));
+        if (ClaimPress && AInside)
+            AHandled = true;
+    }
+    void MouseUp(TMouseButton, TShiftState, int32_t, int32_t, bool) override { Log.push_back(Name + " up"); }
+    void MouseEnterView() override { Log.push_back(Name + " enter"); }
+    void MouseLeaveView() override { Log.push_back(Name + " leave"); }
+    void MouseWheelDown(TShiftState, const TPoint&) override { Log.push_back(Name + " wheel down"); }
+    void MouseWheelUp(TShiftState, const TPoint&) override { Log.push_back(Name + " wheel up"); }
+
+    std::string Name;
+    TRect Rect;
+    bool ToolBar;
+    bool Visible = true;
+    bool ClaimPress = true;
+    std::vector<std::string>& Log;
+};
+
+TQLCanvasFactory RecordingFactory()
+{
+    return [](TQLBitmap&) -> std::unique_ptr<TQLCanvas> { return std::make_unique<TQLRecordingCanvas>(); };
+}
+
+} // namespace
+
+TEST(DataDisplayRefresh, IntervalNeverDropsBelowOneAndDrivesTheTimer)
+{
+    TProbeDisplay D;
+    EXPECT_EQ(D.GetRefreshInterval(), 100u);
+    D.SetRefreshInterval(0);
+    EXPECT_EQ(D.GetRefreshInterval(), 1u);
+    EXPECT_EQ(D.GetRefreshTimer().GetInterval(), 1u);
+    D.SetRefreshInterval(40);
+    EXPECT_EQ(D.GetRefreshTimer().GetInterval(), 40u);
+    // A tick of the timer is a refresh.
+    D.GetRefreshTimer().Fire();
+    EXPECT_EQ(D.Populates, 1);
+}
+
+TEST(DataDisplayRefresh, EveryTickRepaintsWithOrWithoutData)
+{
+    TProbeDisplay D;
+    for (int Tick = 1; Tick <= 3; ++Tick) {
+        D.RefreshView();
+        EXPECT_EQ(D.Populates, Tick);
+        EXPECT_EQ(D.Invalidations, Tick);
+        EXPECT_TRUE(D.GetRefreshImage());
+    }
+    // With the refresh flag cleared by hand, only new data asks for a repaint.
+    D.ClearRefreshFlag();
+    D.RefreshView();
+    EXPECT_EQ(D.Invalidations, 3);
+    D.PopulateResult = true;
+    D.RefreshView();
+    EXPECT_EQ(D.Invalidations, 4);
+}
+
+TEST(DataDisplayRefresh, HoldChangesHandOverAtOnceAndRepaint)
+{
+    TProbeDisplay D;
+    D.SetHold(true);
+    EXPECT_EQ(D.Populates, 1);
+    const int Before = D.Invalidations;
+    D.SetHold(true); // equal value: nothing
+    EXPECT_EQ(D.Populates, 1);
+    EXPECT_EQ(D.Invalidations, Before);
+    D.SetHold(false);
+    EXPECT_EQ(D.Populates, 2);
+    EXPECT_GT(D.Invalidations, Before);
+}
+
+TEST(DataDisplayRefresh, DesignTimeStopsTheTimerAndPostRefreshInvalidatesAtOnce)
+{
+    TProbeDisplay D;
+    D.PostRefresh();
+    EXPECT_EQ(D.Invalidations, 0); // at run time the next tick repaints
+    D.SetDesigning(true);
+    EXPECT_FALSE(D.GetRefreshTimer().GetEnabled());
+    D.GetRefreshTimer().Fire();
+    EXPECT_EQ(D.Populates, 0);
+    D.PostRefresh();
+    EXPECT_EQ(D.Invalidations, 1);
+}
+
+TEST(DataDisplayRefresh, DestroyGuardStopsRefreshAndPaint)
+{
+    TProbeDisplay D;
+    TQLBitmap Bitmap(20, 10);
+    TQLRecordingCanvas Canvas;
+    D.StartDestroy();
+    D.RefreshView();
+    EXPECT_EQ(D.Populates, 0);
+    D.PaintToCanvas(Bitmap, Canvas, false);
+    EXPECT_TRUE(Canvas.GetRecords().empty());
+}
+
+TEST(DataDisplayPaint, PaintToCanvasFillsTheBackgroundOverTheBitmap)
+{
+    TProbeDisplay D;
+    D.SetColor(0xFF102030);
+    TQLBitmap Bitmap(64, 32);
+    TQLRecordingCanvas Canvas;
+    D.PaintToCanvas(Bitmap, Canvas, false);
+    const auto Fills = Canvas.Of("FillRect");
+    ASSERT_EQ(Fills.size(), 1u);
+    EXPECT_EQ(Fills[0].ArgRect(), (TRect{0, 0, 64, 32}));
+    EXPECT_EQ(Fills[0].BrushColor, 0xFF102030u);
+    EXPECT_EQ(D.GetBitmap().GetWidth(), 64);
+}
+
+TEST(DataDisplayPaint, PaintNeedsAFactoryAndSizesThePictureToTheControl)
+{
+    TProbeDisplay D;
+    EXPECT_THROW(D.Paint(), std::logic_error);
+    D.SetCanvasFactory(RecordingFactory());
+    D.SetBounds(0, 0, 120.7f, 80.2f);
+    int Painted = 0;
+    D.SetOnPaint([&](TQLPersistent* ASender) {
+        EXPECT_EQ(ASender, &D);
+        ++Painted;
+    });
+    D.Paint();
+    EXPECT_EQ(Painted, 1);
+    EXPECT_EQ(D.GetBitmap().GetWidth(), 120);
+    EXPECT_EQ(D.GetBitmap().GetHeight(), 80);
+    ASSERT_EQ(D.PlotSizes.size(), 1u);
+    EXPECT_EQ(D.PlotSizes[0], (TSize{120, 80}));
+}
+
+TEST(DataDisplayPaint, IntDrawUsesTheRoundedPrintSizeOnAPictureOnePixelLarger)
+{
+    TProbeDisplay D;
+    D.SetCanvasFactory(RecordingFactory());
+    TQLRecordingCanvas Target;
+    D.IntDraw(Target, 0, 0, 99.6f, 50.4f, true, false);
+    ASSERT_EQ(D.PlotSizes.size(), 1u);
+    EXPECT_EQ(D.PlotSizes[0], (TSize{100, 50}));
+    const auto Draws = Target.Of("DrawBitmap");
+    ASSERT_EQ(Draws.size(), 1u);
+    EXPECT_EQ(Draws[0].Args, (std::vector<int32_t>{0, 0, 101, 51}));
+    EXPECT_FALSE(D.GetPrinting());
+    EXPECT_EQ(D.GetPlotWidth(), static_cast<int32_t>(D.GetWidth()));
+}
+
+TEST(DataDisplayGeometry, SizeChangesRecalculateAndBadBoundsAreRefused)
+{
+    TProbeDisplay D;
+    EXPECT_EQ(D.GetWidth(), 450.0f);
+    EXPECT_EQ(D.GetHeight(), 280.0f);
+    D.PaintToCanvas(*std::make_unique<TQLBitmap>(4, 4), *std::make_unique<TQLRecordingCanvas>(), false);
+    D.SetBounds(5, 5, 450, 280);
+    D.SetBounds(5, 5, 300, 200);
+    EXPECT_TRUE(D.GetNeedsRecalc());
+    EXPECT_EQ(D.GetPlotWidth(), 300);
+    EXPECT_THROW(D.SetBounds(0, 0, -1, 10), std::invalid_argument);
+    EXPECT_THROW(D.SetBounds(0, 0, 10, std::numeric_limits<float>::quiet_NaN()), std::invalid_argument);
+    EXPECT_EQ(D.GetPlotWidth(), 300);
+}
+
+TEST(DataDisplayMouse, ToolBarsHearThePressFirstAndTheFirstClaimStopsIt)
+{
+    TProbeDisplay D;
+    TProbeComponent A(D, "A", {0, 0, 100, 100});
+    TProbeComponent B(D, "B", {0, 0, 100, 100});
+    TProbeComponent Bar(D, "Bar", {0, 0, 100, 20}, true); // created last, still first
+    Bar.ClaimPress = false;
+    D.MouseDown(mbLeft, 0, 10, 50);
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"Bar down out", "B down in"}));
+    EXPECT_TRUE(D.GetIsFocused());
+
+    D.Log.clear();
+    Bar.ClaimPress = true;
+    D.MouseDown(mbLeft, 0, 10, 10);
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"Bar down in"}));
+}
+
+TEST(DataDisplayMouse, HiddenComponentsGetNoPressButEveryoneHearsTheRelease)
+{
+    TProbeDisplay D;
+    TProbeComponent A(D, "A", {0, 0, 100, 100});
+    TProbeComponent B(D, "B", {0, 0, 100, 100});
+    B.Visible = false;
+    D.MouseDown(mbRight, 0, 10, 10);
+    D.MouseUp(mbRight, 0, 10, 10);
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"A down in", "B up", "A up"}));
+}
+
+TEST(DataDisplayMouse, MoveSharesOneClaimSoTheLastComponentUnderTheMouseWins)
+{
+    TProbeDisplay D;
+    TProbeComponent Under(D, "Under", {0, 0, 100, 100});
+    TProbeComponent Over(D, "Over", {50, 0, 100, 100});
+    D.MouseMove(0, 10, 10);
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"Under enter"}));
+    D.Log.clear();
+    D.MouseMove(0, 60, 10); // both hold it; the later one claims it
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"Over enter", "Under leave"}));
+    D.Log.clear();
+    const int Before = D.Invalidations;
+    D.DoMouseLeave();
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"Over leave"}));
+    D.MouseMove(0, 500, 500);
+    EXPECT_EQ(D.Invalidations, Before + 1); // every move repaints
+}
+
+TEST(DataDisplayMouse, CoordinatesRoundToNearestWithTiesToEven)
+{
+    TProbeDisplay D;
+    TProbeComponent C(D, "C", {2, 0, 3, 10}); // only column 2
+    D.MouseDown(mbLeft, 0, 2.5f, 1);          // 2.5 -> 2: inside
+    D.MouseDown(mbLeft, 0, 3.5f, 1);          // 3.5 -> 4: outside
+    D.MouseDown(mbLeft, 0, 1.5f, 1);          // 1.5 -> 2: inside
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"C down in", "C down out", "C down in"}));
+}
+
+TEST(DataDisplayMouse, WheelReachesTheComponentUnderItAndZoomsOverTheDataView)
+{
+    TProbeDisplay D;
+    TProbeComponent View(D, "View", {0, 0, 100, 100});
+    TProbeComponent Axis(D, "Axis", {0, 90, 100, 100});
+    D.DataView = &View;
+    D.DoMouseWheelDown(0, TPoint{10, 95});
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"View wheel down", "Axis wheel down", "zoom 1.1"}));
+    D.Log.clear();
+    D.DoMouseWheelUp(0, TPoint{10, 200});
+    EXPECT_TRUE(D.Log.empty());
+    D.DoMouseWheelUp(0, TPoint{10, 10});
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"View wheel up", "zoom 0.9"}));
+}
+
+TEST(DataDisplayMouse, NothingIsDispatchedAtDesignTime)
+{
+    TProbeDisplay D;
+    TProbeComponent C(D, "C", {0, 0, 100, 100});
+    D.SetDesigning(true);
+    D.MouseDown(mbLeft, 0, 1, 1);
+    D.MouseMove(0, 1, 1);
+    D.MouseUp(mbLeft, 0, 1, 1);
+    D.DoMouseWheelDown(0, TPoint{1, 1});
+    EXPECT_TRUE(D.Log.empty());
+}
+
+TEST(DataDisplayMouse, LeavingTheControlPutsTheUsersCursorBack)
+{
+    TProbeDisplay D;
+    std::vector<TCursor> Shown;
+    D.SetOnCursorChange([&](TCursor C) { Shown.push_back(C); });
+    D.SetCursor(crCross);
+    D.SetDisplayCursor(crSizeWE);
+    D.SetToolCursorChanged(true);
+    D.DoMouseLeave();
+    EXPECT_EQ(Shown, (std::vector<TCursor>{crCross, crSizeWE, crCross}));
+    EXPECT_EQ(D.GetShownCursor(), crCross);
+}
+
+TEST(DataDisplayComponents, ComponentsJoinAndLeaveTheDispatchList)
+{
+    TProbeDisplay D;
+    auto A = std::make_unique<TProbeComponent>(D, "A", TRect{0, 0, 10, 10});
+    {
+        TProbeComponent B(D, "B", {0, 0, 10, 10});
+        EXPECT_EQ(D.GetComponents().size(), 2u);
+        EXPECT_EQ(D.GetComponents()[1], &B);
+    }
+    EXPECT_EQ(D.GetComponents().size(), 1u);
+    A.reset();
+    EXPECT_TRUE(D.GetComponents().empty());
+}
+
+TEST(DataDisplayLabels, MeasurementTemplatesSubstituteTheValue)
+{
+    EXPECT_EQ(TQVDataDisplay::GetMeasurementLabelText("1.5", "", "dt = %V s"), "dt = 1.5 s");
+    EXPECT_EQ(TQVDataDisplay::GetMeasurementLabelText("1.5", "%v%%", "unused"), "1.5%");
+    EXPECT_EQ(TQVDataDisplay::GetMeasurementLabelText("7", "a%Qb", ""), "ab");
+    EXPECT_EQ(TQVDataDisplay::GetMeasurementLabelText("7", "tail %", ""), "tail ");
+    EXPECT_EQ(TQVDataDisplay::GetMeasurementLabelText("7", "%V%", ""), "7");
+}
+
+TEST(DataDisplayState, PaintIsDisabledUntilHostedVisibleAndLoaded)
+{
+    TProbeDisplay D;
+    EXPECT_TRUE(D.PaintIsDisabled()); // no host window
+    D.SetParentState(true, 0);
+    EXPECT_FALSE(D.PaintIsDisabled());
+    D.SetParentState(true, csLoading);
+    EXPECT_TRUE(D.PaintIsDisabled());
+    D.SetParentState(true, 0);
+    D.SetVisible(false);
+    EXPECT_TRUE(D.PaintIsDisabled());
+    D.SetDesigning(true);
+    EXPECT_FALSE(D.PaintIsDisabled());
+}

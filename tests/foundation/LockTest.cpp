@@ -1,0 +1,415 @@
+// The lock and its setter family: the common rule of every property write, re-entrancy,
+// chained locks sharing one exclusion domain, the destroy guard and guard ownership.
+#include "qv/foundation/QLLock.h"
+#include "qv/foundation/QLTypes.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <future>
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace qv;
+using namespace std::chrono_literals;
+
+namespace {
+
+enum TColourMode : uint8_t { cmOne, cmTwo, cmThree };
+
+// Another thread that tries to take a lock, so that a test can see whether the lock is held.
+// The lock must be free (or on its way out) by the time the contender is destroyed.
+class TContender {
+public:
+    explicit TContender(TQLLockPtr ALock)
+        : FThread([this, ALock] {
+              auto Guard = ALock->AcquireWrite();
+              FGot = static_cast<bool>(Guard);
+              FDone = true;
+          })
+    {
+    }
+    TContender(const TContender&) = delete;
+    TContender& operator=(const TContender&) = delete;
+    ~TContender() { FThread.join(); }
+
+    // Whether the other thread has come back from AcquireWrite within AWait.
+    bool Returned(std::chrono::milliseconds AWait)
+    {
+        const auto Until = std::chrono::steady_clock::now() + AWait;
+        while (!FDone.load() && std::chrono::steady_clock::now() < Until)
+            std::this_thread::sleep_for(1ms);
+        return FDone.load();
+    }
+    // Whether it came back with a held guard.
+    bool Acquired(std::chrono::milliseconds AWait = 5s) { return Returned(AWait) && FGot.load(); }
+
+private:
+    std::atomic<bool> FDone{false};
+    std::atomic<bool> FGot{false};
+    std::thread FThread;
+};
+
+struct TSetterLog {
+    std::vector<std::string> Events;
+    TQLLockPtr Lock;
+    TQLBasicLock& Basic() { return *Lock->GetBasicLock(); }
+    TSetterLog() : Lock(QLMakeLock([this] { Events.push_back("notify"); })) {}
+};
+
+} // namespace
+
+TEST(LockSetter, EqualValueRunsNothingAndChangeRunsClosureBeforeNotify)
+{
+    TSetterLog Log;
+    int32_t Field = 5;
+    EXPECT_FALSE(Log.Basic().Setter(Field, 5, [&] { Log.Events.push_back("proc"); }));
+    EXPECT_TRUE(Log.Events.empty());
+
+    EXPECT_TRUE(Log.Basic().Setter(Field, 6, [&] {
+        EXPECT_EQ(Field, 6) << "the value is stored before the closure runs";
+        Log.Events.push_back("proc");
+    }));
+    EXPECT_EQ(Log.Events, (std::vector<std::string>{"proc", "notify"}));
+}
+
+TEST(LockSetter, EveryValueKindFollowsTheCommonRule)
+{
+    TSetterLog Log;
+    int Changes = 0;
+    // Same value: no change, no notification; another value: stored, one notification.
+    auto Check = [&](auto AField, auto AOther) {
+        const auto Start = AField;
+        EXPECT_FALSE(Log.Basic().Setter(AField, Start));
+        EXPECT_TRUE(Log.Basic().Setter(AField, AOther));
+        EXPECT_TRUE(AField == AOther);
+        EXPECT_EQ(Log.Events.size(), static_cast<size_t>(++Changes));
+    };
+    Check(false, true);
+    Check(1u, 2u);
+    Check(0.5, 0.75);
+    Check(std::string("a"), std::string("bb"));
+    Check(crDefault, crCross);
+    Check(cmOne, cmThree);
+    Check(TPoint{1, 2}, TPoint{1, 3});
+    std::string Text = "a";
+    EXPECT_FALSE(Log.Basic().Setter(Text, "a")); // a literal against a string field
+}
+
+TEST(LockSetter, ColourFormAndEmptyClosures)
+{
+    TSetterLog Log;
+    uint32_t Colour = 0xFF000000;
+    int Calls = 0;
+    EXPECT_FALSE(Log.Basic().Setter(Colour, 0xFF000000u, [&] { ++Calls; }, false));
+    EXPECT_TRUE(Log.Basic().Setter(Colour, 0xFFFF0000u, [&] { ++Calls; }, false));
+    EXPECT_EQ(Colour, 0xFFFF0000u);
+    EXPECT_EQ(Calls, 1);
+
+    // An empty closure is skipped; the notification still runs.
+    TQLNotifyProc Empty;
+    EXPECT_TRUE(Log.Basic().Setter(Colour, 0xFF00FF00u, Empty, false));
+    void (*NullProc)() = nullptr;
+    int32_t I = 0;
+    EXPECT_TRUE(Log.Basic().Setter(I, 1, NullProc));
+    EXPECT_EQ(Log.Events.size(), 3u);
+}
+
+TEST(LockSetter, SetterMinRaisesToTheMinimumBeforeComparing)
+{
+    TSetterLog Log;
+    int Procs = 0;
+    int32_t Width = 1;
+    // Already at the minimum: a value below it changes nothing and notifies nothing.
+    EXPECT_FALSE(Log.Basic().SetterMin(Width, -5, 1, [&] { ++Procs; }));
+    EXPECT_EQ(Width, 1);
+    EXPECT_EQ(Procs, 0);
+    EXPECT_TRUE(Log.Events.empty());
+
+    EXPECT_TRUE(Log.Basic().SetterMin(Width, 4, 1, [&] { ++Procs; }));
+    EXPECT_EQ(Width, 4);
+    EXPECT_TRUE(Log.Basic().SetterMin(Width, 0, 1, [&] { ++Procs; }));
+    EXPECT_EQ(Width, 1);
+    EXPECT_EQ(Procs, 2);
+    EXPECT_EQ(Log.Events.size(), 2u);
+}
+
+TEST(LockSetter, SetterMinMaxClampsIntegersAndReals)
+{
+    TSetterLog Log;
+    int32_t Size = 10;
+    EXPECT_TRUE(Log.Basic().SetterMinMax(Size, 5000, 1, 1000));
+    EXPECT_EQ(Size, 1000);
+    EXPECT_FALSE(Log.Basic().SetterMinMax(Size, 1001, 1, 1000)) << "clamped to the present value";
+    EXPECT_TRUE(Log.Basic().SetterMinMax(Size, -3, 1, 1000));
+    EXPECT_EQ(Size, 1);
+    EXPECT_TRUE(Log.Basic().SetterMinMax(Size, 77, 1, 1000));
+    EXPECT_EQ(Size, 77);
+
+    double Ratio = 0.5;
+    EXPECT_TRUE(Log.Basic().SetterMinMax(Ratio, 1.5, 0.0, 1.0));
+    EXPECT_EQ(Ratio, 1.0);
+    EXPECT_TRUE(Log.Basic().SetterMinMax(Ratio, -std::numeric_limits<double>::infinity(), 0.0, 1.0));
+    EXPECT_EQ(Ratio, 0.0);
+    EXPECT_EQ(Log.Events.size(), 5u);
+}
+
+TEST(LockSetter, BoundedSettersRejectNaNAndInvertedBounds)
+{
+    TSetterLog Log;
+    double Ratio = 0.5;
+    const double NaN = std::numeric_limits<double>::quiet_NaN();
+    try {
+        Log.Basic().SetterMinMax(Ratio, NaN, 0.0, 1.0);
+        FAIL() << "NaN was accepted";
+    } catch (const std::invalid_argument& E) {
+        EXPECT_NE(std::string(E.what()).find("nan"), std::string::npos) << E.what();
+    }
+    EXPECT_THROW(Log.Basic().SetterMin(Ratio, NaN, 0.0), std::invalid_argument);
+    EXPECT_EQ(Ratio, 0.5);
+
+    int32_t Size = 3;
+    try {
+        Log.Basic().SetterMinMax(Size, 4, 10, 1);
+        FAIL() << "inverted bounds were accepted";
+    } catch (const std::invalid_argument& E) {
+        const std::string Message = E.what();
+        EXPECT_NE(Message.find("10"), std::string::npos) << Message;
+    }
+    EXPECT_EQ(Size, 3);
+    EXPECT_TRUE(Log.Events.empty());
+}
+
+TEST(LockSetter, ClosureMaySetAnotherPropertyOfTheSameLock)
+{
+    TSetterLog Log;
+    int32_t Width = 1;
+    int32_t Derived = 0;
+    EXPECT_TRUE(Log.Basic().Setter(Width, 4, [&] {
+        Log.Events.push_back("proc");
+        Log.Basic().Setter(Derived, Width * 2, [&] { Log.Events.push_back("inner"); });
+    }));
+    EXPECT_EQ(Derived, 8);
+    EXPECT_EQ(Log.Events, (std::vector<std::string>{"proc", "inner", "notify", "notify"}));
+}
+
+TEST(LockSetter, NotificationMayWriteThroughTheLockItHolds)
+{
+    // A notification that writes another field of the same lock: re-entrant, and the
+    // nested write stops at the equality check once the values agree.
+    auto Lock = QLMakeLock();
+    int32_t A = 0;
+    int32_t Mirror = 0;
+    int Notifies = 0;
+    Lock->GetBasicLock()->SetNotify([&] {
+        ++Notifies;
+        Lock->GetBasicLock()->Setter(Mirror, A);
+    });
+    EXPECT_TRUE(Lock->GetBasicLock()->Setter(A, 9));
+    EXPECT_EQ(Mirror, 9);
+    EXPECT_EQ(Notifies, 2);
+}
+
+TEST(LockChain, ChainedLockRunsItsOwnNotificationOnly)
+{
+    int RootCalls = 0;
+    int ChildCalls = 0;
+    auto Root = QLMakeLock([&] { ++RootCalls; });
+    auto Child = QLMakeChainedLock(Root, [&] { ++ChildCalls; });
+    int32_t Field = 0;
+    Child->GetBasicLock()->Setter(Field, 1);
+    EXPECT_EQ(ChildCalls, 1);
+    EXPECT_EQ(RootCalls, 0);
+    Root->GetBasicLock()->Setter(Field, 2);
+    EXPECT_EQ(ChildCalls, 1);
+    EXPECT_EQ(RootCalls, 1);
+}
+
+TEST(LockChain, GuardOfAChainedLockHoldsTheRoot)
+{
+    auto Root = QLMakeLock();
+    auto Child = QLMakeChainedLock(Root, {});
+    auto Grandchild = QLMakeChainedLock(Child, {});
+    auto Guard = Grandchild->AcquireRead();
+    ASSERT_TRUE(Guard);
+    TContender Other(Root);
+    EXPECT_FALSE(Other.Returned(100ms));
+    {
+        // Re-entrant on the holding thread, through any lock of the chain.
+        auto Again = Root->AcquireWrite();
+        EXPECT_TRUE(Again);
+    }
+    EXPECT_FALSE(Other.Returned(20ms)) << "a nested guard must not release the outer one";
+    Guard.Release();
+    EXPECT_TRUE(Other.Acquired());
+}
+
+TEST(LockChain, ChainedLocksOfOneRootSerialise)
+{
+    auto Root = QLMakeLock();
+    std::vector<TQLLockPtr> Locks{QLMakeChainedLock(Root, {}), QLMakeChainedLock(QLMakeChainedLock(Root, {}), {}),
+                                  Root};
+    std::atomic<int> Inside{0};
+    std::atomic<int> Overlaps{0};
+    std::atomic<bool> Go{false};
+    int64_t Shared = 0; // written only under the guard
+    constexpr int Rounds = 2000;
+
+    std::vector<std::thread> Threads;
+    for (const TQLLockPtr& Lock : Locks)
+        Threads.emplace_back([&, Lock] {
+            while (!Go.load())
+                std::this_thread::yield();
+            for (int I = 0; I < Rounds; ++I) {
+                auto Guard = (I % 2) ? Lock->AcquireWrite() : Lock->AcquireRead();
+                if (Inside.fetch_add(1) != 0)
+                    ++Overlaps;
+                const int64_t Seen = Shared;
+                if (I % 64 == 0)
+                    std::this_thread::yield();
+                Shared = Seen + 1;
+                Inside.fetch_sub(1);
+            }
+        });
+    Go = true;
+    for (std::thread& T : Threads)
+        T.join();
+    EXPECT_EQ(Overlaps.load(), 0);
+    EXPECT_EQ(Shared, int64_t(Rounds) * int64_t(Locks.size()));
+}
+
+TEST(LockDestroy, DestroyGuardEmptiesLaterGuardsHereAndBelow)
+{
+    int Notifies = 0;
+    auto Root = QLMakeLock([&] { ++Notifies; });
+    auto Child = QLMakeChainedLock(Root, [&] { ++Notifies; });
+    EXPECT_FALSE(Root->IsDestroying());
+
+    auto Destroy = Root->AcquireDestroy();
+    ASSERT_TRUE(Destroy);
+    EXPECT_TRUE(Root->IsDestroying());
+    EXPECT_TRUE(Child->IsDestroying());
+    EXPECT_FALSE(Root->AcquireRead());
+    EXPECT_FALSE(Root->AcquireWrite());
+    EXPECT_FALSE(Child->AcquireRead());
+    EXPECT_FALSE(Child->AcquireWrite());
+
+    // On the way out a setter keeps the value but notifies nobody.
+    int32_t Field = 0;
+    int Procs = 0;
+    EXPECT_TRUE(Child->GetBasicLock()->Setter(Field, 3, [&] { ++Procs; }));
+    EXPECT_EQ(Field, 3);
+    EXPECT_EQ(Procs, 0);
+    EXPECT_EQ(Notifies, 0);
+
+    // Other threads do not wait for the destroying one: they come back at once, empty.
+    TContender Other(Child);
+    EXPECT_TRUE(Other.Returned(5s));
+    EXPECT_FALSE(Other.Acquired());
+}
+
+TEST(LockDestroy, DestroyOfAChainedLockLeavesRootAndSiblingsWorking)
+{
+    auto Root = QLMakeLock();
+    auto Doomed = QLMakeChainedLock(Root, {});
+    auto Below = QLMakeChainedLock(Doomed, {});
+    auto Sibling = QLMakeChainedLock(Root, {});
+    {
+        auto Destroy = Doomed->AcquireDestroy();
+        EXPECT_TRUE(Destroy);
+    }
+    EXPECT_FALSE(Doomed->AcquireWrite());
+    EXPECT_FALSE(Below->AcquireRead());
+    EXPECT_TRUE(Root->AcquireWrite());
+    EXPECT_TRUE(Sibling->AcquireWrite());
+    EXPECT_FALSE(Root->IsDestroying());
+    // The destroy guard released the root: other threads go on.
+    TContender Other(Sibling);
+    EXPECT_TRUE(Other.Acquired());
+}
+
+TEST(LockDestroy, WaiterComesBackEmptyWhenDestroyStartedMeanwhile)
+{
+    auto Root = QLMakeLock();
+    auto Child = QLMakeChainedLock(Root, {});
+    auto Held = Root->AcquireWrite();
+    auto Waiter = std::async(std::launch::async, [Child] { return static_cast<bool>(Child->AcquireWrite()); });
+    EXPECT_EQ(Waiter.wait_for(50ms), std::future_status::timeout) << "the waiter must block on the held lock";
+    {
+        auto Destroy = Root->AcquireDestroy(); // re-entrant on this thread
+        EXPECT_TRUE(Destroy);
+    }
+    Held.Release();
+    ASSERT_EQ(Waiter.wait_for(5s), std::future_status::ready);
+    EXPECT_FALSE(Waiter.get());
+    // Later callers come back at once, empty.
+    TContender Late(Child);
+    EXPECT_TRUE(Late.Returned(5s));
+    EXPECT_FALSE(Late.Acquired());
+}
+
+TEST(LockGuard, MoveTransfersOwnershipAndReleaseHappensOnce)
+{
+    auto Root = QLMakeLock();
+    TQLLockGuard Empty;
+    EXPECT_FALSE(Empty);
+
+    TQLLockGuard Outer;
+    {
+        auto Guard = Root->AcquireWrite();
+        TQLLockGuard Moved(std::move(Guard));
+        EXPECT_FALSE(Guard); // NOLINT(bugprone-use-after-move): the moved-from guard is empty
+        EXPECT_TRUE(Moved);
+        Outer = std::move(Moved);
+        EXPECT_FALSE(Moved); // NOLINT(bugprone-use-after-move)
+    }
+    // The guard left its scope inside Outer: the lock is still held.
+    EXPECT_TRUE(Outer);
+    TContender Other(Root);
+    EXPECT_FALSE(Other.Returned(100ms));
+
+    // Self-assignment keeps the guard.
+    TQLLockGuard& Alias = Outer;
+    Outer = std::move(Alias);
+    EXPECT_TRUE(Outer);
+    EXPECT_FALSE(Other.Returned(20ms));
+
+    // Assigning over a held guard releases what it held.
+    Outer = TQLLockGuard();
+    EXPECT_FALSE(Outer);
+    EXPECT_TRUE(Other.Acquired());
+}
+
+TEST(LockGuard, ReleaseUnlocksOnceOnly)
+{
+    // An explicit release followed by the destructor unlocks once: an outer holder on this
+    // thread keeps the lock.
+    auto Root = QLMakeLock();
+    auto First = Root->AcquireWrite();
+    {
+        auto Second = Root->AcquireWrite();
+        Second.Release();
+        Second.Release();
+        EXPECT_FALSE(Second);
+    }
+    TContender Other(Root);
+    EXPECT_FALSE(Other.Returned(100ms));
+    First.Release();
+    EXPECT_TRUE(Other.Acquired());
+}
+
+TEST(LockGuard, ExceptionReleasesTheGuard)
+{
+    auto Root = QLMakeLock();
+    int32_t Field = 0;
+    EXPECT_THROW(Root->GetBasicLock()->Setter(Field, 1, [] { throw std::runtime_error("closure failed"); }),
+                 std::runtime_error);
+    EXPECT_EQ(Field, 1);
+    TContender Other(Root);
+    EXPECT_TRUE(Other.Acquired());
+}
