@@ -532,6 +532,63 @@ void TQVDataDisplay::RemoveComponent(TQVDisplayComponent* AComponent)
         FComponents.erase(It);
 }
 
+void TQVDataDisplay::RecalculateViewRects()
+{
+    if (!GetNeedsRecalc())
+        return;
+    const int32_t PlotWidth = GetPlotWidth(), PlotHeight = GetPlotHeight();
+    TRect R{0, 0, PlotWidth, PlotHeight};
+    // Reservations that axes ask for at the ends of their strips; they keep the client view
+    // clear of them without reducing the running rectangle.
+    int32_t OffTop = 0, OffBottom = 0, OffLeft = 0, OffRight = 0;
+    for (TQVDisplayView* View : FViews) {
+        View->SetDrawRect(R);
+        if (!View->IsVisibleForced())
+            continue;
+        const TSize Size = View->GetDefaultSize();
+        const int32_t Begin = View->GetDefaultOffsetBegin();
+        const int32_t End = View->GetDefaultOffsetEnd();
+        TRect V = R;
+        switch (View->GetScreenAlign()) {
+        case vsaLeft:
+            V.Right = R.Left + Size.cx;
+            R.Left += Size.cx;
+            OffTop = std::max(Begin, OffTop);
+            OffBottom = std::max(End, OffBottom);
+            break;
+        case vsaRight:
+            V.Left = R.Right - Size.cx;
+            R.Right -= Size.cx;
+            OffTop = std::max(Begin, OffTop);
+            OffBottom = std::max(End, OffBottom);
+            break;
+        case vsaTop:
+            V.Bottom = R.Top + Size.cy;
+            R.Top += Size.cy;
+            OffLeft = std::max(Begin, OffLeft);
+            OffRight = std::max(End, OffRight);
+            break;
+        case vsaBottom:
+            V.Top = R.Bottom - Size.cy;
+            R.Bottom -= Size.cy;
+            OffLeft = std::max(Begin, OffLeft);
+            OffRight = std::max(End, OffRight);
+            break;
+        case vsaClient: {
+            // Left and top come from GetDrawRect, which is all zero for a view that is not
+            // visible yet.
+            const TRect Current = View->GetDrawRect();
+            V.Left = std::max(Current.Left, OffLeft);
+            V.Top = std::max(Current.Top, OffTop);
+            V.Bottom = std::min(V.Bottom, PlotHeight - OffBottom);
+            V.Right = std::min(V.Right, PlotWidth - OffRight);
+            break;
+        }
+        }
+        View->SetDrawRect(V);
+    }
+}
+
 const TQLClassInfo& TQVDataDisplay::StaticClassInfo()
 {
     static const TQLClassInfo Info =

@@ -5,6 +5,7 @@
 // mark state, the timer moves data into draw buffers and asks for a repaint, the repaint
 // renders the whole control into the picture that the host then shows.
 
+#include "qv/display/QVDisplayView.h"
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QLCanvas.h"
 #include "qv/foundation/QLEnumInfo.h"
@@ -181,8 +182,13 @@ public:
     static std::string GetMeasurementLabelText(const std::string& AValue, const std::string& ALabelText,
                                                const std::string& ADefaultTemplate);
 
-    // ---- Components ----
+    // ---- Components and views ----
     const std::vector<TQVDisplayComponent*>& GetComponents() const { return FComponents; }
+    // The views in layout order.
+    TQVDisplayViews& GetViews() { return FViews; }
+    const TQVDisplayViews& GetViews() const { return FViews; }
+    // Docks every view to the remaining area in list order; only when a recalculation is due.
+    void RecalculateViewRects();
 
     // ---- Events ----
     void SetOnPaint(TNotifyEvent AHandler) { FOnPaint = std::move(AHandler); }
@@ -237,6 +243,7 @@ private:
     TQLBitmap FBkgBitmap;
     std::unique_ptr<TQLCanvas> FBitmapCanvas;
     TQLCanvas* FActiveCanvas = nullptr; // the surface of the paint under way
+    TQVDisplayViews FViews;
     std::vector<TQVDisplayComponent*> FComponents;
     TAlphaColor FColor = 0xFF000000;
     bool FPrinting = false;

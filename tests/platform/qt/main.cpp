@@ -1,5 +1,5 @@
-// The Qt tests render offscreen; text and fonts need a QGuiApplication.
-#include <QGuiApplication>
+// The Qt tests render offscreen; text, fonts and widgets need a QApplication.
+#include <QApplication>
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@ int main(int argc, char** argv)
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication App(argc, argv);
+    QApplication App(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

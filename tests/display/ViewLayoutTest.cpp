@@ -1,0 +1,183 @@
+// Docking of views: strips in list order, the client view with the reserved offsets, views
+// that do not fit, and the list operations that reorder views.
+#include "qv/display/QVDataDisplay.h"
+#include "qv/display/QVDisplayView.h"
+#include "qv/foundation/QLCollection.h"
+
+#include <gtest/gtest.h>
+
+using namespace qv;
+
+namespace {
+
+class TLayoutDisplay : public TQVDataDisplay {
+public:
+    bool PopulateDrawBuffers() override { return false; }
+    void Layout()
+    {
+        SetNeedsRecalc();
+        RecalculateViewRects();
+        FNeedsRecalc = false;
+    }
+};
+
+// A strip of a fixed thickness with optional end reservations.
+class TStrip : public TQVOptionalView {
+public:
+    TStrip(TQVDataDisplay* ADisplay, TQVViewAlign AAlign, int32_t AThickness, int32_t ABegin = 0, int32_t AEnd = 0)
+        : TQVOptionalView(ADisplay, AAlign), Thickness(AThickness), Begin(ABegin), End(AEnd)
+    {
+    }
+    TSize GetAutoSize() const override { return TSize{Thickness, Thickness}; }
+    int32_t GetDefaultOffsetBegin() const override { return Begin; }
+    int32_t GetDefaultOffsetEnd() const override { return End; }
+    int32_t Thickness, Begin, End;
+};
+
+class TClient : public TQVCustomColorDisplayView {
+public:
+    using TQVCustomColorDisplayView::TQVCustomColorDisplayView;
+};
+
+} // namespace
+
+TEST(ViewLayout, StripsDockInListOrderAndTheClientTakesTheRest)
+{
+    TLayoutDisplay D;
+    D.SetBounds(0, 0, 400, 300);
+    TStrip Title(&D, vaTop, 20);
+    TStrip Legend(&D, vaRight, 50);
+    TStrip YAxis(&D, vaLeft, 40, 5, 6);
+    TStrip XAxis(&D, vaBottom, 30, 7, 12);
+    TClient Data(&D);
+    D.Layout();
+    EXPECT_EQ(Title.GetDrawRect(), (TRect{0, 0, 400, 20}));       // first: spans the whole edge
+    EXPECT_EQ(Legend.GetDrawRect(), (TRect{350, 20, 400, 300}));
+    EXPECT_EQ(YAxis.GetDrawRect(), (TRect{0, 20, 40, 300}));
+    EXPECT_EQ(XAxis.GetDrawRect(), (TRect{40, 270, 350, 300}));
+    // The client keeps clear of the reservations: left 7 (below 40 anyway), top 20 vs 5,
+    // bottom min(270, 300 - 6), right min(350, 400 - 12).
+    EXPECT_EQ(Data.GetDrawRect(), (TRect{40, 20, 350, 270}));
+    EXPECT_EQ(Data.GetWidth(), 309);
+    EXPECT_EQ(Data.GetHeight(), 249);
+}
+
+TEST(ViewLayout, ReservationsNarrowTheClientAndTheLargerOneCounts)
+{
+    TLayoutDisplay D;
+    D.SetBounds(0, 0, 200, 100);
+    TStrip A(&D, vaBottom, 10, 10, 3);
+    TStrip B(&D, vaTop, 10, 20, 30);
+    TClient Data(&D);
+    D.Layout();
+    // Horizontal strips reserve left and right: max(10, 20) and max(3, 30).
+    EXPECT_EQ(Data.GetDrawRect(), (TRect{20, 10, 170, 90}));
+}
+
+TEST(ViewLayout, ViewsAfterTheClientDockOverIt)
+{
+    TLayoutDisplay D;
+    D.SetBounds(0, 0, 100, 100);
+    TClient Data(&D);
+    TStrip Late(&D, vaLeft, 10);
+    D.Layout();
+    EXPECT_EQ(Data.GetDrawRect(), (TRect{0, 0, 100, 100}));
+    EXPECT_EQ(Late.GetDrawRect(), (TRect{0, 0, 10, 100}));
+}
+
+TEST(ViewLayout, AHiddenOptionalViewTakesNoStripButGetsARectangle)
+{
+    TLayoutDisplay D;
+    D.SetBounds(0, 0, 100, 100);
+    TStrip Legend(&D, vaLeft, 30);
+    TClient Data(&D);
+    Legend.SetVisible(false);
+    D.Layout();
+    EXPECT_EQ(Legend.GetLayoutRect(), (TRect{0, 0, 100, 100}));
+    EXPECT_EQ(Legend.GetDrawRect(), (TRect{}));
+    EXPECT_FALSE(Legend.IsVisible());
+    EXPECT_EQ(Data.GetDrawRect(), (TRect{0, 0, 100, 100}));
+}
+
+TEST(ViewLayout, StripsBeyondAnInvertedAreaVanishAndTheClientRestartsAtTheOrigin)
+{
+    TLayoutDisplay D;
+    D.SetBounds(0, 0, 30, 20);
+    TStrip Left(&D, vaLeft, 40); // wider than the control: the running area inverts
+    TStrip Top(&D, vaTop, 10);
+    TStrip Bottom(&D, vaBottom, 10);
+    TClient Data(&D);
+    D.Layout();
+    EXPECT_TRUE(Left.IsVisible());
+    EXPECT_EQ(Top.GetWidth(), 0);
+    EXPECT_FALSE(Top.IsVisible());
+    EXPECT_FALSE(Bottom.IsVisible());
+    EXPECT_EQ(Top.GetDrawRect(), (TRect{}));
+    // An invisible client reads its left and top as zero, so it starts from the origin and
+    // ends where the inverted area ends.
+    EXPECT_EQ(Data.GetDrawRect(), (TRect{0, 0, 30, 10}));
+}
+
+TEST(ViewLayout, WithoutARecalculationDueTheRectanglesStay)
+{
+    TLayoutDisplay D;
+    D.SetBounds(0, 0, 100, 100);
+    TStrip Left(&D, vaLeft, 10);
+    D.Layout();
+    Left.Thickness = 30;
+    D.RecalculateViewRects(); // not due
+    EXPECT_EQ(Left.GetDrawRect(), (TRect{0, 0, 10, 100}));
+    D.Layout();
+    EXPECT_EQ(Left.GetDrawRect(), (TRect{0, 0, 30, 100}));
+}
+
+TEST(ViewLayout, FixedSizeReplacesTheAutomaticThickness)
+{
+    TLayoutDisplay D;
+    D.SetBounds(0, 0, 100, 100);
+    TStrip Left(&D, vaLeft, 10);
+    Left.GetViewSize()->SetAutoSize(false);
+    Left.GetViewSize()->SetSize(25);
+    EXPECT_TRUE(D.GetNeedsRecalc());
+    D.Layout();
+    EXPECT_EQ(Left.GetDrawRect(), (TRect{0, 0, 25, 100}));
+    Left.SetAlign(vaRight);
+    D.Layout();
+    EXPECT_EQ(Left.GetDrawRect(), (TRect{75, 0, 100, 100}));
+}
+
+TEST(ViewList, ReorderingOperations)
+{
+    TLayoutDisplay D;
+    TClient A(&D), B(&D), C(&D);
+    TQVDisplayViews& Views = D.GetViews();
+    auto Order = [&] {
+        std::string S;
+        for (TQVDisplayView* V : Views)
+            S += V == &A ? 'A' : V == &B ? 'B' : 'C';
+        return S;
+    };
+    EXPECT_EQ(Order(), "ABC");
+    Views.Reassign(&C); // already last
+    EXPECT_EQ(Order(), "ABC");
+    Views.Reassign(&A);
+    EXPECT_EQ(Order(), "BCA");
+    EXPECT_EQ(Views.AddAfter(&A, &B), 2); // after the last view: appended
+    EXPECT_EQ(Order(), "CAB");
+    EXPECT_EQ(Views.AddAfter(&C, &B), 1);
+    EXPECT_EQ(Order(), "CBA");
+    EXPECT_EQ(Views.AddBefore(&C, &A), 0);
+    EXPECT_EQ(Order(), "ACB");
+    EXPECT_THROW(Views.GetItem(3), EQLListError);
+}
+
+TEST(ViewList, PlainViewsHaveNoValueAndLeaveTheListWhenFreed)
+{
+    TLayoutDisplay D;
+    auto View = std::make_unique<TClient>(&D);
+    EXPECT_EQ(View->GetIntValueAt(1, 1), -1000.0);
+    EXPECT_EQ(D.GetViews().GetCount(), 1);
+    View.reset();
+    EXPECT_EQ(D.GetViews().GetCount(), 0);
+    EXPECT_TRUE(D.GetComponents().empty());
+}
