@@ -1,5 +1,7 @@
 #include "qv/display/QVDataDisplay.h"
 
+#include "qv/channels/QVChannelMouseHitPoint.h"
+#include "qv/decor/QVDisplayTitle.h"
 #include "qv/display/QVDisplayComponent.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -17,11 +19,14 @@ TQVDataDisplay::TQVDataDisplay() : TQLPersistent(nullptr, QLMakeLock())
     FRefreshTimer.SetOnTimer([this] { OnRefreshTimer(this); });
     FRefreshTimer.SetInterval(100);
     FBkgBitmap.SetSize(10, 10);
+    // Created last: until a derived display adds its own views the title stands last.
+    FTitle = std::make_unique<TQVDisplayTitle>(this);
 }
 
 TQVDataDisplay::~TQVDataDisplay()
 {
     BeginDestroy();
+    FTitle.reset();
     FRefreshTimer.SetOnTimer({});
     FRefreshTimer.SetOnChange({});
     GetBasicLock().SetNotify({});
@@ -57,6 +62,8 @@ void TQVDataDisplay::SetDisplayCursor(TCursor AValue)
     if (FOnCursorChange)
         FOnCursorChange(AValue);
 }
+
+void TQVDataDisplay::SetTitle(const TQVDisplayTitle* AValue) { FTitle->Assign(AValue); }
 
 void TQVDataDisplay::SetNavigateMode(TQVDisplayNavigateMode AValue) { Set(FNavigateMode, AValue); }
 
@@ -492,6 +499,41 @@ void TQVDataDisplay::DblClick()
 
 // ---- Tooltips and label templates ----
 
+void TQVDataDisplay::DrawHitTest(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint)
+{
+    const int32_t X = APoint.X, Y = APoint.Y;
+    ACanvas.SetPenStyle(psSolid);
+    ACanvas.Rectangle(X - 2, Y - 2, X + 3, Y + 3);
+    const TQVOptionalLabel& Label = *AHitPoint.GetPointLabel();
+    if (!Label.GetVisible())
+        return;
+    ACanvas.ApplyFont(*Label.GetFont());
+    std::string Text = GetFormatedMouseHitLabelText();
+    auto* View = dynamic_cast<TQVDisplayView*>(GetDataView());
+    if (FOnDataToolTip) {
+        FHasNewToolTipText = false;
+        FNewToolTipText = Text;
+        const TQVRealPoint Value = View ? View->GetValuePoint() : TQVRealPoint{};
+        FOnDataToolTip(this, APoint, Value, Text);
+        if (FHasNewToolTipText)
+            Text = FNewToolTipText;
+    }
+    const TSize Size = ACanvas.TextExtent(Text);
+    const TRect ViewRect = View ? View->GetDrawRect() : TRect{0, 0, GetPlotWidth(), GetPlotHeight()};
+    int32_t BoxX = X + 4, BoxY = Y - Size.cy;
+    bool Flip = false;
+    if (BoxX + Size.cx + 3 > ViewRect.Left + (View ? View->GetWidth() : ViewRect.Width()))
+        Flip = true;
+    if (BoxY < ViewRect.Top) {
+        BoxY += Size.cy;
+        Flip = true;
+    }
+    if (Flip && BoxX - Size.cx - 11 > ViewRect.Left)
+        BoxX = BoxX - Size.cx - 11;
+    ACanvas.Rectangle(BoxX, BoxY, BoxX + Size.cx + 4, BoxY + Size.cy + 2);
+    ACanvas.TextOut(BoxX + 2, BoxY + 1, Text);
+}
+
 void TQVDataDisplay::SetToolTipText(const std::string& AText)
 {
     auto Guard = GetLock()->AcquireWrite();
@@ -594,6 +636,7 @@ const TQLClassInfo& TQVDataDisplay::StaticClassInfo()
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVDataDisplay>("TQVDataDisplay", &TQLPersistent::StaticClassInfo())
             .Color("Color", &TQVDataDisplay::GetColor, &TQVDataDisplay::SetColor, TAlphaColor(0xFF000000))
+            .Object("Title", &TQVDataDisplay::GetTitle)
             .Property("Cursor", &TQVDataDisplay::GetCursor, &TQVDataDisplay::SetCursor, crDefault)
             .Property("NavigateMode", &TQVDataDisplay::GetNavigateMode, &TQVDataDisplay::SetNavigateMode, nmZoom)
             .Property("RefreshInterval", &TQVDataDisplay::GetRefreshInterval, &TQVDataDisplay::SetRefreshInterval,

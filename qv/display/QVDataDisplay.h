@@ -5,6 +5,7 @@
 // mark state, the timer moves data into draw buffers and asks for a repaint, the repaint
 // renders the whole control into the picture that the host then shows.
 
+#include "qv/axes/QVDisplayAxisList.h"
 #include "qv/display/QVDisplayView.h"
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QLCanvas.h"
@@ -22,6 +23,8 @@
 namespace qv {
 
 class TQVDisplayComponent;
+class TQVDisplayTitle;
+class TQVChannelMouseHitPoint;
 
 enum TQVDisplayNavigateMode : uint8_t { nmZoom, nmPan };
 
@@ -175,6 +178,12 @@ public:
     void SetElementCursorChanged(bool AValue) { FElementCursorChanged = AValue; }
 
     // ---- Tooltips and label templates ----
+    // Draws the mark of a channel hit at APoint and, when the hit point's label is visible,
+    // the label box beside it, flipped to stay inside the data view. OnDataToolTip may
+    // replace the text.
+    void DrawHitTest(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint);
+    // The text of the label shown at a channel hit; the chart fills it from its axes.
+    virtual std::string GetFormatedMouseHitLabelText() { return {}; }
     void SetToolTipText(const std::string& AText);
     const std::string& GetToolTipText() const { return FNewToolTipText; }
     // AValue substituted into the label's own template, else into the default one:
@@ -189,6 +198,17 @@ public:
     const TQVDisplayViews& GetViews() const { return FViews; }
     // Docks every view to the remaining area in list order; only when a recalculation is due.
     void RecalculateViewRects();
+    // All axes, the X axes and the Y axes, in creation order; the lists do not own them.
+    TQVDisplayAxisList& GetAxes() { return FAxes; }
+    const TQVDisplayAxisList& GetAxes() const { return FAxes; }
+    TQVDisplayAxisList& GetXAxes() { return FXAxes; }
+    const TQVDisplayAxisList& GetXAxes() const { return FXAxes; }
+    TQVDisplayAxisList& GetYAxes() { return FYAxes; }
+    const TQVDisplayAxisList& GetYAxes() const { return FYAxes; }
+
+    // The main title and its additional titles.
+    TQVDisplayTitle* GetTitle() const { return FTitle.get(); }
+    void SetTitle(const TQVDisplayTitle* AValue);
 
     // ---- Events ----
     void SetOnPaint(TNotifyEvent AHandler) { FOnPaint = std::move(AHandler); }
@@ -244,7 +264,11 @@ private:
     std::unique_ptr<TQLCanvas> FBitmapCanvas;
     TQLCanvas* FActiveCanvas = nullptr; // the surface of the paint under way
     TQVDisplayViews FViews;
+    TQVDisplayAxisList FAxes;
+    TQVDisplayAxisList FXAxes;
+    TQVDisplayAxisList FYAxes;
     std::vector<TQVDisplayComponent*> FComponents;
+    std::unique_ptr<TQVDisplayTitle> FTitle;
     TAlphaColor FColor = 0xFF000000;
     bool FPrinting = false;
     TSize FPrintSize;

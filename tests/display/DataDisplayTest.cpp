@@ -1,7 +1,9 @@
 // The display frame: refresh cycle, hold, destroy guard, painting entry points, mouse
 // dispatch and label templates.
 #include "qv/display/QVDataDisplay.h"
+#include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/display/QVDisplayComponent.h"
+#include "qv/display/QVDisplayView.h"
 #include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>
@@ -316,15 +318,16 @@ TEST(DataDisplayMouse, LeavingTheControlPutsTheUsersCursorBack)
 TEST(DataDisplayComponents, ComponentsJoinAndLeaveTheDispatchList)
 {
     TProbeDisplay D;
+    const size_t Own = D.GetComponents().size(); // the display's title
     auto A = std::make_unique<TProbeComponent>(D, "A", TRect{0, 0, 10, 10});
     {
         TProbeComponent B(D, "B", {0, 0, 10, 10});
-        EXPECT_EQ(D.GetComponents().size(), 2u);
-        EXPECT_EQ(D.GetComponents()[1], &B);
+        EXPECT_EQ(D.GetComponents().size(), Own + 2);
+        EXPECT_EQ(D.GetComponents().back(), &B);
     }
-    EXPECT_EQ(D.GetComponents().size(), 1u);
+    EXPECT_EQ(D.GetComponents().size(), Own + 1);
     A.reset();
-    EXPECT_TRUE(D.GetComponents().empty());
+    EXPECT_EQ(D.GetComponents().size(), Own);
 }
 
 TEST(DataDisplayLabels, MeasurementTemplatesSubstituteTheValue)
@@ -349,4 +352,79 @@ TEST(DataDisplayState, PaintIsDisabledUntilHostedVisibleAndLoaded)
     EXPECT_TRUE(D.PaintIsDisabled());
     D.SetDesigning(true);
     EXPECT_FALSE(D.PaintIsDisabled());
+}
+
+namespace {
+
+class THitDisplay : public TProbeDisplay {
+public:
+    std::string GetFormatedMouseHitLabelText() override { return "1.00 : 2.00"; } // 66 x 13
+};
+
+class TPlotView : public TQVCustomColorDisplayView {
+public:
+    using TQVCustomColorDisplayView::TQVCustomColorDisplayView;
+};
+
+// The label box of a hit drawn at APoint: its Rectangle and TextOut records.
+std::pair<TRect, TPoint> HitLabelBox(THitDisplay& ADisplay, const TQVChannelMouseHitPoint& AHit, TPoint APoint)
+{
+    TQLRecordingCanvas Canvas;
+    ADisplay.DrawHitTest(Canvas, APoint, AHit);
+    const auto Rects = Canvas.Of("Rectangle");
+    const auto Texts = Canvas.Of("TextOut");
+    EXPECT_EQ(Rects.size(), 2u);
+    EXPECT_EQ(Texts.size(), 1u);
+    if (Rects.size() != 2 || Texts.size() != 1)
+        return {};
+    EXPECT_EQ(Rects[0].ArgRect(), (TRect{APoint.X - 2, APoint.Y - 2, APoint.X + 3, APoint.Y + 3}));
+    return {Rects[1].ArgRect(), TPoint{Texts[0].Args[0], Texts[0].Args[1]}};
+}
+
+} // namespace
+
+TEST(DataDisplayToolTips, HitLabelSitsAboveRightAndFlipsToStayInTheView)
+{
+    THitDisplay D;
+    TPlotView View(&D);
+    View.SetDrawRect(TRect{0, 0, 200, 100});
+    D.DataView = &View;
+    TQVChannelMouseHitPoint Hit(&D);
+
+    auto [Box, Text] = HitLabelBox(D, Hit, TPoint{50, 50});
+    EXPECT_EQ(Box, (TRect{54, 37, 124, 52}));
+    EXPECT_EQ(Text, (TPoint{56, 38}));
+    // Too far right: the box moves to the left of the point.
+    std::tie(Box, Text) = HitLabelBox(D, Hit, TPoint{180, 50});
+    EXPECT_EQ(Box.Left, 184 - 66 - 11);
+    // Too high: the box drops below the top, and cannot flip left of the view's edge.
+    std::tie(Box, Text) = HitLabelBox(D, Hit, TPoint{50, 5});
+    EXPECT_EQ(Box, (TRect{54, 5, 124, 20}));
+}
+
+TEST(DataDisplayToolTips, AHiddenLabelLeavesOnlyTheMarkAndAHandlerMayReplaceTheText)
+{
+    THitDisplay D;
+    TPlotView View(&D);
+    View.SetDrawRect(TRect{0, 0, 200, 100});
+    D.DataView = &View;
+    TQVChannelMouseHitPoint Hit(&D);
+
+    std::string Seen;
+    D.SetOnDataToolTip([&](TQLPersistent*, TPoint, TQVRealPoint, std::string& AText) {
+        Seen = AText;
+        D.SetToolTipText("custom");
+    });
+    TQLRecordingCanvas Canvas;
+    D.DrawHitTest(Canvas, TPoint{50, 50}, Hit);
+    EXPECT_EQ(Seen, "1.00 : 2.00");
+    ASSERT_EQ(Canvas.Of("TextOut").size(), 1u);
+    EXPECT_EQ(Canvas.Of("TextOut")[0].Text, "custom");
+    EXPECT_EQ(D.GetToolTipText(), "custom");
+
+    Hit.GetPointLabel()->SetVisible(false);
+    TQLRecordingCanvas Plain;
+    D.DrawHitTest(Plain, TPoint{50, 50}, Hit);
+    EXPECT_EQ(Plain.Of("Rectangle").size(), 1u);
+    EXPECT_TRUE(Plain.Of("TextOut").empty());
 }

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QThread>
 #include <QWheelEvent>
 
 #include <stdexcept>
@@ -77,7 +78,14 @@ TQVDisplayWidget::TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWi
     setFocusPolicy(Qt::StrongFocus);
     FDisplay->SetCanvasFactory(QLQtCanvasFactory());
     FDisplay->SetParentState(true, 0);
-    FDisplay->SetOnInvalidate([this] { update(); });
+    // A repaint may be asked for from a producer's thread (a channel cleared there): the
+    // request then travels to the GUI thread as a queued call.
+    FDisplay->SetOnInvalidate([this] {
+        if (QThread::currentThread() == thread())
+            update();
+        else
+            QMetaObject::invokeMethod(this, [this] { update(); }, Qt::QueuedConnection);
+    });
     FDisplay->SetOnCursorChange([this](TCursor ACursor) { setCursor(QVQtCursorShape(ACursor)); });
     FDisplay->SetOnSetFocus([this] { setFocus(Qt::MouseFocusReason); });
     FDisplay->GetRefreshTimer().SetOnChange([this] { SyncTimer(); });

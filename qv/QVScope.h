@@ -1,0 +1,9 @@
+#pragma once
+// Everything needed to build, feed, tick and paint a scope, with no window and no Qt.
+
+#include "qv/channels/QVChannelData.h"
+#include "qv/channels/QVScopeChannel.h"
+#include "qv/display/QVScope.h"
+#include "qv/foundation/QLBitmap.h"
+#include "qv/foundation/QLCanvas.h"
+#include "qv/foundation/QVBuffers.h"

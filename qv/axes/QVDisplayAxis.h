@@ -1,0 +1,166 @@
+#pragma once
+// The base of every value axis of a display: the single place that turns a value into a pixel
+// of the data view and a pixel back into a value.
+//
+// An axis keeps three scales, each with full and zoomed limits:
+//   FDataTotal       data units (samples on a scope X axis),
+//   FScaleTotalReal  real units, what a value truly is (a time, a frequency),
+//   FScaleTick       printed units, what the ticks show; all pixel mapping runs on this one.
+// In this class the three coincide; the X and Y axes give them their own meaning. Every limit
+// is cached and computed once per invalidation (InvalidateMinMaxCache).
+//
+// Orientation: an X axis runs along the display and a Y axis across it; a turned display
+// (GetIsVertical of the display) swaps them. Reversal turns the direction round. The X and Y
+// classes answer GetIsVertical, GetIsOposite, GetScaleReversed and the default directions;
+// the mapping here reads only those answers.
+//
+// Axis code never raises: zero widths are replaced by small constants.
+
+#include "qv/axes/QVAxisCache.h"
+#include "qv/axes/QVAxisValues.h"
+#include "qv/axes/QVTrackingOptionalAxis.h"
+
+#include <memory>
+
+namespace qv {
+
+class TQVDisplayAxis : public TQVTrackingOptionalAxis {
+public:
+    // Adds the axis to the display's list of axes; the display outlives it.
+    TQVDisplayAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign);
+    ~TQVDisplayAxis() override;
+
+    // ---- Settings ----
+    TAlphaColor GetColor() const { return FColor; }
+    void SetColor(TAlphaColor AValue);
+    TQVDisplayFont* GetFont() const override { return FFont.get(); }
+    void SetFont(const TQVDisplayFont* AValue) { FFont->Assign(AValue); }
+    TQVAxisValue* GetMin() const { return FMin.get(); }
+    void SetMin(const TQVAxisValue* AValue) { FMin->Assign(AValue); }
+    TQVMaxAxisValue* GetMax() const { return FMax.get(); }
+    void SetMax(const TQVMaxAxisValue* AValue) { FMax->Assign(AValue); }
+    bool GetReversed() const { return FReversed; }
+    virtual void SetReversed(bool AValue);
+
+    // ---- The three scales ----
+    const TQVLimitCachedMinMaxValue& GetDataTotal() const { return FDataTotal; }
+    const TQVLimitCachedMinMaxValue& GetScaleTotalReal() const { return FScaleTotalReal; }
+    const TQVLimitCachedMinMaxValue& GetScaleTick() const { return FScaleTick; }
+    // Zoomed widths of the data scale and of the printed scale.
+    double GetDataZoomedRange() const;
+    double GetScaleZoomedTickRange() const;
+
+    // ---- Step and text measures ----
+    // mtmAuto: the automatic step, computed anew; otherwise MajorTicks.Step made drawable.
+    double GetStep() override;
+    // Along a horizontal axis the wider of the texts of the two zoomed ends; along a vertical
+    // one the line height.
+    uint32_t GetMaxTextLength() const override;
+    // 1 on a decascale axis; else the text of the zoomed maximum plus 8 (horizontal) or the
+    // line height plus 4 (vertical), at least 20.
+    uint32_t GetMinScaleLineDistance() const override;
+
+    // ---- Orientation ----
+    virtual bool GetIsYAxis() const { return false; }
+    // Whether values grow against the orientation's natural direction.
+    virtual bool GetIsOposite() const { return GetIsReversed(); }
+    bool GetIsReversedDirect() const override { return FReversed; }
+    bool GetIsReversed() const override { return FReversed; }
+    // The sign of the scale factor of GetScaleInfo.
+    virtual bool GetScaleReversed() const { return GetIsReversedDirect(); }
+
+    // ---- Value and pixel ----
+    // The data view's start and length along the axis.
+    int32_t GetPixelStart() const;
+    int32_t GetPixelLength() const;
+    // The offset and factor with which a tick walk turns a value (or its QVLog10a) into a
+    // pixel. Equal limits give the middle of the axis and a factor of 1.
+    virtual void GetScaleInfo(double& AOffset, double& AScale, double AMin, double AMax) const;
+    // The pixel of a printed value across the data view's whole length. A zero-width scale
+    // maps to a window of plus and minus one round its value.
+    int32_t ScaleToPixel(double AValue) const;
+    // The pixel of a plotted value, spanning one pixel less than ScaleToPixel. Linear X axes
+    // ignore reversal and a plain vertical Y axis sits one pixel lower; both are kept. A scale
+    // of zero width gives the start of the data view.
+    int32_t GetPosFromValue(double AValue) const;
+    // The printed value at a pixel, for the present zoom window.
+    double PixelToScale(int32_t APosition) const;
+    // The printed value at a pixel for a given window and rectangle: the inverse mapping.
+    virtual double GetPositionFromMouse(int32_t APosition, double AMin, double AMax, const TRect& ARect) const;
+    // The printed value at a point of the data view, linear also on a logarithmic axis. False,
+    // with AxisPos untouched, when the point lies outside the data view.
+    bool GetValueAt(int32_t AX, int32_t AY, double& AxisPos) const;
+
+    // ---- Scale conversions (between full ranges; identity when the source has no width) ----
+    double ScaleTickToData(double AValue) const;
+    double DataToScaleTick(double AValue) const;
+    double ScaleRealToScaleTick(double AValue) const;
+    double ScaleRealToData(double AValue) const;
+    // The same for widths: no offsets.
+    double ScaleTickToDataNoOffset(double AValue) const;
+    double DataToScaleTickNoOffset(double AValue) const;
+
+    // ---- Limits: the getters behind the caches ----
+    // Min.DataValue when Min does not follow the data, else 0.
+    virtual double GetDataFullMin() const;
+    virtual double GetDataFullMax() const = 0;
+    virtual double GetDataZoomedMin() const = 0;
+    virtual double GetDataZoomedMax() const = 0;
+    virtual double GetScaleFullTickMin() const;
+    virtual double GetScaleFullTickMax() const;
+    virtual double GetScaleFullRealMin() const;
+    virtual double GetScaleFullRealMax() const;
+    // The zoomed data window carried onto the printed scale.
+    virtual double GetScaleZoomedTickMin() const;
+    virtual double GetScaleZoomedTickMax() const;
+    // The zoomed data limits scaled to the width of the real scale, without offsets.
+    virtual double GetScaleZoomedRealMin() const;
+    virtual double GetScaleZoomedRealMax() const;
+    // Told how far the zoomed printed minimum or maximum moved when it is computed anew.
+    virtual void ScaleMinChange(double ADelta) {}
+    virtual void ScaleMaxChange(double ADelta) {}
+    // Whether zooming keeps to the data.
+    virtual bool GetRestrictMinMax() const { return true; }
+    // AAll: the full data limits too; the zoomed data limits and both other scales always.
+    virtual void InvalidateMinMaxCache(bool AAll);
+    virtual void InvalidateStep();
+    // Brings the zoom window inside Min.Range and Max.Range, keeping its width while it can,
+    // then its width inside the zoom width range.
+    virtual void CorrectMinMax();
+
+    // ---- Drawing ----
+    // The base line along the data view, then every tick with its text.
+    virtual void DrawTicks(TQLCanvas& ACanvas, bool ADrawLine, bool AVertical);
+    // Walks the ticks of the zoomed printed scale with the function for the axis' orientation:
+    // AHorizontalTick along a horizontal axis, AVerticalTick along a vertical one.
+    virtual void DrawTickLines(const TQVAxisTickProc& AHorizontalTick, const TQVAxisTickProc& AVerticalTick,
+                               bool AFromEnd, TQLCanvas& ACanvas, bool ADrawAll, bool ADecascaleAll);
+
+    QL_CLASS_INFO()
+
+protected:
+    // The allowed width of the zoom window; none in this class.
+    virtual const TQVDisplayValueRange* GetZoomWidthRange() const { return nullptr; }
+    // Min or Max changed: every limit anew, and a new layout.
+    void LimitsChanged();
+
+    double FStep = 0.0;
+    bool FReversed = false;
+    TAlphaColor FColor = 0xFFFFFFFF;
+    // The zoom window in printed units.
+    double FZoomMin = 0.0;
+    double FZoomMax = 0.0;
+    bool FZoomed = false;
+
+private:
+    std::unique_ptr<TQVAxisValue> FMin;
+    std::unique_ptr<TQVMaxAxisValue> FMax;
+    std::unique_ptr<TQVDisplayFont> FFont;
+
+protected:
+    TQVLimitCachedMinMaxValue FDataTotal;
+    TQVLimitCachedMinMaxValue FScaleTotalReal;
+    TQVLimitCachedMinMaxValue FScaleTick;
+};
+
+} // namespace qv

@@ -1,0 +1,189 @@
+#pragma once
+// Sample storage of a channel.
+//
+// TQVChannelBuffer is a real buffer (IQVRealBuffer) kept as a ring: the oldest samples leave at
+// the front and new ones enter at the back at a cost that does not depend on the number of
+// samples kept, which is what a channel running at its size limit does for every sample.
+//
+// The samples live in a block shared by reference count. Share() hands out another buffer over
+// the same samples, contiguous, without copying them (a ring that wraps round the end of its
+// block is copied once into a contiguous block instead). The buffer that last wrote a block
+// is its writer; the block remembers the hull of the ranges the writer handed out (its guard).
+// The writer keeps writing in place outside the guard, and moves to a fresh block only when a
+// write would land inside it while others still hold the block. A buffer handed out thus
+// never sees its samples change, and the writer copies at most once after each hand-over.
+// Any other holder writes in place only while it is the last one.
+//
+// A buffer object is not guarded: its holder serialises calls on it. Distinct buffer objects
+// that share a block may be used on different threads; handing one out (Share) is a call on
+// the source object and is serialised with its writes.
+//
+// Read() of a ring that wraps straightens it first (one pass over the samples); buffers from
+// Share() never wrap, so reading them never writes.
+//
+// TQVGapList holds a channel's gap indexes with a running offset, so that shifting every
+// index by the number of dropped samples costs no pass over the list.
+
+#include "qv/foundation/QVBuffers.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <type_traits>
+#include <vector>
+
+namespace qv {
+
+// The element types a channel takes samples in.
+template <class T>
+concept QVChannelElement =
+    std::is_same_v<T, double> || std::is_same_v<T, float> || std::is_same_v<T, int32_t> ||
+    std::is_same_v<T, uint32_t> || std::is_same_v<T, int64_t> || std::is_same_v<T, uint64_t> ||
+    std::is_same_v<T, int16_t> || std::is_same_v<T, uint16_t>;
+
+class TQVChannelBuffer final : public IQVRealBuffer {
+public:
+    TQVChannelBuffer() = default;
+    // A converted copy of ACount elements; raises std::invalid_argument for a negative count or
+    // a null pointer with a count.
+    template <QVChannelElement T>
+    TQVChannelBuffer(const T* AData, int32_t ACount)
+    {
+        Assign(AData, ACount);
+    }
+    ~TQVChannelBuffer() override;
+    TQVChannelBuffer(const TQVChannelBuffer&) = delete;
+    TQVChannelBuffer& operator=(const TQVChannelBuffer&) = delete;
+
+    // ---- IQVRealBuffer ----
+    int32_t GetSize() const override { return FSize; }
+    void Resize(int32_t ASize, bool AKeepContent) override;
+    const double* Read() const override;
+    double* Write() override;
+    double GetItem(int32_t AIndex) const override;
+    void SetItem(int32_t AIndex, double AValue) override;
+    double Min() const override;
+    double Max() const override;
+    double Min(int32_t AFirst, int32_t ALast) const override;
+    double Max(int32_t AFirst, int32_t ALast) const override;
+
+    // ---- Ring operations ----
+    // ALimit, where given, is the size the owner holds the buffer to (0: none): growth of the
+    // block stops there while the size stays within it, so a full ring wastes no room.
+
+    // Replaces the content by ACount converted elements.
+    template <QVChannelElement T>
+    void Assign(const T* AData, int32_t ACount);
+    // Takes the samples of ASource as they are now, sharing them as Share() does.
+    void AssignShared(const TQVChannelBuffer& ASource);
+    // Takes a contiguous copy of the samples of ASource, into this buffer's own block when it
+    // holds it alone and it fits (no fresh memory), else into a new one.
+    void CopyFrom(const TQVChannelBuffer& ASource);
+    // Appends ACount converted elements.
+    template <QVChannelElement T>
+    void Append(const T* AData, int32_t ACount, uint32_t ALimit = 0);
+    // Replaces the content by 0, 1, 2, ... (ACount values).
+    void AssignRamp(int32_t ACount);
+    // Appends ABase + AStep, ABase + (AStep + 1), ABase + (AStep + 2), ... (ACount values).
+    void AppendRamp(int32_t ACount, double ABase, double AStep, uint32_t ALimit = 0);
+    // Appends ACount copies of AValue.
+    void AppendFill(int32_t ACount, double AValue, uint32_t ALimit = 0);
+    void AppendValue(double AValue, uint32_t ALimit = 0) { AppendFill(1, AValue, ALimit); }
+    // Inserts ACount copies of AValue before the first sample.
+    void PrependFill(int32_t ACount, double AValue);
+    // Removes the ACount oldest samples; raises std::out_of_range beyond the size.
+    void DropFront(int32_t ACount);
+    // Empty, with no block.
+    void Clear();
+
+    // Unchecked access by logical index.
+    double At(int32_t AIndex) const { return FBlock->Items[Physical(AIndex)]; }
+    // Copies ACount samples from AFirst on into ADest; the range must lie within the size.
+    void CopyTo(double* ADest, int32_t AFirst, int32_t ACount) const;
+
+    // A new buffer holding these samples, contiguous, that no later write to this one
+    // changes. Shares the block unless the ring wraps.
+    std::shared_ptr<TQVChannelBuffer> Share() const;
+
+    int32_t GetCapacity() const;
+    // The samples run round the end of the block.
+    bool GetIsWrapped() const;
+    // This buffer holds its block alone.
+    bool GetIsSole() const;
+
+    // Bytes of sample storage held by all channel buffers of the process now, and the most
+    // held at once since the last ResetPeakBytes.
+    static int64_t GetLiveBytes();
+    static int64_t GetPeakBytes();
+    static void ResetPeakBytes();
+
+private:
+    struct TBlock {
+        explicit TBlock(int32_t ACapacity);
+        ~TBlock();
+        TBlock(const TBlock&) = delete;
+        TBlock& operator=(const TBlock&) = delete;
+        // Grows the block keeping its samples; the memory may move (large blocks usually are
+        // remapped rather than copied).
+        void Grow(int32_t ACapacity);
+
+        std::atomic<int32_t> Refs{1};
+        int32_t Capacity;
+        // Physical positions [GuardLo, GuardHi) that the writer handed out; empty when
+        // equal. Only the writer reads and changes them, under its holder's serialisation.
+        int32_t GuardLo = 0;
+        int32_t GuardHi = 0;
+        double* Items;
+    };
+
+    int32_t Physical(int32_t AIndex) const;
+    // Makes sure ACount more samples fit and that the positions they go to may be written;
+    // returns the physical position of the first.
+    int32_t PrepareAppend(int32_t ACount, uint32_t ALimit);
+    // Whether the ACount positions from physical APos on may be written in place now.
+    bool CanWrite(int32_t APos, int32_t ACount) const;
+    // Moves the samples to the start of a fresh block of ACapacity, leaving AGap free slots
+    // in front of them.
+    void Relocate(int32_t ACapacity, int32_t AGap = 0) const;
+    void Straighten() const;
+    void Release() const;
+    template <class F>
+    void ForSegments(int32_t AFirst, int32_t ACount, F&& AProc) const;
+    template <class F>
+    void FillPositions(int32_t APos, int32_t ACount, F&& AProc);
+    // Whether a fresh content of ACount samples goes into the present block.
+    bool ReuseFor(int32_t ACount) const;
+
+    // Straightening a ring inside Read() changes where the samples lie, not what they are.
+    mutable TBlock* FBlock = nullptr;
+    mutable int32_t FHead = 0;
+    mutable bool FWriter = false;
+    int32_t FSize = 0;
+};
+
+// Indexes of samples that begin a separated segment, oldest entry first. Entries are kept
+// with a running offset; Shift moves every entry at once.
+class TQVGapList {
+public:
+    int32_t GetCount() const { return static_cast<int32_t>(FItems.size() - FFirst); }
+    int32_t GetItem(int32_t AIndex) const;
+    // Appends AIndex; raises std::out_of_range above INT32_MAX.
+    void Add(int64_t AIndex);
+    // Drops the leading entries below ACount and subtracts ACount from the rest.
+    void Shift(int64_t ACount);
+    void Clear();
+    // The entries as a new integer buffer (sharing its samples with earlier results while
+    // the list did not change).
+    std::shared_ptr<IQVIntegerBuffer> ToBuffer() const;
+    std::vector<int32_t> ToVector() const;
+
+private:
+    void Changed() { FCache.reset(); }
+
+    std::vector<int64_t> FItems; // entry + FOffset
+    size_t FFirst = 0;           // entries before it were dropped
+    int64_t FOffset = 0;
+    mutable std::shared_ptr<TQVIntegerBuffer> FCache;
+};
+
+} // namespace qv

@@ -1,0 +1,55 @@
+#pragma once
+// The scope: the display that users place. It owns the channels, holds the section that
+// guards the passage of data from all channels to their draw buffers, and hands new data
+// over on each refresh tick.
+
+#include "qv/display/QVDataDisplay.h"
+#include "qv/foundation/QWCriticalSection.h"
+
+#include <atomic>
+#include <memory>
+
+namespace qv {
+
+class TQVScopeChannels;
+
+class TQVScope : public TQVDataDisplay {
+public:
+    TQVScope();
+    ~TQVScope() override;
+
+    TQVScopeChannels* GetChannels() const { return FChannels.get(); }
+    void SetChannels(const TQVScopeChannels* AValue);
+
+    // The longest kept channel buffer; 0 keeps everything. Lowering it trims every channel
+    // to its newest samples.
+    uint32_t GetSizeLimit() const { return FSizeLimit.load(std::memory_order_acquire); }
+    void SetSizeLimit(uint32_t AValue);
+
+    // Guards the hand-over of all channels; taken before any channel's own sections.
+    TQWCriticalSection& GetAllChannelSection() { return FAllChannelSection; }
+
+    // Moves every channel's new data into its draw buffers, unless held. Returns whether
+    // the picture must be recomputed.
+    bool PopulateDrawBuffers() override;
+    void InvalidateRecalc() override;
+    void InvalidateHistory() override;
+
+    // A user draw event is running: invalidation requests are ignored meanwhile.
+    bool GetInDraw() const { return FInDraw.load(std::memory_order_acquire); }
+
+    QL_CLASS_INFO()
+
+protected:
+    void Invalidate() override;
+
+    std::atomic<bool> FInDraw{false};
+
+private:
+    std::unique_ptr<TQVScopeChannels> FChannels;
+    // Producers read it on their threads.
+    std::atomic<uint32_t> FSizeLimit{0};
+    TQWCriticalSection FAllChannelSection;
+};
+
+} // namespace qv

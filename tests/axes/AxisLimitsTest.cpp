@@ -1,0 +1,225 @@
+// The three scales of an axis: cached limits computed once per invalidation, the zoomed
+// printed and real limits, conversions between the scales, and the bounds of the zoom window.
+#include "AxisTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+using namespace qv;
+using namespace qvtest;
+
+namespace {
+
+class AxisLimits : public TAxisFixture {};
+
+// An axis whose printed and real scales differ from its data scale, as on a scope X axis
+// that prints time for samples.
+class TScaledAxis : public TTestAxis {
+public:
+    using TTestAxis::TTestAxis;
+    double GetScaleFullTickMin() const override { return TickLo; }
+    double GetScaleFullTickMax() const override { return TickHi; }
+    double GetScaleFullRealMin() const override { return RealLo; }
+    double GetScaleFullRealMax() const override { return RealHi; }
+    void ScaleMinChange(double ADelta) override { MinMoves.push_back(ADelta); }
+    void ScaleMaxChange(double ADelta) override { MaxMoves.push_back(ADelta); }
+
+    double TickLo = 1000.0;
+    double TickHi = 2000.0;
+    double RealLo = -1.0;
+    double RealHi = 1.0;
+    std::vector<double> MinMoves;
+    std::vector<double> MaxMoves;
+};
+
+} // namespace
+
+TEST_F(AxisLimits, EachLimitIsComputedOncePerInvalidation)
+{
+    // A frame: many values mapped both ways.
+    auto Frame = [this] {
+        for (int I = 0; I < 1000; ++I) {
+            XAxis.ScaleToPixel(I * 0.1);
+            XAxis.GetPosFromValue(I * 0.1);
+            XAxis.PixelToScale(60 + I % 400);
+            XAxis.DataToScaleTick(I);
+        }
+    };
+    Frame();
+    EXPECT_EQ(XAxis.Calls.DataFullMin, 1);
+    EXPECT_EQ(XAxis.Calls.DataFullMax, 1);
+    EXPECT_EQ(XAxis.Calls.DataZoomedMin, 1);
+    EXPECT_EQ(XAxis.Calls.DataZoomedMax, 1);
+    EXPECT_EQ(XAxis.Calls.ScaleZoomedTickMin, 1);
+    EXPECT_EQ(XAxis.Calls.ScaleZoomedTickMax, 1);
+
+    // A zoom keeps the full data limits.
+    XAxis.InvalidateMinMaxCache(false);
+    Frame();
+    EXPECT_EQ(XAxis.Calls.DataFullMin, 1);
+    EXPECT_EQ(XAxis.Calls.DataFullMax, 1);
+    EXPECT_EQ(XAxis.Calls.DataZoomedMin, 2);
+    EXPECT_EQ(XAxis.Calls.ScaleZoomedTickMax, 2);
+
+    // New data recomputes everything, once.
+    XAxis.InvalidateMinMaxCache(true);
+    Frame();
+    EXPECT_EQ(XAxis.Calls.DataFullMin, 2);
+    EXPECT_EQ(XAxis.Calls.DataZoomedMax, 3);
+    EXPECT_EQ(XAxis.Calls.ScaleZoomedTickMin, 3);
+}
+
+TEST_F(AxisLimits, AChangedLimitSettingRecomputesTheLimitsAndTheLayout)
+{
+    XAxis.UseBaseFullMin = true;
+    EXPECT_EQ(XAxis.GetDataTotal().GetFull().GetMin().GetValue(), 0.0); // follows the data: 0 here
+    Display.ClearRecalc();
+    XAxis.GetMin()->SetDataValue(-5.0);
+    EXPECT_EQ(XAxis.GetDataTotal().GetFull().GetMin().GetValue(), 0.0); // still follows the data
+    XAxis.GetMin()->SetAutoScale(false);
+    EXPECT_TRUE(Display.GetNeedsRecalc());
+    EXPECT_EQ(XAxis.GetDataTotal().GetFull().GetMin().GetValue(), -5.0);
+    EXPECT_EQ(XAxis.GetScaleTick().GetFull().GetMin().GetValue(), -5.0); // the scales coincide here
+    EXPECT_EQ(XAxis.GetScaleTotalReal().GetFull().GetMin().GetValue(), -5.0);
+    EXPECT_EQ(XAxis.ScaleToPixel(-5.0), 60);
+    // A bound of the zoom range is a change of the limit too.
+    const int Before = XAxis.Calls.DataFullMin;
+    XAxis.GetMax()->GetRange()->GetHigh()->SetValue(3.0);
+    XAxis.ScaleToPixel(1.0);
+    EXPECT_EQ(XAxis.Calls.DataFullMin, Before + 1);
+}
+
+TEST_F(AxisLimits, TheZoomedDataWindowIsCarriedOntoThePrintedAndRealScales)
+{
+    TScaledAxis Axis(&Display, false, vaTop);
+    Axis.ZoomWindow(20.0, 60.0);
+    EXPECT_DOUBLE_EQ(Axis.GetScaleTick().GetZoomed().GetMin().GetValue(), 1200.0);
+    EXPECT_DOUBLE_EQ(Axis.GetScaleTick().GetZoomed().GetMax().GetValue(), 1600.0);
+    // The real pair scales the width only: no offsets.
+    EXPECT_DOUBLE_EQ(Axis.GetScaleTotalReal().GetZoomed().GetMin().GetValue(), 0.4);
+    EXPECT_DOUBLE_EQ(Axis.GetScaleTotalReal().GetZoomed().GetMax().GetValue(), 1.2);
+    EXPECT_DOUBLE_EQ(Axis.GetDataZoomedRange(), 40.0);
+    EXPECT_DOUBLE_EQ(Axis.GetScaleZoomedTickRange(), 400.0);
+    // Pixels run on the printed scale.
+    EXPECT_EQ(Axis.ScaleToPixel(1400.0), 260);
+}
+
+TEST_F(AxisLimits, ConversionsBetweenTheScales)
+{
+    TScaledAxis Axis(&Display, false, vaTop); // data 0..100, printed 1000..2000, real -1..1
+    EXPECT_DOUBLE_EQ(Axis.ScaleTickToData(1500.0), 50.0);
+    EXPECT_DOUBLE_EQ(Axis.DataToScaleTick(50.0), 1500.0);
+    EXPECT_DOUBLE_EQ(Axis.ScaleRealToScaleTick(0.0), 1500.0);
+    EXPECT_DOUBLE_EQ(Axis.ScaleRealToData(0.5), 75.0);
+    EXPECT_DOUBLE_EQ(Axis.ScaleTickToDataNoOffset(100.0), 10.0);
+    EXPECT_DOUBLE_EQ(Axis.DataToScaleTickNoOffset(10.0), 100.0);
+
+    // A source range without width hands the value back.
+    TScaledAxis Flat(&Display, false, vaTop);
+    Flat.TickHi = Flat.TickLo;
+    Flat.RealHi = Flat.RealLo;
+    EXPECT_EQ(Flat.ScaleTickToData(7.0), 7.0);
+    EXPECT_EQ(Flat.ScaleTickToDataNoOffset(7.0), 7.0);
+    EXPECT_EQ(Flat.ScaleRealToData(7.0), 7.0);
+    EXPECT_EQ(Flat.ScaleRealToScaleTick(7.0), 7.0);
+    Flat.SetLimits(3.0, 3.0);
+    EXPECT_EQ(Flat.DataToScaleTick(7.0), 7.0);
+    EXPECT_EQ(Flat.DataToScaleTickNoOffset(7.0), 7.0);
+}
+
+TEST_F(AxisLimits, DegenerateDataRangesGiveSmallConstantsNotDivisions)
+{
+    TScaledAxis Axis(&Display, false, vaTop);
+    // No width: counted as 1.
+    Axis.SetLimits(50.0, 50.0);
+    Axis.ZoomWindow(50.5, 51.0);
+    EXPECT_DOUBLE_EQ(Axis.GetScaleTick().GetZoomed().GetMin().GetValue(), 1500.0);
+    EXPECT_DOUBLE_EQ(Axis.GetScaleTotalReal().GetZoomed().GetMin().GetValue(), 101.0);
+    // Unbounded: the printed window collapses to a small constant.
+    Axis.SetLimits(0.0, std::numeric_limits<double>::infinity());
+    EXPECT_EQ(Axis.GetScaleTick().GetZoomed().GetMin().GetValue(), 0.00001);
+    EXPECT_EQ(Axis.GetScaleTick().GetZoomed().GetMax().GetValue(), 0.00001);
+    EXPECT_EQ(Axis.ScaleToPixel(0.00001), 260); // a window of plus and minus 1 round it
+    // An unbounded range has no automatic step, and its ticks still end.
+    YAxis.SetLimits(0.0, std::numeric_limits<double>::infinity());
+    EXPECT_EQ(YAxis.GetStep(), 1.0);
+    YAxis.DrawTicks(Canvas, true, true);
+    EXPECT_LE(Canvas.Count("LineTo"), 2u);
+}
+
+TEST_F(AxisLimits, TheZoomedPrintedLimitsReportHowFarTheyMoved)
+{
+    TScaledAxis Axis(&Display, false, vaTop);
+    Axis.ZoomWindow(20.0, 60.0);
+    Axis.ScaleToPixel(0.0);
+    Axis.ZoomWindow(30.0, 60.0);
+    Axis.ScaleToPixel(0.0);
+    EXPECT_EQ(Axis.MinMoves, (std::vector<double>{1200.0, 100.0}));
+    EXPECT_EQ(Axis.MaxMoves, (std::vector<double>{1600.0, 0.0}));
+}
+
+TEST_F(AxisLimits, TheZoomWindowIsBroughtInsideTheEdgeRangesInOrder)
+{
+    TQVAxisValue* Min = XAxis.GetMin();
+    TQVMaxAxisValue* Max = XAxis.GetMax();
+    auto Correct = [&](double AMin, double AMax) {
+        XAxis.SetZoomMin(AMin);
+        XAxis.SetZoomMax(AMax);
+        XAxis.CorrectMinMax();
+        return std::pair{XAxis.ZoomMin(), XAxis.ZoomMax()};
+    };
+    using P = std::pair<double, double>;
+
+    // Nothing enabled: nothing moves.
+    EXPECT_EQ(Correct(-5.0, 500.0), (P{-5.0, 500.0}));
+
+    Min->GetRange()->GetHigh()->SetValue(10.0);
+    Min->GetRange()->GetHigh()->SetEnabled(true);
+    EXPECT_EQ(Correct(15.0, 25.0), (P{10.0, 20.0}));  // shifted down, width kept
+    EXPECT_EQ(Correct(10.0, 25.0), (P{10.0, 25.0}));  // at the bound: strict test
+    Min->GetRange()->GetHigh()->SetEnabled(false);
+
+    Min->GetRange()->GetLow()->SetEnabled(true); // low bound 0
+    EXPECT_EQ(Correct(-5.0, 5.0), (P{0.0, 10.0}));
+    Max->GetRange()->GetHigh()->SetValue(8.0);
+    Max->GetRange()->GetHigh()->SetEnabled(true);
+    EXPECT_EQ(Correct(-5.0, 5.0), (P{0.0, 8.0})); // no room above: the window shrinks
+    Min->GetRange()->GetLow()->SetEnabled(false);
+
+    Max->GetRange()->GetHigh()->SetValue(100.0);
+    EXPECT_EQ(Correct(95.0, 105.0), (P{90.0, 100.0}));
+    Max->GetRange()->GetHigh()->SetEnabled(false);
+
+    Max->GetRange()->GetLow()->SetValue(50.0);
+    Max->GetRange()->GetLow()->SetEnabled(true);
+    EXPECT_EQ(Correct(30.0, 40.0), (P{40.0, 50.0}));
+    Min->GetRange()->GetHigh()->SetValue(35.0);
+    Min->GetRange()->GetHigh()->SetEnabled(true);
+    EXPECT_EQ(Correct(30.0, 40.0), (P{35.0, 50.0})); // the minimum is held back to its bound
+}
+
+TEST_F(AxisLimits, TheWindowWidthRulesRunLastAndMayPushAnEdgeBackOut)
+{
+    TQVDisplayValueRange Width(nullptr, &Display, true);
+    XAxis.ZoomWidth = &Width;
+    auto Correct = [&](double AMin, double AMax) {
+        XAxis.SetZoomMin(AMin);
+        XAxis.SetZoomMax(AMax);
+        XAxis.CorrectMinMax();
+        return std::pair{XAxis.ZoomMin(), XAxis.ZoomMax()};
+    };
+    using P = std::pair<double, double>;
+
+    Width.GetLow()->SetValue(10.0);
+    Width.GetLow()->SetEnabled(true);
+    EXPECT_EQ(Correct(20.0, 24.0), (P{17.0, 27.0})); // about the centre
+    EXPECT_EQ(Correct(20.0, 30.0), (P{20.0, 30.0}));
+    Width.GetHigh()->SetValue(15.0);
+    Width.GetHigh()->SetEnabled(true);
+    EXPECT_EQ(Correct(0.0, 20.0), (P{2.5, 17.5}));
+
+    XAxis.GetMin()->GetRange()->GetLow()->SetEnabled(true); // low bound 0
+    EXPECT_EQ(Correct(0.0, 4.0), (P{-3.0, 7.0}));
+}

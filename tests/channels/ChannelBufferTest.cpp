@@ -1,0 +1,278 @@
+// Channel sample storage: the ring against a plain model under random appends and drops,
+// buffers handed out that never change while the writer goes on, copying only when a write
+// would touch what was handed out, and the gap list's shifting rules.
+#include "qv/channels/QVChannelBuffer.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <deque>
+#include <limits>
+#include <mutex>
+#include <random>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+using namespace qv;
+
+namespace {
+
+std::vector<double> Values(const TQVChannelBuffer& ABuffer)
+{
+    std::vector<double> Result(size_t(ABuffer.GetSize()));
+    ABuffer.CopyTo(Result.data(), 0, ABuffer.GetSize());
+    return Result;
+}
+
+std::vector<double> ReadValues(const IQVRealBuffer& ABuffer)
+{
+    const double* P = ABuffer.Read();
+    return std::vector<double>(P, P + ABuffer.GetSize());
+}
+
+template <class F>
+void ExpectMessage(F&& AFunc, const std::string& APart)
+{
+    try {
+        AFunc();
+        ADD_FAILURE() << "no exception";
+    } catch (const std::exception& Error) {
+        EXPECT_NE(std::string(Error.what()).find(APart), std::string::npos) << Error.what();
+    }
+}
+
+TEST(ChannelBuffer, RingFollowsPlainModelUnderRandomAppendsAndDrops)
+{
+    std::mt19937 Random(7);
+    for (uint32_t Limit : {0u, 1u, 7u, 64u}) {
+        TQVChannelBuffer Ring;
+        std::deque<double> Model;
+        double Next = 0.0;
+        std::vector<std::shared_ptr<TQVChannelBuffer>> Views;
+        std::vector<std::vector<double>> Seen;
+        for (int Step = 0; Step < 3000; ++Step) {
+            const int Op = int(Random() % 6);
+            const int32_t Count = int32_t(Random() % 20);
+            if (Op <= 2) { // a block, held to the limit by dropping first as a channel does
+                std::vector<double> Block(static_cast<size_t>(Count));
+                for (double& V : Block)
+                    V = Next++;
+                const int32_t Drop = Limit == 0 ? 0
+                                                : std::max<int32_t>(0, Ring.GetSize() + Count - int32_t(Limit));
+                const int32_t Take = Limit == 0 ? Count : std::min<int32_t>(Count, int32_t(Limit));
+                Ring.DropFront(std::min(Drop, Ring.GetSize()));
+                Model.erase(Model.begin(), Model.begin() + std::min<ptrdiff_t>(Drop, ptrdiff_t(Model.size())));
+                Ring.Append(Block.data() + (Count - Take), Take, Limit);
+                Model.insert(Model.end(), Block.end() - Take, Block.end());
+            } else if (Op == 3) {
+                const int32_t Drop = std::min(Count, Ring.GetSize());
+                Ring.DropFront(Drop);
+                Model.erase(Model.begin(), Model.begin() + Drop);
+            } else if (Op == 4 && Ring.GetSize() > 0) {
+                const int32_t Index = int32_t(Random() % uint32_t(Ring.GetSize()));
+                Ring.SetItem(Index, -1.0 - Step);
+                Model[size_t(Index)] = -1.0 - Step;
+            } else { // hand out the samples now and then; they must never change
+                Views.push_back(Ring.Share());
+                Seen.push_back(Values(Ring));
+                if (Views.size() > 3) {
+                    Views.erase(Views.begin());
+                    Seen.erase(Seen.begin());
+                }
+            }
+            ASSERT_EQ(Values(Ring), std::vector<double>(Model.begin(), Model.end())) << "step " << Step;
+            if (Limit != 0) {
+                ASSERT_LE(Ring.GetCapacity(), int32_t(Limit)) << "a ring held to a limit never grows past it";
+            }
+            for (size_t i = 0; i < Views.size(); ++i)
+                ASSERT_EQ(ReadValues(*Views[i]), Seen[i]) << "step " << Step;
+        }
+        // Extremes and items across the wrap, then the straightened read.
+        const std::vector<double> Expect(Model.begin(), Model.end());
+        if (!Expect.empty()) {
+            EXPECT_EQ(Ring.Min(), *std::min_element(Expect.begin(), Expect.end()));
+            EXPECT_EQ(Ring.Max(0, Ring.GetSize() - 1), *std::max_element(Expect.begin(), Expect.end()));
+            EXPECT_EQ(Ring.GetItem(Ring.GetSize() - 1), Expect.back());
+        }
+        EXPECT_EQ(ReadValues(Ring), Expect);
+        EXPECT_FALSE(Ring.GetIsWrapped());
+    }
+}
+
+TEST(ChannelBuffer, WriterCopiesOnlyWhenAWriteWouldTouchWhatItHandedOut)
+{
+    TQVChannelBuffer Ring;
+    std::vector<double> Block(8);
+    for (int i = 0; i < 8; ++i)
+        Block[size_t(i)] = i;
+    Ring.Append(Block.data(), 8, 12); // capacity 12, unwrapped
+    ASSERT_EQ(Ring.GetCapacity(), 12);
+    const double* Before = Ring.Read();
+
+    auto View = Ring.Share();
+    EXPECT_EQ(View->Read(), Before) << "an unwrapped ring is shared, not copied";
+    Ring.AppendValue(8.0, 12);
+    Ring.DropFront(3);
+    Ring.AppendValue(9.0, 12); // still in free positions after the handed-out range
+    EXPECT_EQ(Ring.Read(), Before + 3) << "appends outside the handed-out range stay in place";
+    Ring.AppendFill(2, 10.0, 12); // up to the end of the block
+    EXPECT_EQ(Ring.Read(), Before + 3);
+    Ring.AppendValue(11.0, 12); // round to position 0, which the view still shows: the writer moves
+    EXPECT_NE(Ring.Read(), Before + 3);
+    EXPECT_EQ(ReadValues(*View), std::vector<double>({0, 1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(Values(Ring), std::vector<double>({3, 4, 5, 6, 7, 8, 9, 10, 10, 11}));
+    EXPECT_TRUE(Ring.GetIsSole());
+
+    // Once every view is gone the writer writes in place anywhere.
+    auto Second = Ring.Share();
+    Second.reset();
+    const double* Moved = Ring.Read();
+    Ring.SetItem(0, -3.0);
+    EXPECT_EQ(Ring.Read(), Moved);
+
+    // A view that writes separates from the writer.
+    auto Third = Ring.Share();
+    Third->SetItem(0, 99.0);
+    EXPECT_EQ(Ring.GetItem(0), -3.0);
+    EXPECT_EQ(Third->GetItem(0), 99.0);
+    EXPECT_NE(Third->Read(), Ring.Read());
+}
+
+TEST(ChannelBuffer, WrappedRingIsHandedOutContiguousAndResizesFollowTheBufferRules)
+{
+    TQVChannelBuffer Ring;
+    const double Data[] = {1, 2, 3, 4};
+    Ring.Append(Data, 4, 4);
+    Ring.DropFront(2);
+    Ring.Append(Data, 2, 4); // 3, 4 | 1, 2 round the end
+    ASSERT_TRUE(Ring.GetIsWrapped());
+    auto View = Ring.Share();
+    EXPECT_EQ(ReadValues(*View), std::vector<double>({3, 4, 1, 2}));
+    EXPECT_TRUE(Ring.GetIsSole()) << "a wrapped ring hands out a copy";
+
+    Ring.Resize(6, true);
+    EXPECT_EQ(Values(Ring), std::vector<double>({3, 4, 1, 2, 0, 0}));
+    Ring.Resize(2, true);
+    EXPECT_EQ(Values(Ring), std::vector<double>({3, 4}));
+    Ring.Resize(3, false);
+    EXPECT_EQ(Values(Ring), std::vector<double>({0, 0, 0}));
+    Ring.AssignRamp(4);
+    EXPECT_EQ(Values(Ring), std::vector<double>({0, 1, 2, 3}));
+    Ring.AppendRamp(2, 3.0, 1.0);
+    EXPECT_EQ(Values(Ring), std::vector<double>({0, 1, 2, 3, 4, 5}));
+    Ring.PrependFill(2, -1.0);
+    EXPECT_EQ(Values(Ring), std::vector<double>({-1, -1, 0, 1, 2, 3, 4, 5}));
+    EXPECT_EQ(ReadValues(*View), std::vector<double>({3, 4, 1, 2}));
+
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    const double WithNaN[] = {kNaN, 5, kNaN};
+    Ring.Assign(WithNaN, 3);
+    EXPECT_EQ(Ring.Min(), 5.0);
+    EXPECT_TRUE(std::isnan(Ring.Max(0, 0)));
+    Ring.Clear();
+    EXPECT_TRUE(std::isnan(Ring.Min()));
+    EXPECT_EQ(Ring.Read(), nullptr);
+}
+
+TEST(ChannelBuffer, BadArgumentsRaiseNamingTheValue)
+{
+    TQVChannelBuffer Ring;
+    const double One = 1.0;
+    Ring.Append(&One, 1);
+    ExpectMessage([&] { Ring.Resize(-2, true); }, "negative size -2");
+    ExpectMessage([&] { Ring.Append(static_cast<const double*>(nullptr), 3); }, "null data with count 3");
+    ExpectMessage([&] { Ring.Append(&One, -1); }, "negative count -1");
+    ExpectMessage([&] { Ring.DropFront(2); }, "cannot drop 2 of 1");
+    ExpectMessage([&] { Ring.GetItem(5); }, "index 5");
+    ExpectMessage([&] { Ring.SetItem(-1, 0.0); }, "index -1");
+    ExpectMessage([&] { Ring.Max(0, 3); }, "index range 0..3");
+    EXPECT_EQ(Values(Ring), std::vector<double>({1.0})) << "failed calls change nothing";
+}
+
+// A writer that appends a running count while readers check the buffers handed to them: a
+// view must always hold consecutive values, whatever the writer does meanwhile.
+TEST(ChannelBuffer, ViewsStayIntactWhileTheWriterRunsOnAnotherThread)
+{
+    TQVChannelBuffer Ring;
+    std::mutex Section;
+    std::shared_ptr<TQVChannelBuffer> Latest;
+    std::atomic<bool> Done{false};
+    std::atomic<int> Checked{0};
+    std::thread Writer([&] {
+        double Next = 0.0;
+        std::vector<double> Block(37);
+        // Until the readers have checked a good number of views.
+        for (int Round = 0; Round < 2000 || Checked < 200; ++Round) {
+            for (double& V : Block)
+                V = Next++;
+            std::lock_guard<std::mutex> Lock(Section);
+            const int32_t Drop = std::max(0, Ring.GetSize() + 37 - 500);
+            Ring.DropFront(Drop);
+            Ring.Append(Block.data(), 37, 500);
+            if (Round % 7 == 0)
+                Latest = Ring.Share();
+        }
+        Done = true;
+    });
+    std::vector<std::thread> Readers;
+    for (int r = 0; r < 2; ++r)
+        Readers.emplace_back([&] {
+            while (!Done) {
+                std::shared_ptr<TQVChannelBuffer> View;
+                {
+                    std::lock_guard<std::mutex> Lock(Section);
+                    View = Latest;
+                }
+                if (!View)
+                    continue;
+                const double* P = View->Read();
+                for (int32_t i = 1; i < View->GetSize(); ++i)
+                    ASSERT_EQ(P[i], P[i - 1] + 1.0);
+                ++Checked;
+            }
+        });
+    Writer.join();
+    for (auto& T : Readers)
+        T.join();
+    EXPECT_GE(Checked.load(), 200);
+}
+
+TEST(ChannelGapList, ShiftDropsLeadingEntriesAndMovesTheRest)
+{
+    TQVGapList Gaps;
+    for (int64_t G : {3, 5, 9, 2})
+        Gaps.Add(G);
+    auto Before = Gaps.ToBuffer();
+    Gaps.Shift(5); // 3 leads and is below 5: dropped; 5 becomes 0 and stays; 2 is not leading
+    EXPECT_EQ(Gaps.ToVector(), std::vector<int32_t>({0, 4, -3}));
+    EXPECT_EQ(Before->GetSize(), 4) << "a buffer handed out keeps its entries";
+    Gaps.Shift(1);
+    EXPECT_EQ(Gaps.ToVector(), std::vector<int32_t>({3, -4}));
+    Gaps.Shift(4); // 3 dropped, then -4 leads and is dropped too
+    EXPECT_TRUE(Gaps.ToVector().empty());
+
+    // Many entries moved one at a time, as at the limit: the same as subtracting each time.
+    std::vector<int64_t> Model;
+    for (int i = 1; i <= 300; ++i) {
+        Gaps.Add(i * 3);
+        Model.push_back(i * 3);
+        Gaps.Shift(2);
+        while (!Model.empty() && Model.front() < 2)
+            Model.erase(Model.begin());
+        for (auto& M : Model)
+            M -= 2;
+    }
+    const std::vector<int32_t> Got = Gaps.ToVector();
+    ASSERT_EQ(Got.size(), Model.size());
+    for (size_t i = 0; i < Got.size(); ++i)
+        EXPECT_EQ(Got[i], Model[i]);
+    auto Buffer = Gaps.ToBuffer();
+    Buffer->SetItem(0, -77);
+    EXPECT_EQ(Gaps.GetItem(0), Got[0]) << "writing to a handed-out buffer leaves the list alone";
+
+    ExpectMessage([&] { Gaps.Add(int64_t(INT32_MAX) + 1); }, "2147483648");
+    ExpectMessage([&] { Gaps.GetItem(1000); }, "index 1000");
+}
+
+} // namespace

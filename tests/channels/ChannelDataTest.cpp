@@ -1,0 +1,249 @@
+// Channel intake: SizeLimit arithmetic for blocks above, at and below the limit, the ramp
+// that keeps counting past the limit, gap positions, the ramp flag, every element type,
+// Clear, and errors that leave the channel as it was.
+#include "ChannelTestSupport.h"
+
+#include "qv/foundation/QLClassInfo.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace qv;
+using namespace qvtest;
+
+namespace {
+
+using ChannelData = TChannelFixture;
+using V = std::vector<double>;
+using G = std::vector<int32_t>;
+
+TEST_F(ChannelData, AddYDataBlocksAboveAtAndBelowTheLimit)
+{
+    Scope.SetSizeLimit(5);
+    Add({1, 2, 3});
+    EXPECT_EQ(Y(), V({1, 2, 3}));
+    EXPECT_EQ(X(), V({0, 1, 2})) << "the first block starts the ramp";
+    EXPECT_TRUE(Channel->GetIsRamp());
+
+    Add(Seq(10, 8)); // more than the limit: the newest five of the block, nothing old
+    EXPECT_EQ(Y(), Seq(13, 5));
+    EXPECT_EQ(X(), Seq(0, 8)) << "below the limit X grows by the block, past the limit";
+
+    Add({20, 21}); // below the limit: the newest three old samples stay
+    EXPECT_EQ(Y(), V({15, 16, 17, 20, 21}));
+    EXPECT_EQ(X(), Seq(2, 8)) << "at the limit X keeps its size, moves and keeps counting";
+    EXPECT_EQ(Data->GetSize(), 5);
+}
+
+TEST_F(ChannelData, BlockOfExactlyTheLimitRestartsOrExtendsTheRamp)
+{
+    Scope.SetSizeLimit(4);
+    Add({1, 2, 3, 4});
+    Add({5, 6, 7, 8});
+    EXPECT_EQ(Y(), V({5, 6, 7, 8}));
+    EXPECT_EQ(X(), Seq(0, 4)) << "X at the limit: the ramp restarts at 0";
+
+    auto* Other = Scope.GetChannels()->Add();
+    Other->GetData()->AddYData(Seq(1, 2).data(), 2);
+    Other->GetData()->AddYData(Seq(5, 4).data(), 4);
+    std::vector<double> OtherX(8);
+    OtherX.resize(size_t(Other->GetData()->GetXData(OtherX.data(), 8)));
+    EXPECT_EQ(OtherX, Seq(0, 6)) << "X below the limit grows beyond it";
+}
+
+TEST_F(ChannelData, PointsAtTheLimitDropTheOldestOnEachSide)
+{
+    Scope.SetSizeLimit(5);
+    for (int i = 0; i < 7; ++i)
+        Data->AddYPoint(10 + i);
+    EXPECT_EQ(X(), V({2, 3, 4, 5, 6}));
+    EXPECT_EQ(Y(), Seq(12, 5));
+    EXPECT_FALSE(Channel->GetIsRamp()) << "points alone do not make a ramp";
+
+    Data->AddXYPoint(-1, 99);
+    EXPECT_EQ(X(), V({3, 4, 5, 6, -1}));
+    EXPECT_EQ(Y(), V({13, 14, 15, 16, 99}));
+    Scope.SetSizeLimit(1);
+    Data->AddYPoint(7);
+    EXPECT_EQ(X(), V({0})) << "a single X sample is 0";
+}
+
+TEST_F(ChannelData, GapsAreStoredAndMovedAsSamplesLeave)
+{
+    Add({1, 2, 3}, true);
+    EXPECT_EQ(Gaps(), G{}) << "a gap at 0 is never stored";
+    Add({4, 5}, true);
+    Data->AddYPoint(6, true);
+    EXPECT_EQ(Gaps(), G({3, 5}));
+
+    Scope.SetSizeLimit(6);
+    Add({7, 8, 9, 10}, true); // at the limit: four samples leave, the gaps move by one
+    EXPECT_EQ(Y(), V({5, 6, 7, 8, 9, 10}));
+    EXPECT_EQ(Gaps(), G({2, 4, 5}));
+    Data->AddYPoint(11, true);
+    EXPECT_EQ(Gaps(), G({1, 3, 4, 5}));
+    Data->AddXYData(V({0, 0}).data(), V({12, 13}).data(), 2, true); // moves by the two dropped
+    EXPECT_EQ(Gaps(), G({1, 2, 3, 4}));
+    EXPECT_FALSE(Channel->GetIsRamp());
+
+    Channel->AddGapAt(0);
+    Channel->ShiftGaps(2);
+    EXPECT_EQ(Gaps(), G({0, 1, 2})) << "an entry equal to the shift becomes 0 and stays";
+    Scope.RefreshView();
+    EXPECT_EQ(DrawGaps(), G({0, 1, 2}));
+    ExpectError([&] { Channel->AddGapAt(3'000'000'000u); }, "3000000000");
+}
+
+TEST_F(ChannelData, AddXYDataWithoutLimitReplacesAndKeepsTheSeparatingGap)
+{
+    Data->AddXYData(V({1, 2, 3}).data(), V({10, 20, 30}).data(), 3);
+    Data->AddXYData(V({4, 5}).data(), V({40, 50}).data(), 2, true);
+    EXPECT_EQ(X(), V({4, 5}));
+    EXPECT_EQ(Y(), V({40, 50}));
+    EXPECT_EQ(Gaps(), G({3})) << "the gap sits at the old size although the old samples are gone";
+
+    // The buffer forms take each side as it is: the sizes may differ.
+    Data->AddXYData(QVCreateRealBuffer(V({7}).data(), 1), QVCreateRealBuffer(V({70, 80, 90}).data(), 3));
+    EXPECT_EQ(X(), V({7}));
+    EXPECT_EQ(Y(), V({70, 80, 90}));
+}
+
+TEST_F(ChannelData, AddXYDataAtTheLimitKeepsTheNewestAndPadsAShortSide)
+{
+    Scope.SetSizeLimit(6);
+    Data->AddXYData(Seq(1, 4).data(), Seq(11, 4).data(), 4);
+    Data->AddXYData(Seq(5, 4).data(), Seq(15, 4).data(), 4, true);
+    EXPECT_EQ(X(), Seq(3, 6));
+    EXPECT_EQ(Y(), Seq(13, 6));
+    EXPECT_EQ(Gaps(), G({2})) << "moved by the two samples dropped";
+
+    // X shorter than the samples to keep: the missing older X values read NaN.
+    Data->SetXYData(QVCreateRealBuffer(V({1, 2}).data(), 2), QVCreateRealBuffer(Seq(10, 5).data(), 5));
+    Data->AddXYData(V({3, 4}).data(), V({20, 21}).data(), 2);
+    const V Xs = X();
+    ASSERT_EQ(Xs.size(), 6u);
+    EXPECT_TRUE(std::isnan(Xs[0]) && std::isnan(Xs[1]));
+    EXPECT_EQ(V(Xs.begin() + 2, Xs.end()), V({1, 2, 3, 4}));
+    EXPECT_EQ(Y(), V({11, 12, 13, 14, 20, 21}));
+
+    // Buffer forms: each side trimmed by its own size; a full Y replaces and moves no gap.
+    Data->AddXYData(QVCreateRealBuffer(V({5, 6, 7}).data(), 3), QVCreateRealBuffer(Seq(30, 8).data(), 8));
+    EXPECT_EQ(X(), V({2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(Y(), Seq(32, 6));
+    EXPECT_EQ(Gaps(), G({1}));
+}
+
+TEST_F(ChannelData, SetFamilyTrimsReplacesAndLeavesGapsAndTheRampFlag)
+{
+    Add({1, 2, 3});
+    Add({4}, true);
+    Scope.SetSizeLimit(4);
+    Data->SetYData(Seq(10, 6).data(), 6);
+    EXPECT_EQ(Y(), Seq(12, 4));
+    EXPECT_EQ(X(), Seq(0, 4));
+    EXPECT_EQ(Gaps(), G({3})) << "replacing the data keeps earlier gaps";
+
+    Data->SetXYData(Seq(100, 6).data(), Seq(200, 6).data(), 6);
+    EXPECT_EQ(X(), Seq(102, 4));
+    EXPECT_EQ(Y(), Seq(202, 4));
+    EXPECT_TRUE(Channel->GetIsRamp()) << "SetXYData after SetYData still counts as a ramp";
+
+    Data->SetXYData(QVCreateIntegerBuffer(std::vector<int32_t>({1, 2}).data(), 2),
+                    QVCreateIntegerBuffer(std::vector<int32_t>({5, 6, 7, 8, 9, 10, 11}).data(), 7));
+    EXPECT_EQ(X(), V({1, 2}));
+    EXPECT_EQ(Y(), V({8, 9, 10, 11}));
+    Data->SetYData(QVCreateIntegerBuffer(std::vector<int32_t>({-3}).data(), 1));
+    EXPECT_EQ(Y(), V({-3}));
+    EXPECT_EQ(X(), V({0}));
+}
+
+TEST_F(ChannelData, ScopeSizeLimitCutsEveryChannelAndLeavesGaps)
+{
+    auto* Other = Scope.GetChannels()->Add();
+    Add(Seq(0, 10));
+    Add({10}, true);
+    Other->GetData()->AddYData(Seq(0, 3).data(), 3);
+    Scope.SetSizeLimit(4);
+    EXPECT_EQ(Y(), V({7, 8, 9, 10}));
+    EXPECT_EQ(X(), V({7, 8, 9, 10}));
+    EXPECT_EQ(Gaps(), G({10}));
+    Add({11}); // the ramp goes on from where it was
+    EXPECT_EQ(X(), V({8, 9, 10, 11}));
+    EXPECT_EQ(Other->GetData()->GetSize(), 3);
+}
+
+TEST_F(ChannelData, ClearEmptiesTheDataStageOnly)
+{
+    Add({1, 2, 3});
+    Add({4}, true);
+    Scope.RefreshView();
+    Scope.ResetNeedsRecalc();
+    Data->Clear();
+    EXPECT_EQ(Data->GetSize(), 0);
+    EXPECT_TRUE(X().empty());
+    EXPECT_EQ(Gaps(), G{});
+    EXPECT_TRUE(Channel->GetIsRamp()) << "Clear leaves the ramp flag";
+    EXPECT_TRUE(Channel->GetHasNewBuffer());
+    EXPECT_FALSE(Scope.GetNeedsRecalc()) << "Clear does not ask for a recalculation";
+    EXPECT_EQ(DrawY(), V({1, 2, 3, 4})) << "the draw stage waits for the next refresh";
+    EXPECT_EQ(Data->GetDrawSize(), 4);
+    Scope.RefreshView();
+    EXPECT_EQ(Data->GetDrawSize(), 0);
+    Scope.ResetNeedsRecalc();
+    Data->AddYPoint(1);
+    EXPECT_TRUE(Scope.GetNeedsRecalc()) << "every intake call asks for one";
+}
+
+TEST_F(ChannelData, BadInputRaisesAndLeavesTheChannelAsItWas)
+{
+    Add({1, 2});
+    ExpectError([&] { Data->AddYData(static_cast<const float*>(nullptr), 4); }, "null buffer with size 4");
+    ExpectError([&] { Data->AddXYData(Seq(0, 2).data(), static_cast<const double*>(nullptr), 2); }, "size 2");
+    ExpectError([&] { Data->SetYData(std::shared_ptr<IQVRealBuffer>()); }, "null buffer");
+    ExpectError([&] { Data->AddXYData(QVCreateIntegerBuffer(), std::shared_ptr<IQVIntegerBuffer>()); },
+                "null buffer");
+    ExpectError([&] { Data->SetSampleRate(std::nan("")); }, "nan");
+    ExpectError([&] { Data->SetSampleRate(-5); }, "-5");
+    ExpectError([&] { Data->GetXData(nullptr); }, "null destination for 2");
+    ExpectError([&] { Data->GetYData(nullptr, -1); }, "negative capacity -1");
+    ExpectError([&] { Data->GetDrawSampleY(0); }, "index 0");
+    EXPECT_EQ(Y(), V({1, 2}));
+    EXPECT_EQ(X(), V({0, 1}));
+    EXPECT_TRUE(Gaps().empty());
+    Data->SetSampleRate(48000);
+    EXPECT_EQ(Data->GetSampleRate(), 48000.0);
+}
+
+// Every element type converts to double the same way a cast does, at its extremes too.
+template <class T>
+class ChannelDataElement : public TChannelFixture {};
+using TElementTypes = ::testing::Types<double, float, int32_t, uint32_t, int64_t, uint64_t, int16_t, uint16_t>;
+TYPED_TEST_SUITE(ChannelDataElement, TElementTypes);
+
+TYPED_TEST(ChannelDataElement, ConvertsEveryFormAsACastDoes)
+{
+    using T = TypeParam;
+    const std::vector<T> Values = {std::numeric_limits<T>::lowest(), std::numeric_limits<T>::max(), T(0), T(1),
+                                   static_cast<T>(std::numeric_limits<T>::max() / 3)};
+    V Expect;
+    for (T Value : Values)
+        Expect.push_back(static_cast<double>(Value));
+    const auto N = uint32_t(Values.size());
+    auto& D = *this->Data;
+
+    D.AddYData(Values.data(), N);
+    EXPECT_EQ(this->Y(), Expect);
+    D.SetXYData(Values.data(), Values.data(), N);
+    EXPECT_EQ(this->X(), Expect);
+    D.AddXYData(Values.data(), Values.data(), N, true);
+    EXPECT_EQ(this->X(), Expect);
+    EXPECT_EQ(this->Gaps(), G({5}));
+    D.SetYData(Values.data(), N);
+    D.AddYData(Values.data(), N, true);
+    V Twice = Expect;
+    Twice.insert(Twice.end(), Expect.begin(), Expect.end());
+    EXPECT_EQ(this->Y(), Twice);
+    EXPECT_EQ(this->X(), Seq(0, 10));
+}
+
+} // namespace
