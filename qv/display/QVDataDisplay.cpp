@@ -426,28 +426,35 @@ void TQVDataDisplay::MouseUp(TMouseButton AButton, TShiftState AShift, float AX,
 
 bool TQVDataDisplay::DoMouseWheelDown(TShiftState AShift, const TPoint& AMousePos)
 {
-    if (GetDesigning())
-        return false;
-    const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
-    for (TQVDisplayComponent* C : Snapshot)
-        if (C->GetDrawRect().Contains(AMousePos))
-            C->MouseWheelDown(AShift, AMousePos);
-    if (TQVDisplayComponent* View = GetDataView(); View && View->GetDrawRect().Contains(AMousePos))
-        MouseWheelZoom(AMousePos, 1.1, 1.1);
+    DispatchWheel(true, AShift, AMousePos);
     return false;
 }
 
 bool TQVDataDisplay::DoMouseWheelUp(TShiftState AShift, const TPoint& AMousePos)
 {
-    if (GetDesigning())
-        return false;
-    const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
-    for (TQVDisplayComponent* C : Snapshot)
-        if (C->GetDrawRect().Contains(AMousePos))
-            C->MouseWheelUp(AShift, AMousePos);
-    if (TQVDisplayComponent* View = GetDataView(); View && View->GetDrawRect().Contains(AMousePos))
-        MouseWheelZoom(AMousePos, 0.9, 0.9);
+    DispatchWheel(false, AShift, AMousePos);
     return false;
+}
+
+void TQVDataDisplay::DispatchWheel(bool ADown, TShiftState AShift, const TPoint& AMousePos)
+{
+    if (GetDesigning())
+        return;
+    // Every component under the wheel hears it, first to last; over the data view the
+    // display also zooms about the point.
+    const std::vector<TQVDisplayComponent*> Snapshot = FComponents;
+    for (TQVDisplayComponent* C : Snapshot) {
+        if (!C->GetDrawRect().Contains(AMousePos))
+            continue;
+        if (ADown)
+            C->MouseWheelDown(AShift, AMousePos);
+        else
+            C->MouseWheelUp(AShift, AMousePos);
+    }
+    if (TQVDisplayComponent* View = GetDataView(); View && View->GetDrawRect().Contains(AMousePos)) {
+        const double Factor = ADown ? 1.1 : 0.9;
+        MouseWheelZoom(AMousePos, Factor, Factor);
+    }
 }
 
 void TQVDataDisplay::DoMouseEnter()

@@ -257,6 +257,7 @@ private:
     friend class TQVDisplayComponent;
     void AddComponent(TQVDisplayComponent* AComponent);
     void RemoveComponent(TQVDisplayComponent* AComponent);
+    void DispatchWheel(bool ADown, TShiftState AShift, const TPoint& AMousePos);
     template <class F>
     void ForEachMouseTarget(F&& AProc, bool AVisibleOnly, bool AStopWhenHandled, bool& AHandled);
 

@@ -1,11 +1,7 @@
 #pragma once
-// A display with a data view and a recording canvas, and small concrete X and Y axes that
-// answer orientation the way the scope's X and Y axes do, with their limits given directly
-// and every limit computation counted.
-//
-// The standard geometry (TAxisFixture): a 500 by 400 display; the data view at
-// (60, 20)-(461, 321), 400 pixels wide and 300 high as views count; an X strip below it at
-// (60, 321)-(461, 361) and a Y strip left of it at (0, 20)-(60, 321).
+// Small concrete X and Y axes that answer orientation as the scope's axes do, with limits
+// given directly and every limit computation counted. TAxisFixture: a 500 by 400 display, the
+// data view at (60, 20)-(461, 321), an X strip below it and a Y strip left of it.
 
 #include "qv/axes/QVDisplayAxis.h"
 #include "qv/display/QVDataDisplay.h"
@@ -14,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace qvtest {
@@ -26,7 +23,6 @@ public:
     TQVDisplayComponent* GetDataView() const override { return DataView; }
     bool GetIsVertical() const override { return Turned; }
     TQLCanvas* GetCanvas() const override { return Canvas; }
-    // As after a paint: no recalculation due.
     void ClearRecalc() { FNeedsRecalc = false; }
 
     TQVDisplayComponent* DataView = nullptr;
@@ -41,12 +37,8 @@ public:
 
 // How many times each limit getter ran.
 struct TLimitCalls {
-    int DataFullMin = 0;
-    int DataFullMax = 0;
-    int DataZoomedMin = 0;
-    int DataZoomedMax = 0;
-    int ScaleZoomedTickMin = 0;
-    int ScaleZoomedTickMax = 0;
+    int DataFullMin = 0, DataFullMax = 0, DataZoomedMin = 0, DataZoomedMax = 0;
+    int ScaleZoomedTickMin = 0, ScaleZoomedTickMax = 0;
 };
 
 class TTestAxis : public TQVDisplayAxis {
@@ -56,7 +48,6 @@ public:
     {
     }
 
-    // ---- What the X and Y classes answer ----
     TQVScaleMode GetIntScaleMode() const override { return Mode; }
     void SetIntScaleMode(TQVScaleMode AValue) override { Mode = AValue; }
     bool GetIsVertical() const override { return IsY ? !GetDisplay()->GetIsVertical() : GetDisplay()->GetIsVertical(); }
@@ -70,7 +61,6 @@ public:
     TQVAxisDirection GetDefaultVertDir() const override { return IsY ? adToUp : adToDown; }
     int32_t GetDimentionLength() const override
     {
-        // An X axis measures the data view, a Y axis its own strip.
         const bool Turned = GetDisplay()->GetIsVertical();
         if (IsY)
             return Turned ? GetWidth() : GetHeight();
@@ -97,7 +87,6 @@ public:
         return vsaClient;
     }
 
-    // ---- Limits given directly, counted ----
     double GetDataFullMin() const override
     {
         ++Calls.DataFullMin;
@@ -130,7 +119,6 @@ public:
     }
     const TQVDisplayValueRange* GetZoomWidthRange() const override { return ZoomWidth; }
 
-    // ---- Test controls ----
     void SetLimits(double ALo, double AHi)
     {
         Lo = ALo;
@@ -144,10 +132,14 @@ public:
         FZoomed = true;
         InvalidateMinMaxCache(false);
     }
-    double ZoomMin() const { return FZoomMin; }
-    double ZoomMax() const { return FZoomMax; }
-    void SetZoomMin(double AValue) { FZoomMin = AValue; }
-    void SetZoomMax(double AValue) { FZoomMax = AValue; }
+    // Runs the zoom window correction on the given window and returns the result.
+    std::pair<double, double> Correct(double AMin, double AMax)
+    {
+        FZoomMin = AMin;
+        FZoomMax = AMax;
+        CorrectMinMax();
+        return {FZoomMin, FZoomMax};
+    }
 
     bool IsY;
     TQVScaleMode Mode = smLinear;
@@ -158,7 +150,7 @@ public:
     mutable TLimitCalls Calls;
 };
 
-// The standard geometry with a recording canvas; X axis 0..100, Y axis 0..100.
+// X axis 0..100, Y axis 0..100.
 class TAxisFixture : public ::testing::Test {
 protected:
     TAxisFixture()
@@ -178,7 +170,6 @@ protected:
     TTestAxis YAxis{&Display, true, vaLeft};
 };
 
-// One tick as drawn by the strip: where its line starts and ends.
 struct TDrawnLine {
     TPoint From;
     TPoint To;
@@ -192,7 +183,7 @@ inline std::vector<TDrawnLine> DrawnLines(const TQLRecordingCanvas& ACanvas)
     return Lines;
 }
 
-// A tick function that only writes down what the walk handed it.
+// Writes down what the tick walk handed it.
 struct TTickLog {
     struct TTick {
         double Value;

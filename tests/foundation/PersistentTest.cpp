@@ -5,8 +5,6 @@
 #include "qv/foundation/QLStoredForm.h"
 
 #include "qv/foundation/QVDisplayBrush.h"
-#include "qv/foundation/QVDisplayFont.h"
-#include "qv/foundation/QVDisplayPen.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +16,6 @@ using namespace qvtest;
 
 namespace {
 
-// Records which owned object reported a change.
 class TRecordingOwner : public TQLPersistent {
 public:
     TRecordingOwner() : TQLPersistent(nullptr, QLMakeLock()) {}
@@ -37,13 +34,11 @@ TEST(PersistentNotify, ChangesClimbToTheOwnerUnlessAClosureTakesThem)
     TRecordingOwner Owner;
     TQVDisplayPen Climbing(&Owner, Owner.GetLock());
     Climbing.SetWidth(2);
-    ASSERT_EQ(Owner.Senders.size(), 1u);
-    EXPECT_EQ(Owner.Senders[0], &Climbing);
+    EXPECT_EQ(Owner.Senders, std::vector<TQLPersistent*>{&Climbing});
 
     int Closure = 0;
     TQVDisplayPen Own(&Owner, Owner.GetLock(), [&] { ++Closure; });
     Own.SetWidth(2);
-    EXPECT_EQ(Closure, 1);
     EXPECT_EQ(Owner.Senders.size(), 1u) << "a closure replaces the climb";
 
     // An equal value reports nothing; the clamp to the minimum counts as equal.
@@ -59,7 +54,7 @@ TEST(PersistentNotify, ChangesClimbToTheOwnerUnlessAClosureTakesThem)
     EXPECT_EQ(Owner.Senders.size(), 2u) << "without a closure the change climbs again";
 }
 
-TEST(PersistentNotify, OwnLockIsChainedToTheGivenOne)
+TEST(PersistentNotify, OwnLockIsChainedAndOutlivesItsObjectSilently)
 {
     auto Root = QLMakeLock();
     TQVDisplayPen Pen(nullptr, Root);
@@ -68,10 +63,7 @@ TEST(PersistentNotify, OwnLockIsChainedToTheGivenOne)
         auto Guard = Root->AcquireDestroy();
         EXPECT_TRUE(Pen.GetLock()->IsDestroying());
     }
-}
 
-TEST(PersistentNotify, LockOutlivingItsObjectNoLongerCallsBack)
-{
     TQLLockPtr Survivor;
     int Calls = 0;
     {
@@ -87,19 +79,14 @@ TEST(PersistentNotify, LockOutlivingItsObjectNoLongerCallsBack)
 TEST(DrawSettings, ColourFollowsItsDefaultOnlyWhileUntouched)
 {
     TQVDisplayPen Pen(nullptr, QLMakeLock(), {}, 0xFF00FF00, 0);
-    EXPECT_EQ(Pen.GetColor(), 0xFF00FF00u);
     EXPECT_EQ(Pen.GetWidth(), 1) << "a default width below 1 is raised";
-    EXPECT_EQ(Pen.GetWidthDefault(), 1);
-
     Pen.SetColorDefault(0xFFFF0000);
     EXPECT_EQ(Pen.GetColor(), 0xFFFF0000u);
     Pen.SetColor(0xFF123456);
     Pen.SetColorDefault(0xFF0000FF);
     EXPECT_EQ(Pen.GetColor(), 0xFF123456u);
-    EXPECT_EQ(Pen.GetColorDefault(), 0xFF0000FFu);
 
     TQVDisplayBrush Brush(nullptr, QLMakeLock(), {}, 0xFF111111, bkNone);
-    EXPECT_EQ(Brush.GetKind(), bkNone);
     Brush.SetColorDefault(0xFF222222);
     EXPECT_EQ(Brush.GetColor(), 0xFF222222u);
     Brush.SetColor(0xFF333333);
@@ -109,17 +96,14 @@ TEST(DrawSettings, ColourFollowsItsDefaultOnlyWhileUntouched)
 
 TEST(ClassRegistry, RedeclaredPropertyTakesTheAncestorsPlace)
 {
-    TQLPropertyInfo A;
-    A.Name = "A";
-    TQLPropertyInfo B;
-    B.Name = "B";
-    const TQLClassInfo Base("TBase", nullptr, {A, B});
-    TQLPropertyInfo A2;
-    A2.Name = "A";
-    A2.Kind = pkString;
-    TQLPropertyInfo C;
-    C.Name = "C";
-    const TQLClassInfo Derived("TDerived", &Base, {A2, C});
+    auto Prop = [](const char* AName, TQLPropertyKind AKind = TQLPropertyInfo{}.Kind) {
+        TQLPropertyInfo P;
+        P.Name = AName;
+        P.Kind = AKind;
+        return P;
+    };
+    const TQLClassInfo Base("TBase", nullptr, {Prop("A"), Prop("B")});
+    const TQLClassInfo Derived("TDerived", &Base, {Prop("A", pkString), Prop("C")});
     ASSERT_EQ(Derived.GetProperties().size(), 3u);
     EXPECT_EQ(Derived.GetProperties()[0]->Name, "A");
     EXPECT_EQ(Derived.GetProperties()[0]->Kind, pkString);
@@ -127,42 +111,29 @@ TEST(ClassRegistry, RedeclaredPropertyTakesTheAncestorsPlace)
     EXPECT_EQ(Derived.GetProperties()[2]->Name, "C");
 }
 
-TEST(PersistentAssign, CopiesEveryPropertyOwnedObjectAndCollection)
+TEST(PersistentAssign, CopiesEveryPropertyOwnedObjectAndCollectionButNotDefaults)
 {
     TSampleSettings Source;
     FillSample(Source);
     TSampleSettings Target(QLMakeLock(), 0xFF000001, 0xFF000002);
-    Target.GetItems()->Add()->SetName("to be replaced");
-    Target.GetItems()->Add();
-    Target.GetItems()->Add();
+    for (int I = 0; I < 3; ++I)
+        Target.GetItems()->Add()->SetName("to be replaced");
 
     Target.Assign(&Source);
-    // Everything published is equal: the stored forms match, items and nested objects included.
     EXPECT_EQ(QLSaveObject(Target), QLSaveObject(Source));
-    ASSERT_EQ(Target.GetItems()->GetCount(), 2);
-    const TSampleItem* First = Target.GetItems()->GetItem(0);
-    EXPECT_EQ(First->GetName(), "first");
-    EXPECT_EQ(First->GetFont()->GetStyle(), fsBold | fsItalic);
-    EXPECT_EQ(Target.GetItems()->GetItem(1)->GetMarker()->GetOffset(), -3.5);
-    EXPECT_EQ(Target.GetAxisIndex(), 2);
-
-    // Defaults are the target's own: they are not published and not copied.
+    EXPECT_EQ(Target.GetAxisIndex(), 2) << "defined properties are copied too";
     EXPECT_EQ(Target.GetBackDefault(), 0xFF000001u);
     EXPECT_EQ(Target.GetPen()->GetColorDefault(), 0xFF000002u);
-    // The source is untouched and separate.
-    EXPECT_EQ(Source.GetItems()->GetCount(), 2);
-    EXPECT_NE(Source.GetItems()->GetItem(0), First);
+    EXPECT_NE(Source.GetItems()->GetItem(0), Target.GetItems()->GetItem(0));
 }
 
 TEST(PersistentAssign, WorksAlongTheClassLineAndRefusesUnrelatedClasses)
 {
     TSampleSettingsEx Derived;
     FillSample(Derived);
-    Derived.SetExtra(9);
     TSampleSettings Base;
     Base.Assign(&Derived);
     EXPECT_EQ(Base.GetPercent(), 75);
-    EXPECT_EQ(Base.GetItems()->GetCount(), 2);
 
     TSampleSettingsEx Other;
     Other.SetExtra(5);
@@ -181,17 +152,15 @@ TEST(PersistentAssign, WorksAlongTheClassLineAndRefusesUnrelatedClasses)
         EXPECT_NE(Message.find("TQVDisplayPen"), std::string::npos) << Message;
         EXPECT_NE(Message.find("TSampleSettings"), std::string::npos) << Message;
     }
-    EXPECT_EQ(Base.GetPercent(), 10);
     EXPECT_THROW(Pen.Assign(&Base), std::invalid_argument);
     EXPECT_EQ(Pen.GetWidth(), 4);
 
-    // A null source and the object itself change nothing.
     Base.Assign(nullptr);
     Base.Assign(&Base);
     EXPECT_EQ(Base.GetPercent(), 10);
 }
 
-TEST(PersistentAssign, NotifiesOncePerChangedPropertyAndNotForEqualOnes)
+TEST(PersistentAssign, NotifiesOncePerChangedPropertyAndInitDefaultsCopiesAlike)
 {
     int Changes = 0;
     TQVDisplayFont Source(nullptr, QLMakeLock());
@@ -202,12 +171,9 @@ TEST(PersistentAssign, NotifiesOncePerChangedPropertyAndNotForEqualOnes)
     Source.SetName("Times");
     Target.Assign(&Source);
     EXPECT_EQ(Changes, 2);
-    EXPECT_EQ(Target.GetSize(), 20);
 
-    // InitDefaults copies from a prototype the same way.
     TQVDisplayFont Fresh(nullptr, QLMakeLock());
     Fresh.InitDefaults(&Source);
-    EXPECT_EQ(Fresh.GetName(), "Times");
     Fresh.InitDefaults(nullptr);
     EXPECT_EQ(Fresh.GetName(), "Times");
 }

@@ -1,7 +1,6 @@
 #pragma once
-// A small settings hierarchy that publishes one property of every kind the registry knows:
-// used by the persistent, stored-form and JSON tests. Loaded hooks write into a log so that
-// tests can check their order.
+// A settings hierarchy publishing one property of every kind the registry knows. Loaded hooks
+// write into LoadedLog so that tests can check their order.
 
 #include "qv/foundation/QLClassBuilder.h"
 #include "qv/foundation/QLCollection.h"
@@ -29,7 +28,6 @@ inline const qv::TQLEnumInfo& SampleFlagsInfo()
     return Info;
 }
 
-// Every Loaded call, by the name of the object that ran it.
 inline std::vector<std::string>& LoadedLog()
 {
     static std::vector<std::string> Log;
@@ -42,7 +40,6 @@ QL_DECLARE_ENUM(qvtest::TSampleShape, "ssCircle", "ssSquare", "ssTriangle")
 
 namespace qvtest {
 
-// A nested settings object with its own Loaded hook.
 class TSampleMarker : public qv::TQLPersistentNotify {
 public:
     TSampleMarker(qv::TQLPersistent* AOwner, qv::TQLLockPtr ALock, std::string ATag)
@@ -75,7 +72,6 @@ inline const qv::TQLClassInfo& TSampleMarker::StaticClassInfo()
     return Info;
 }
 
-// A collection item with nested objects: a font and a marker.
 class TSampleItem : public qv::TQLNamedCollectionItem {
 public:
     explicit TSampleItem(qv::TQLCollection* ACollection)
@@ -116,8 +112,7 @@ inline const qv::TQLClassInfo& TSampleItem::StaticClassInfo()
 
 using TSampleItems = qv::TQLTypedCollection<TSampleItem>;
 
-// The root object. The back colour and the pen colour take their defaults from the
-// constructor, so two instances may differ in what they consider default.
+// The back and pen colour defaults come from the constructor: instances may differ in them.
 class TSampleSettings : public qv::TQLPersistent {
 public:
     explicit TSampleSettings(qv::TQLLockPtr ALock = qv::QLMakeLock(), qv::TAlphaColor ABackDefault = 0xFF202020,
@@ -154,7 +149,6 @@ public:
     void SetFlags(TSampleFlags AValue) { Set(FFlags, AValue); }
     int32_t GetAxisIndex() const { return FAxisIndex; }
     void SetAxisIndex(int32_t AValue) { Set(FAxisIndex, AValue); }
-    // Read-only: published for the setup dialogs, never stored.
     int32_t GetRevision() const { return 7; }
 
     qv::TQVDisplayPen* GetPen() const { return FPen.get(); }
@@ -208,7 +202,6 @@ inline const qv::TQLClassInfo& TSampleSettings::StaticClassInfo()
     return Info;
 }
 
-// A derived class that publishes one more property.
 class TSampleSettingsEx : public TSampleSettings {
 public:
     using TSampleSettings::TSampleSettings;
@@ -231,8 +224,7 @@ inline const qv::TQLClassInfo& TSampleSettingsEx::StaticClassInfo()
     return Info;
 }
 
-// Puts a value different from its default into every published property, and two items
-// into the collection.
+// A non-default value in every published property, and two items.
 inline void FillSample(TSampleSettings& A)
 {
     A.SetEnabled(false);
