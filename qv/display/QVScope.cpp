@@ -91,7 +91,8 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
                     View->DrawMouseSelction(ACanvas);
     }
 
-    if (GetIsFocused())
+    // A printed picture shows no focus.
+    if (!APrinting && GetIsFocused())
         ACanvas.DrawFocusRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});
 }
 
