@@ -43,6 +43,10 @@ TQVBasicScopeXAxis::TQVBasicScopeXAxis(TQVDataChart* AChart, TQVViewAlign AAlign
 {
     FZoomMin = -1.0;
     FZoomMax = 1.0;
+    // The zoom window follows the full printed minimum. Listening to the zoomed minimum
+    // instead would move the window by every change of the window itself.
+    FScaleTick.GetZoomed().GetMin().SetOnChange(nullptr);
+    FScaleTick.GetFull().GetMin().SetOnChange([this](double ADelta) { ScaleMinChange(ADelta); });
     GetMax()->SetValueDefault(1024.0);
     GetMax()->SetDataValueDefault(1024.0);
 }
@@ -386,6 +390,8 @@ double TQVBasicScopeXAxis::GetScaleFullRealMax() const
 
 void TQVBasicScopeXAxis::ScaleMinChange(double ADelta)
 {
+    if (!FZoomed || !std::isfinite(ADelta))
+        return;
     FZoomMin += ADelta;
     FZoomMax += ADelta;
 }

@@ -104,7 +104,8 @@ public:
     double GetScaleFullTickMax() const override;
     double GetScaleFullRealMin() const override;
     double GetScaleFullRealMax() const override;
-    // The printed minimum moved: the zoom window moves with it.
+    // The full printed minimum moved by ADelta (a new start time, a fixed tick start): a
+    // zoom window moves with it.
     void ScaleMinChange(double ADelta) override;
     void InvalidateMinMaxCache(bool AAll) override;
     // The channels' domains or sample rates changed.
