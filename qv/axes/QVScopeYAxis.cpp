@@ -97,19 +97,25 @@ bool TQVBasicScopeYAxis::CalcCurrentExtremes(double& AMin, double& AMax) const
     return Found;
 }
 
+// Without data the settings stand in for both extremes, so that the window collapses only
+// when Min.Value equals Max.Value, and then opens by half a unit each way.
 double TQVBasicScopeYAxis::GetCalcMinCurrentScale() const
 {
     double Min = 0.0, Max = 0.0;
-    if (!CalcCurrentExtremes(Min, Max))
-        Min = GetMin()->GetValue(); // Max stays 0 for the test below
+    if (!CalcCurrentExtremes(Min, Max)) {
+        Min = GetMin()->GetValue();
+        Max = GetMax()->GetValue();
+    }
     return Min == Max ? Min - 0.5 : Min;
 }
 
 double TQVBasicScopeYAxis::GetCalcMaxCurrentScale() const
 {
     double Min = 0.0, Max = 0.0;
-    if (!CalcCurrentExtremes(Min, Max))
-        Max = GetMax()->GetValue(); // Min stays 0 for the test below
+    if (!CalcCurrentExtremes(Min, Max)) {
+        Min = GetMin()->GetValue();
+        Max = GetMax()->GetValue();
+    }
     return Min == Max ? Max + 0.5 : Max;
 }
 
