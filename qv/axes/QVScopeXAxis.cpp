@@ -399,6 +399,9 @@ void TQVBasicScopeXAxis::ScaleMinChange(double ADelta)
 void TQVBasicScopeXAxis::InvalidateMinMaxCache(bool AAll)
 {
     TQVDisplayXAxis::InvalidateMinMaxCache(AAll);
+    if (AAll)
+        for (TQVDisplayAxis* Axis : GetDisplay()->GetYAxes())
+            Axis->InvalidateMinMaxCache(true);
     FMinMaxCalculated = false;
     FMaxFreq.Invalidate();
     FMaxTime.Invalidate();
@@ -424,6 +427,12 @@ void TQVBasicScopeXAxis::UnitScaleRefresh()
 {
     InvalidateRecalc();
     InvalidateMinMaxCache(false);
+}
+
+void TQVBasicScopeXAxis::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting)
+{
+    if (ADrawPart == ddpFeatures)
+        QVDrawAxisStrip(*this, ACanvas, AVertical, APrinting, FTrackSize);
 }
 
 // ---- Mouse support ----

@@ -107,6 +107,7 @@ public:
     // The full printed minimum moved by ADelta (a new start time, a fixed tick start): a
     // zoom window moves with it.
     void ScaleMinChange(double ADelta) override;
+    // With AAll also the Y axes: their autoscaling reads the sample range of this axis.
     void InvalidateMinMaxCache(bool AAll) override;
     // The channels' domains or sample rates changed.
     void InvalidateFreq();
@@ -114,6 +115,10 @@ public:
     void InvalidateSamples();
     // UnitScale changed.
     void UnitScaleRefresh();
+
+    // ---- Drawing ----
+    // The strip: its background, base line and ticks, and the track line of the mouse.
+    void Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting) override;
 
     // ---- Mouse support ----
     // Limits a pan by AOffset printed units: never beyond the full printed scale, then

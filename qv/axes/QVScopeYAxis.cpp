@@ -3,6 +3,7 @@
 #include "qv/axes/QVScopeYAxis.h"
 
 #include "qv/axes/QVAxisDataRange.h"
+#include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVLegacyAxisData.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/display/QVDataChart.h"
@@ -68,6 +69,19 @@ bool TQVBasicScopeYAxis::HasChannelWithMoreThan(int32_t AMinCount) const
 // ---- Autoscaling ----
 
 bool TQVBasicScopeYAxis::CalcCurrentExtremes(double& AMin, double& AMax) const
+{
+    if (!FExtremesValid) {
+        FExtremesFound = ScanCurrentExtremes(FExtremeMin, FExtremeMax);
+        FExtremesValid = true;
+    }
+    if (FExtremesFound) {
+        AMin = FExtremeMin;
+        AMax = FExtremeMax;
+    }
+    return FExtremesFound;
+}
+
+bool TQVBasicScopeYAxis::ScanCurrentExtremes(double& AMin, double& AMax) const
 {
     bool Found = false;
     for (const TQVScopeChannel* Channel : GetAssociatedChannels()) {
@@ -222,6 +236,18 @@ double TQVBasicScopeYAxis::GetRangeWidth(bool ALogarithmic) const
     const double Lo = FDataTotal.GetZoomed().GetMin().GetValue();
     const double Hi = FDataTotal.GetZoomed().GetMax().GetValue();
     return ALogarithmic ? QVLog10a(Hi) - QVLog10a(Lo) : Hi - Lo;
+}
+
+void TQVBasicScopeYAxis::InvalidateMinMaxCache(bool AAll)
+{
+    TQVDisplayYAxis::InvalidateMinMaxCache(AAll);
+    FExtremesValid = false;
+}
+
+void TQVBasicScopeYAxis::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting)
+{
+    if (ADrawPart == ddpFeatures)
+        QVDrawAxisStrip(*this, ACanvas, AVertical, APrinting, FTrackSize);
 }
 
 void TQVBasicScopeYAxis::InvalidateStep()

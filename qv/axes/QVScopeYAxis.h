@@ -65,7 +65,13 @@ public:
     double GetDataZoomedMax() const override;
     double GetRangeWidth(bool ALogarithmic) const override;
     bool GetRestrictMinMax() const override { return false; }
+    // The channels' extremes are read anew too.
+    void InvalidateMinMaxCache(bool AAll) override;
     void InvalidateStep() override;
+
+    // ---- Drawing ----
+    // The strip: its background, base line and ticks, and the track line of the mouse.
+    void Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting) override;
     bool GetIsZoomed() const { return FZoomed; }
 
     // ---- Mouse support ----
@@ -90,7 +96,9 @@ private:
     // Whether a visible channel on the axis holds more than AMinCount samples.
     bool HasChannelWithMoreThan(int32_t AMinCount) const;
     // The finite extremes of the visible channels on the axis; false when none qualified.
+    // Scanned once per invalidation of the limits.
     bool CalcCurrentExtremes(double& AMin, double& AMax) const;
+    bool ScanCurrentExtremes(double& AMin, double& AMax) const;
 
     TQVDataChart* FChart;
     std::unique_ptr<TQVScopeAutoScaling> FAutoScaling;
@@ -100,6 +108,10 @@ private:
     // Written by the const zoomed-limit getters: the hysteresis remembers them.
     mutable double FCurrentMin = 0.0;
     mutable double FCurrentMax = 0.0;
+    mutable bool FExtremesValid = false;
+    mutable bool FExtremesFound = false;
+    mutable double FExtremeMin = 0.0;
+    mutable double FExtremeMax = 0.0;
     std::string FAxisLabelDefault = "Y Axis";
 };
 
