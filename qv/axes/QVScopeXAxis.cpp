@@ -32,6 +32,7 @@ int32_t EngineeringExponent(double ARatio)
 TQVBasicScopeXAxis::TQVBasicScopeXAxis(TQVDataChart* AChart, TQVViewAlign AAlign)
     : TQVDisplayXAxis(AChart, AAlign), FChart(AChart),
       FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
+      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(), [this] { Invalidate(); })),
       FMaxSample(std::make_unique<TQVScopeMaxSample>(this, GetLock(),
                                                      [this] {
                                                          SetSamples(FSamples);
@@ -492,6 +493,7 @@ const TQLClassInfo& TQVBasicScopeXAxis::StaticClassInfo()
             .Object("CursorSettings", &TQVBasicScopeXAxis::GetCursorSettings)
             .Object("MaxSample", &TQVBasicScopeXAxis::GetMaxSampleSettings)
             .Object("UnitScale", &TQVBasicScopeXAxis::GetUnitScale)
+            .Object("DataView", &TQVBasicScopeXAxis::GetDataView)
             .Defined("MinMaxRange", &TQVBasicScopeXAxis::GetHidden_, &TQVBasicScopeXAxis::ReadMinMaxRange)
             .StoredWhen(&TQVBasicScopeXAxis::GetLegacyStored)
             .Defined("DataTick", &TQVBasicScopeXAxis::GetHidden_, &TQVBasicScopeXAxis::ReadDataTick)

@@ -10,6 +10,7 @@
 // caches are invalidated (a refresh with new data does that).
 
 #include "qv/axes/QVDisplayXAxis.h"
+#include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/display/QVDisplayCollection.h"
 #include "qv/display/QVDisplayCollectionItem.h"
@@ -35,6 +36,10 @@ public:
     void SetTicksMode(TQVDisplayAxisTicksMode AValue);
     TQVDisplayAxisCursorSettings* GetCursorSettings() const { return FCursorSettings.get(); }
     void SetCursorSettings(const TQVDisplayAxisCursorSettings* AValue) { FCursorSettings->Assign(AValue); }
+    // The grid lines the axis draws across the data view.
+    TQVDisplayGridDirectionalLinesSettings* GetDataView() const { return FDataView.get(); }
+    void SetDataView(const TQVDisplayGridDirectionalLinesSettings* AValue) { FDataView->Assign(AValue); }
+    const TQVDisplayGridDirectionalLinesSettings* GetViewGridOptions() const override { return FDataView.get(); }
     // The published property MaxSample. Its accessors carry a suffix: GetMaxSample is the
     // last sample in view.
     TQVScopeMaxSample* GetMaxSampleSettings() const { return FMaxSample.get(); }
@@ -143,6 +148,7 @@ private:
     TQVDataChart* FChart;
     TQVDisplayAxisTicksMode FTicksMode = atmAuto;
     std::unique_ptr<TQVDisplayAxisCursorSettings> FCursorSettings;
+    std::unique_ptr<TQVDisplayGridDirectionalLinesSettings> FDataView;
     std::unique_ptr<TQVScopeMaxSample> FMaxSample;
     std::unique_ptr<TQVScopeXAxisUnitScale> FUnitScale;
     // Caches of the const limit getters.

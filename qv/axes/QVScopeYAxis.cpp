@@ -36,7 +36,8 @@ TQVBasicScopeYAxis::TQVBasicScopeYAxis(TQVDataChart* AChart, TQVViewAlign AAlign
                                                              InvalidateMinMaxCache(true);
                                                              InvalidateRecalc();
                                                          })),
-      FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart))
+      FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
+      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(), [this] { Invalidate(); }))
 {
     FZoomMin = -1.0;
     FZoomMax = 1.0;
@@ -305,6 +306,7 @@ const TQLClassInfo& TQVBasicScopeYAxis::StaticClassInfo()
             .Property("Reversed", &TQVBasicScopeYAxis::GetReversed, &TQVBasicScopeYAxis::SetReversed, false)
             .Object("AutoScaling", &TQVBasicScopeYAxis::GetAutoScaling)
             .Object("CursorSettings", &TQVBasicScopeYAxis::GetCursorSettings)
+            .Object("DataView", &TQVBasicScopeYAxis::GetDataView)
             .Defined("Data", &TQVBasicScopeYAxis::GetHidden_, &TQVBasicScopeYAxis::ReadData)
             .StoredWhen(&TQVBasicScopeYAxis::GetLegacyStored)
             .Build();

@@ -9,6 +9,7 @@
 // YAxisIndex (0 the main axis, N the additional axis N - 1).
 
 #include "qv/axes/QVDisplayYAxis.h"
+#include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/display/QVDisplayCollection.h"
 #include "qv/display/QVDisplayCollectionItem.h"
@@ -34,6 +35,10 @@ public:
     void SetAutoScaling(const TQVScopeAutoScaling* AValue) { FAutoScaling->Assign(AValue); }
     TQVDisplayAxisCursorSettings* GetCursorSettings() const { return FCursorSettings.get(); }
     void SetCursorSettings(const TQVDisplayAxisCursorSettings* AValue) { FCursorSettings->Assign(AValue); }
+    // The grid lines the axis draws across the data view.
+    TQVDisplayGridDirectionalLinesSettings* GetDataView() const { return FDataView.get(); }
+    void SetDataView(const TQVDisplayGridDirectionalLinesSettings* AValue) { FDataView->Assign(AValue); }
+    const TQVDisplayGridDirectionalLinesSettings* GetViewGridOptions() const override { return FDataView.get(); }
     // The text the axis title starts with: "Y Axis", "Y Axis N" on additional axes.
     const std::string& GetAxisLabelDefault() const { return FAxisLabelDefault; }
     void SetAxisLabelDefault(const std::string& AValue) { FAxisLabelDefault = AValue; }
@@ -103,6 +108,7 @@ private:
     TQVDataChart* FChart;
     std::unique_ptr<TQVScopeAutoScaling> FAutoScaling;
     std::unique_ptr<TQVDisplayAxisCursorSettings> FCursorSettings;
+    std::unique_ptr<TQVDisplayGridDirectionalLinesSettings> FDataView;
     uint32_t FValBufIndex = 0;
     uint32_t FValBufSize = 0;
     // Written by the const zoomed-limit getters: the hysteresis remembers them.
