@@ -172,7 +172,6 @@ TEST(ScopeXAxis, SampleRangeFollowsTheChannelsFiniteXValues)
 
     // No channel at all: the samples in view, from 0.
     Scope.GetChannels()->Clear();
-    X.InvalidateMinMaxCache(true);
     EXPECT_LIMITS(Full(X.GetDataTotal()), 0.0, 7.0);
 }
 
