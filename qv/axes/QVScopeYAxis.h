@@ -59,9 +59,9 @@ public:
     void InvalidateHistory();
     uint32_t GetValBufIndex() const { return FValBufIndex; }
     uint32_t GetValBufSize() const { return FValBufSize; }
-    // The limits last handed out by an autoscaled, unzoomed axis.
-    double GetCurrentMin() const { return FCurrentMin; }
-    double GetCurrentMax() const { return FCurrentMax; }
+    // The limits last handed out while not zoomed; the hysteresis holds an edge at them.
+    double GetHeldMin() const { return FCurrentMin; }
+    double GetHeldMax() const { return FCurrentMax; }
 
     // ---- Limits ----
     double GetDataFullMin() const override;
