@@ -214,7 +214,10 @@ void TQVScopeChannel::ShiftPopulateRamp(uint32_t ACount)
 
 const TQLClassInfo& TQVScopeChannel::StaticClassInfo()
 {
-    static const TQLClassInfo Info("TQVScopeChannel", &TQVDisplayChannel::StaticClassInfo(), {});
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVScopeChannel>("TQVScopeChannel", &TQVDisplayChannel::StaticClassInfo())
+            .Property("ShadeMode", &TQVScopeChannel::GetShadeMode, &TQVScopeChannel::SetShadeMode, csmZero)
+            .Build();
     return Info;
 }
 

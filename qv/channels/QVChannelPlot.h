@@ -1,0 +1,134 @@
+#pragma once
+// The arithmetic of plotting a channel, over plain arrays: which samples are on screen, when
+// and how they are cut down to two points per pixel column, how values become pixels, and
+// how a set of pixel points is drawn in each mode. The channel strings these together and
+// keeps the results between frames.
+//
+// Missing values: a NaN sample, or a column with no number in it, becomes the pixel
+// QVMissingPixel. Drawing skips such points; a line breaks at them. No conversion to an
+// integer ever sees a NaN or a value beyond the clipping bound.
+
+#include "qv/channels/QVScopePoints.h"
+#include "qv/foundation/QLTypes.h"
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace qv {
+
+class TQLCanvas;
+
+// The pixel of a value that is not there.
+inline constexpr int32_t QVMissingPixel = std::numeric_limits<int32_t>::min();
+// Pixels are held to plus or minus this bound, far outside any view.
+inline constexpr double QVPixelClipBound = 10000000.0;
+
+// log10(v + 1) at or above 0, -log10(1 - v) below: the logarithm of logarithmic axes.
+inline double QVPlotLog(double AValue)
+{
+    return AValue >= 0.0 ? std::log10(AValue + 1.0) : -std::log10(1.0 - AValue);
+}
+
+// AValue rounded to nearest (ties to even) and held to the clipping bound; NaN is missing.
+inline int32_t QVPixelOf(double AValue)
+{
+    if (!(AValue == AValue))
+        return QVMissingPixel;
+    if (AValue > QVPixelClipBound)
+        AValue = QVPixelClipBound;
+    else if (AValue < -QVPixelClipBound)
+        AValue = -QVPixelClipBound;
+    return static_cast<int32_t>(std::nearbyint(AValue));
+}
+
+// AValue rounded to nearest and held to ALow..AHigh; NaN gives ALow.
+int32_t QVClampRound(double AValue, int32_t ALow, int32_t AHigh);
+
+// ---- The visible part of a record ----
+
+// How many of AWidth pixel columns the data X range AXMin..AXMax occupies in the view range
+// ADMin..ADMax: AWidth when the data covers the view, 0 for a view of no width.
+int32_t QVScreenUsedWidth(int32_t AWidth, double AXMin, double AXMax, double ADMin, double ADMax);
+
+struct TQVScreenSlice {
+    int32_t Start = 0; // first sample on screen
+    int32_t Count = 0; // samples on screen
+};
+
+// The samples of a record of ASize samples that reach the screen. Only a ramp (X growing
+// evenly with the index) is cut: to the view's range plus a margin of 4 samples before
+// and 8 in all, so that the line runs out of the view's edges. A slice that will be
+// downsampled keeps no margin in front.
+TQVScreenSlice QVScreenSlice(int32_t ASize, bool AIsRamp, bool AXLogarithmic, int32_t AUsedWidth, double AXMin,
+                             double AXMax, double ADMin, double ADMax);
+
+// Whether a slice of ACount samples is cut down to two points per used column: only a ramp
+// on a linear X axis, and only when it holds more than 2 * AUsedWidth + 8 samples.
+inline bool QVIsDownsampled(bool AIsRamp, bool AXLogarithmic, int32_t AUsedWidth, int32_t ACount)
+{
+    return AIsRamp && !AXLogarithmic && 2 * int64_t(AUsedWidth) < int64_t(ACount) - 8;
+}
+
+// ---- Downsampling ----
+
+// Cuts AY[0..ACount-1] into AColumns columns and writes each column's smallest then largest
+// value to AOut (2 * AColumns values). Column i runs from sample b to e, where e is
+// (i + 1) * ACount / AColumns - 1 (ACount - 1 for the last) and b is the previous column's
+// e, so that neighbouring columns share a sample and the line between them is not lost.
+// NaN samples take no part; a column with no number gives two NaN.
+//
+// AGaps lists, ascending, the indexes (relative to AY) where the line is broken: between
+// sample g - 1 and g. A gap that falls inside a column (b < g <= e) breaks the line in front
+// of that column: the column's first point index, 2 * i, goes to AOutGaps, once per column.
+// Returns how many entries were written to AOutGaps (at most AGapCount and AColumns).
+int32_t QVDownsampleMinMax(const double* AY, int32_t ACount, int32_t AColumns, const int32_t* AGaps,
+                           int32_t AGapCount, double* AOut, int32_t* AOutGaps);
+
+// ---- Values to pixels ----
+
+// Y: APlotBase - f(v) * AScale for each value, narrowed to a 32-bit float, rounded and
+// clipped; f is the identity or QVPlotLog. On a linear axis with a factor above 1 the
+// largest finite values pass unscaled, as markers of "beyond the top".
+void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase,
+            int32_t* AOut);
+
+// X: AOffset + f(v) * AScale for each value, rounded and clipped into AOut; f is the
+// identity or QVPlotLog. When AReal is given it receives f(v) * ARealScale.
+void QVMapX(const double* AValues, int32_t ACount, double AScale, double AOffset, bool ALogarithmic,
+            double ARealScale, int32_t* AOut, double* AReal);
+
+// Smallest and largest pixel that is not missing; false when all are missing.
+bool QVPixelRange(const int32_t* APixels, int32_t ACount, int32_t& AMin, int32_t& AMax);
+
+// ---- Drawing pixel points ----
+
+// Points to draw and the gaps in them. X holds each point's pixel along the X axis and Y
+// along the Y axis; in a vertical display (Vertical) the X axis runs down the screen, so the
+// screen point is (Y, X). A gap entry g breaks the line in front of point g - IndexBase;
+// entries at or below IndexBase are passed over.
+struct TQVPlotPoints {
+    const int32_t* X = nullptr;
+    const int32_t* Y = nullptr;
+    bool Vertical = false;
+    int32_t Count = 0;
+    const int32_t* Gaps = nullptr;
+    int32_t GapCount = 0;
+    int32_t IndexBase = 0;
+};
+
+// A polyline that breaks at gaps and missing points; each piece's last point gets a pixel of
+// AEndColor, since a line leaves out its end.
+void QVPlotLine(TQLCanvas& ACanvas, const TQVPlotPoints& APoints, TAlphaColor AEndColor);
+// A staircase: along the X axis, then across to each point. Gaps are crossed; missing points are
+// passed over.
+void QVPlotStep(TQLCanvas& ACanvas, const TQVPlotPoints& APoints, TAlphaColor AEndColor);
+
+// The rectangle of a bar at pixel (AX, AY) in a horizontal scope (in a vertical one the
+// caller passes the coordinates exchanged and AVertical). AThickness is the bar's width in
+// pixels and AExtra the highlight's growth. ABase is the bar's base for csmTop and
+// csmBottom, AZero the zero line for csmZero.
+TRect QVBarRect(TQVChannelShadeMode AShade, bool AVertical, int32_t AX, int32_t AY, int32_t AThickness,
+                int32_t AExtra, int32_t ABase, int32_t AZero);
+
+} // namespace qv
