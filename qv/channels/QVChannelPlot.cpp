@@ -55,62 +55,58 @@ TQVScreenSlice QVScreenSlice(int32_t ASize, bool AIsRamp, bool AXLogarithmic, in
     return Slice;
 }
 
-namespace {
-
-// Extremes of AY[AFirst..ALast], NaN passed over; both NaN when there is no number.
-inline void ColumnMinMax(const double* AY, int32_t AFirst, int32_t ALast, double& AMin, double& AMax)
+TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int32_t ACount, int32_t ALowPixel,
+                                  int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount, int32_t* AOutX,
+                                  double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps)
 {
-    double Lo = std::numeric_limits<double>::infinity();
-    double Hi = -Lo;
-    bool Any = false;
-    for (int32_t k = AFirst; k <= ALast; ++k) {
-        const double V = AY[k];
-        // A comparison with NaN is false: a NaN changes neither extreme.
-        if (V < Lo)
-            Lo = V;
-        if (V > Hi)
-            Hi = V;
-        Any |= V == V;
-    }
-    if (!Any) {
-        Lo = std::numeric_limits<double>::quiet_NaN();
-        Hi = Lo;
-    }
-    AMin = Lo;
-    AMax = Hi;
-}
-
-} // namespace
-
-int32_t QVDownsampleMinMax(const double* AY, int32_t ACount, int32_t AColumns, const int32_t* AGaps,
-                           int32_t AGapCount, double* AOut, int32_t* AOutGaps)
-{
-    if (AColumns <= 0 || ACount <= 0)
-        return 0;
-    int32_t Written = 0;
+    TQVDownsampled Result;
+    if (ACount <= 0 || AHighPixel < ALowPixel)
+        return Result;
+    const auto ColumnOf = [ALowPixel, AHighPixel](int32_t APixel) {
+        // A missing pixel (the most negative integer) lands in the low column.
+        return APixel < ALowPixel ? ALowPixel : (APixel > AHighPixel ? AHighPixel : APixel);
+    };
+    constexpr double Inf = std::numeric_limits<double>::infinity();
+    // Samples that come back to a column already passed (X not monotone) cannot get more
+    // columns than there is room for: the last slot takes all that remain.
+    const int64_t Capacity = int64_t(AHighPixel) - ALowPixel + 1;
     int32_t NextGap = 0;
-    int32_t b = 0;
-    for (int32_t i = 0; i < AColumns; ++i) {
-        const int32_t e =
-            i == AColumns - 1 ? ACount - 1 : static_cast<int32_t>((int64_t(i) + 1) * ACount / AColumns - 1);
-        const int32_t Last = std::max(e, b);
-        // Gaps at or before the column's first sample were taken up by earlier columns.
-        while (NextGap < AGapCount && AGaps[NextGap] <= b)
+    int32_t j = 0;
+    while (j < ACount) {
+        const int32_t First = j;
+        const int32_t Column = ColumnOf(AXPixels[j]);
+        const bool LastSlot = Result.Points / 2 + 1 >= Capacity;
+        double Lo = Inf;
+        double Hi = -Inf;
+        // The run of samples in this column. A comparison with NaN is false, so a NaN
+        // changes neither extreme.
+        do {
+            const double V = AY[j];
+            Lo = V < Lo ? V : Lo;
+            Hi = V > Hi ? V : Hi;
+            ++j;
+        } while (j < ACount && (LastSlot || ColumnOf(AXPixels[j]) == Column));
+        if (Lo > Hi) // no number in the column
+            Lo = Hi = std::numeric_limits<double>::quiet_NaN();
+
+        // Gaps inside the column, or between it and the previous one, break in front of it.
+        while (NextGap < AGapCount && AGaps[NextGap] < First)
             ++NextGap;
-        if (NextGap < AGapCount && AGaps[NextGap] <= Last) {
-            AOutGaps[Written++] = 2 * i;
-            while (NextGap < AGapCount && AGaps[NextGap] <= Last)
+        if (NextGap < AGapCount && AGaps[NextGap] < j) {
+            if (First > 0)
+                AOutGaps[Result.GapCount++] = Result.Points;
+            while (NextGap < AGapCount && AGaps[NextGap] < j)
                 ++NextGap;
         }
-        if (Last - b == 1) {
-            AOut[2 * i] = AY[b];
-            AOut[2 * i + 1] = AY[Last];
-        } else {
-            ColumnMinMax(AY, b, Last, AOut[2 * i], AOut[2 * i + 1]);
-        }
-        b = Last;
+        const int32_t k = Result.Points;
+        AOutX[k] = AOutX[k + 1] = Column;
+        AOutY[k] = Lo;
+        AOutY[k + 1] = Hi;
+        if (AOutFirst)
+            AOutFirst[k / 2] = First;
+        Result.Points += 2;
     }
-    return Written;
+    return Result;
 }
 
 void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase,

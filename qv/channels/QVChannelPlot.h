@@ -72,18 +72,31 @@ inline bool QVIsDownsampled(bool AIsRamp, bool AXLogarithmic, int32_t AUsedWidth
 
 // ---- Downsampling ----
 
-// Cuts AY[0..ACount-1] into AColumns columns and writes each column's smallest then largest
-// value to AOut (2 * AColumns values). Column i runs from sample b to e, where e is
-// (i + 1) * ACount / AColumns - 1 (ACount - 1 for the last) and b is the previous column's
-// e, so that neighbouring columns share a sample and the line between them is not lost.
-// NaN samples take no part; a column with no number gives two NaN.
+// The result of cutting a slice down to pixel columns.
+struct TQVDownsampled {
+    int32_t Points = 0;    // points written: two per column
+    int32_t GapCount = 0;  // entries written to the gap list
+};
+
+// Cuts a slice down to two points per pixel column, in one pass: every sample goes to the
+// column of its own pixel AXPixels[j], held to ALowPixel..AHighPixel, so that each column
+// shows exactly the smallest and largest pixel that the samples would give if each were
+// drawn. The samples must come column after column (X grows or falls with the index), as
+// a ramp's do.
 //
-// AGaps lists, ascending, the indexes (relative to AY) where the line is broken: between
-// sample g - 1 and g. A gap that falls inside a column (b < g <= e) breaks the line in front
-// of that column: the column's first point index, 2 * i, goes to AOutGaps, once per column.
-// Returns how many entries were written to AOutGaps (at most AGapCount and AColumns).
-int32_t QVDownsampleMinMax(const double* AY, int32_t ACount, int32_t AColumns, const int32_t* AGaps,
-                           int32_t AGapCount, double* AOut, int32_t* AOutGaps);
+// For each column in sample order: AOutX gets its pixel twice, AOutY its smallest then its
+// largest value, and AOutFirst (when given) the index of its first sample. NaN samples take
+// no part; a column with no number gives two NaN, and so becomes missing.
+//
+// AGaps lists, ascending, the indexes (relative to the slice) where the line is broken:
+// between sample g - 1 and g. A gap whose sample g lies in a column breaks the line in front
+// of that column: the column's first point index goes to AOutGaps, once per column.
+//
+// The output arrays need room for 2 * (AHighPixel - ALowPixel + 1) points and, for the gaps,
+// for min(AGapCount, columns) entries.
+TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int32_t ACount, int32_t ALowPixel,
+                                  int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount, int32_t* AOutX,
+                                  double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps);
 
 // ---- Values to pixels ----
 

@@ -184,10 +184,6 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         if (DataChanged || xchanged) {
             XAxis->InvalidateMinMaxCache(false);
             FScaledIntDrawBufferX->Resize(c, false);
-            if (c == d)
-                FDownsampledIntDrawBufferX = FScaledIntDrawBufferX;
-            else
-                FDownsampledIntDrawBufferX = std::make_shared<TQVIntegerBuffer>(uint32_t(d));
             FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
             const double DataSpan = FullSpan(XAxis->GetDataTotal());
             const double ratio = DataSpan == 0.0 ? 1.0 : FullSpan(XAxis->GetScaleTotalReal()) / DataSpan;
@@ -206,50 +202,49 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
                     XInts[i] = QVPixelOf(QVPlotLog(XS[i] * ratio) * xscale + xb - LoweredOffset);
                 }
             }
-            const int32_t o = std::min(0, QVClampRound(LoweredOffset, -int32_t(QVPixelClipBound), 0));
-            FCurrentXDataOffset = o;
-            if (Downsampled) {
-                int32_t* DX = FDownsampledIntDrawBufferX->Write();
-                for (int32_t i = 0; i < d / 2; ++i)
-                    DX[2 * i] = DX[2 * i + 1] = i + xb - o;
-            }
+            FCurrentXDataOffset = std::min(0, QVClampRound(LoweredOffset, -int32_t(QVPixelClipBound), 0));
         }
 
         // Y side.
         YAxis->InvalidateMinMaxCache(false);
         FScaledIntDrawBufferY->Resize(c, false);
         const double PlotBase = vertical ? ARect.Right - yoff - 1.0 : ARect.Bottom - yoff;
-        if (c == d) {
+        if (!Downsampled) {
+            FDownsampledIntDrawBufferX = FScaledIntDrawBufferX;
             FDownsampledIntDrawBufferY = FScaledIntDrawBufferY;
             FDownsampledGapsBuffer = FDrawGapsBuffer;
             FDownsampledRealX.clear();
             FDownsampledRealY.clear();
         } else {
-            FDownsampledIntDrawBufferY = std::make_shared<TQVIntegerBuffer>(uint32_t(d));
             // The gaps inside the slice, relative to it.
             std::vector<int32_t> Gaps;
             const int32_t* G = FDrawGapsBuffer->Read();
             for (int32_t k = 0, Count = FDrawGapsBuffer->GetSize(); k < Count; ++k)
                 if (G[k] > FScreenStartIndex && G[k] < FScreenStartIndex + c)
                     Gaps.push_back(G[k] - FScreenStartIndex);
-            const int32_t Cols = d / 2;
-            FDownsampledRealY.resize(size_t(d));
-            std::vector<int32_t> ColumnGaps(std::max<size_t>(Gaps.size(), 1));
-            const int32_t GapCount = QVDownsampleMinMax(YS, c, Cols, Gaps.data(), int32_t(Gaps.size()),
-                                                        FDownsampledRealY.data(), ColumnGaps.data());
-            auto DG = std::make_shared<TQVIntegerBuffer>(uint32_t(GapCount));
+            // Two points for each pixel column of the view that the samples reach; samples
+            // beyond the view's edges join its first or last column.
+            const int32_t Columns = std::max(w, 1);
+            std::vector<int32_t> DX(size_t(2) * Columns);
+            std::vector<int32_t> First(static_cast<size_t>(Columns));
+            std::vector<int32_t> ColumnGaps(std::min<size_t>(Gaps.size(), size_t(Columns)) + 1);
+            FDownsampledRealY.resize(size_t(2) * Columns);
+            const TQVDownsampled Cut = QVDownsampleMinMax(
+                YS, FScaledIntDrawBufferX->Read(), c, xb, xb + Columns - 1, Gaps.data(), int32_t(Gaps.size()),
+                DX.data(), FDownsampledRealY.data(), First.data(), ColumnGaps.data());
+            FDownsampledRealY.resize(size_t(Cut.Points));
+            FDownsampledRealX.resize(size_t(Cut.Points));
+            for (int32_t k = 0; k < Cut.Points; ++k)
+                FDownsampledRealX[size_t(k)] = XS[First[size_t(k / 2)]];
+            FDownsampledIntDrawBufferX = std::make_shared<TQVIntegerBuffer>(DX.data(), Cut.Points);
+            FDownsampledIntDrawBufferY = std::make_shared<TQVIntegerBuffer>(uint32_t(Cut.Points));
+            QVMapY(FDownsampledRealY.data(), Cut.Points, yscale, ylog, PlotBase, FDownsampledIntDrawBufferY->Write());
+            // Gap entries count points from the slice's start, as the plain gap list does.
+            auto DG = std::make_shared<TQVIntegerBuffer>(uint32_t(Cut.GapCount));
             int32_t* DGW = DG->Write();
-            for (int32_t k = 0; k < GapCount; ++k)
+            for (int32_t k = 0; k < Cut.GapCount; ++k)
                 DGW[k] = ColumnGaps[size_t(k)] + FScreenStartIndex;
             FDownsampledGapsBuffer = std::move(DG);
-            // Each column's X value is that of its first sample.
-            FDownsampledRealX.resize(size_t(d));
-            int32_t b = 0;
-            for (int32_t i = 0; i < Cols; ++i) {
-                FDownsampledRealX[size_t(2 * i)] = FDownsampledRealX[size_t(2 * i + 1)] = XS[b];
-                b = i == Cols - 1 ? c - 1 : std::max(b, static_cast<int32_t>((int64_t(i) + 1) * c / Cols - 1));
-            }
-            QVMapY(FDownsampledRealY.data(), d, yscale, ylog, PlotBase, FDownsampledIntDrawBufferY->Write());
         }
         QVMapY(YS, c, yscale, ylog, PlotBase, FScaledIntDrawBufferY->Write());
 
