@@ -36,21 +36,24 @@ TQVScreenSlice QVScreenSlice(int32_t ASize, bool AIsRamp, bool AXLogarithmic, in
     // margins are added; a view far off the data gives a negative count, which ends at 0.
     constexpr int32_t Bound = 1 << 30;
     const double Extent = AXMax - AXMin;
+    int64_t Start = 0;
     int64_t Count = ASize;
     if (!(ADMin > AXMin)) {
         if (ADMax < AXMax)
             Count = QVClampRound(ASize * (ADMax - AXMin) / Extent, -Bound, Bound);
     } else {
-        const double Start = ASize * (ADMin - AXMin) / Extent;
-        Slice.Start = Start >= ASize || !(Start == Start) ? ASize : static_cast<int32_t>(Start);
+        // Truncated toward zero; a view far right of the data starts beyond its end.
+        const double At = ASize * (ADMin - AXMin) / Extent;
+        Start = At >= Bound || !(At == At) ? Bound : static_cast<int64_t>(At);
         if (!(AXMax > ADMax))
-            Count = int64_t(ASize) - Slice.Start;
+            Count = ASize - Start;
         else
             Count = QVClampRound(ASize * (ADMax - ADMin) / Extent, -Bound, Bound);
     }
     if (AXLogarithmic || !(Count - 8 > 2 * int64_t(AUsedWidth)))
-        Slice.Start = std::max(Slice.Start - 4, 0);
+        Start = std::max<int64_t>(Start - 4, 0);
     Count += 8;
+    Slice.Start = static_cast<int32_t>(std::min<int64_t>(Start, ASize));
     Slice.Count = static_cast<int32_t>(std::clamp<int64_t>(Count, 0, int64_t(ASize) - Slice.Start));
     return Slice;
 }

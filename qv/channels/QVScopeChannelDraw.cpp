@@ -130,10 +130,11 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         FOnChannelDraw(this, GetIndex(), YDraw.Read(), n, GetDataChanged());
     }
 
-    // Step 3: the extents; scanned only when the data is new.
+    // Step 3: the extents; scanned only when the data is new, or when the cache that holds
+    // them was forgotten.
     const bool DataChanged = GetDataChanged();
     double xmin = FCurrentXMin, xmax = FCurrentXMax, ymin2 = FCurrentYMin, ymax2 = FCurrentYMax;
-    if (DataChanged) {
+    if (DataChanged || FCurrentDataSize != n) {
         xmin = XDraw.Min();
         xmax = XDraw.Max();
         ymin2 = YDraw.Min();

@@ -1,0 +1,108 @@
+#pragma once
+// A scope with a data view and a plain X and Y axis, for plotting channels. The data view is
+// 500 by 400 pixels at (0, 0); the Y axis runs 0..100, the X axis over the limits a test
+// gives it.
+
+#include "axes/AxisTestSupport.h"
+#include "channels/ChannelTestSupport.h"
+#include "qv/channels/QVChannelData.h"
+#include "qv/channels/QVChannelPlot.h"
+#include "qv/channels/QVScopeChannel.h"
+#include "qv/display/QVScope.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <utility>
+#include <vector>
+
+namespace qvtest {
+
+using namespace qv;
+
+class TPlotScope : public TQVScope {
+public:
+    TQVDisplayComponent* GetDataView() const override { return View; }
+    bool GetIsVertical() const override { return Turned; }
+    TQVDisplayComponent* View = nullptr;
+    bool Turned = false;
+};
+
+class TPlotFixture : public ::testing::Test {
+protected:
+    TPlotFixture()
+    {
+        Scope.SetBounds(0, 0, 600, 500);
+        Scope.View = &View;
+        View.SetDrawRect(Rect);
+        Scope.GetXAxes().Add(&XAxis);
+        Scope.GetYAxes().Add(&YAxis);
+        YAxis.SetLimits(0.0, 100.0);
+    }
+    ~TPlotFixture() override
+    {
+        Scope.GetXAxes().Remove(&XAxis);
+        Scope.GetYAxes().Remove(&YAxis);
+    }
+
+    TQVScopeChannel* Channel(int32_t AIndex = 0)
+    {
+        while (Scope.GetChannels()->GetCount() <= AIndex)
+            Scope.GetChannels()->Add();
+        return Scope.GetChannels()->GetItem(AIndex);
+    }
+    // Y samples on a ramp; the X axis spans them unless told otherwise.
+    void Ramp(const std::vector<double>& AY, int32_t AChannel = 0, bool ASeparate = false)
+    {
+        Channel(AChannel)->GetData()->AddYData(AY.data(), uint32_t(AY.size()), ASeparate);
+        Hand();
+    }
+    void XY(const std::vector<double>& AX, const std::vector<double>& AY, int32_t AChannel = 0)
+    {
+        Channel(AChannel)->GetData()->AddXYData(AX.data(), AY.data(), uint32_t(AY.size()));
+        Hand();
+    }
+    // The refresh tick's hand-over.
+    void Hand() { Scope.PopulateDrawBuffers(); }
+    void Draw(int32_t AChannel = 0)
+    {
+        Canvas.ClearRecords();
+        Channel(AChannel)->Draw(Canvas, Rect, false);
+    }
+
+    // The plotted points of a channel, as (pixel X, pixel Y) pairs of the last frame.
+    std::vector<std::pair<int32_t, int32_t>> Plotted(int32_t AChannel = 0)
+    {
+        const auto& X = *Channel(AChannel)->GetDownsampledIntDrawBufferX();
+        const auto& Y = *Channel(AChannel)->GetDownsampledIntDrawBufferY();
+        std::vector<std::pair<int32_t, int32_t>> Result;
+        for (int32_t i = 0; i < std::min(X.GetSize(), Y.GetSize()); ++i)
+            Result.emplace_back(X.GetItem(i), Y.GetItem(i));
+        return Result;
+    }
+    // Smallest and largest Y pixel in each X column of the view, over the points given.
+    std::map<int32_t, std::pair<int32_t, int32_t>> ColumnExtents(
+        const std::vector<std::pair<int32_t, int32_t>>& APoints) const
+    {
+        std::map<int32_t, std::pair<int32_t, int32_t>> Result;
+        for (const auto& [X, Y] : APoints) {
+            if (X < Rect.Left || X >= Rect.Right || Y == QVMissingPixel)
+                continue;
+            auto [It, New] = Result.emplace(X, std::make_pair(Y, Y));
+            if (!New) {
+                It->second.first = std::min(It->second.first, Y);
+                It->second.second = std::max(It->second.second, Y);
+            }
+        }
+        return Result;
+    }
+
+    TRect Rect{0, 0, 500, 400};
+    TPlotScope Scope;
+    TTestDataView View{&Scope};
+    TTestAxis XAxis{&Scope, false, vaBottom};
+    TTestAxis YAxis{&Scope, true, vaLeft};
+    TQLRecordingCanvas Canvas;
+};
+
+} // namespace qvtest
