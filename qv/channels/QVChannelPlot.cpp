@@ -269,6 +269,9 @@ TRect QVBarRect(TQVChannelShadeMode AShade, bool AVertical, int32_t AX, int32_t 
         V0 = AVertical ? AZero - 1 : AZero;
         V1 = AY + AExtra + 1;
     }
+    // The surface wants its corners in order: the bar runs from the lower to the higher value.
+    if (V1 < V0)
+        std::swap(V0, V1);
     return AVertical ? TRect{V0, From, V1, To} : TRect{From, V0, To, V1};
 }
 

@@ -140,7 +140,8 @@ void QVPlotStep(TQLCanvas& ACanvas, const TQVPlotPoints& APoints, TAlphaColor AE
 // The rectangle of a bar at pixel (AX, AY) in a horizontal scope (in a vertical one the
 // caller passes the coordinates exchanged and AVertical). AThickness is the bar's width in
 // pixels and AExtra the highlight's growth. ABase is the bar's base for csmTop and
-// csmBottom, AZero the zero line for csmZero.
+// csmBottom, AZero the zero line for csmZero. The bar runs between its base and the point;
+// the rectangle comes with its corners in order (left below right, top below bottom).
 TRect QVBarRect(TQVChannelShadeMode AShade, bool AVertical, int32_t AX, int32_t AY, int32_t AThickness,
                 int32_t AExtra, int32_t ABase, int32_t AZero);
 

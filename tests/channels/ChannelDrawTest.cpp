@@ -248,7 +248,7 @@ TEST_F(TPlotFixture, BarsFollowWidthShadeAndTheSampleDrawEvent)
     const auto Bars = Canvas.Of("Rectangle");
     ASSERT_EQ(Bars.size(), 3u); // the third was left to the handler
     const auto P = Plotted();
-    EXPECT_EQ(Bars[0].ArgRect(), (TRect{P[0].first - 2, 401, P[0].first + 3, 300}));
+    EXPECT_EQ(Bars[0].ArgRect(), (TRect{P[0].first - 2, 300, P[0].first + 3, 401}));
     EXPECT_EQ(Bars[0].PenWidth, 1);
     EXPECT_EQ(Bars[0].BrushColor, Channel()->GetColor());
     // On the zero line of a -100..100 axis, a bar below zero hangs down from it.

@@ -233,29 +233,15 @@ TEST(ChannelPlotDraw, LineBreaksAtGapsAndMissingPointsWhileStepCrossesGaps)
 
 TEST(ChannelPlotDraw, BarsSpanTheirWidthAroundTheSampleAndStandOnTheirBase)
 {
-    // Width 4: 2 left, 2 right; width 5: 2 left, 3 right.
-    TRect R = QVBarRect(csmBottom, false, 100, 50, 4, 0, 401, 0);
-    EXPECT_EQ(R.Left, 98);
-    EXPECT_EQ(R.Right, 102);
-    EXPECT_EQ(R.Top, 401);
-    EXPECT_EQ(R.Bottom, 50);
-    R = QVBarRect(csmBottom, false, 100, 50, 5, 0, 401, 0);
-    EXPECT_EQ(R.Left, 98);
-    EXPECT_EQ(R.Right, 103);
+    // Width 4: 2 left, 2 right; width 5: 2 left, 3 right. Standing on the base 401.
+    EXPECT_EQ(QVBarRect(csmBottom, false, 100, 50, 4, 0, 401, 0), (TRect{98, 50, 102, 401}));
+    EXPECT_EQ(QVBarRect(csmBottom, false, 100, 50, 5, 0, 401, 0), (TRect{98, 50, 103, 401}));
+    // Hanging from the top 0; highlighted, the bar reaches one pixel further.
+    EXPECT_EQ(QVBarRect(csmTop, false, 100, 50, 1, 1, 0, 0), (TRect{100, 0, 101, 49}));
     // On the zero line 200: above it from z + 1 up to y, below it from z down past y.
-    R = QVBarRect(csmZero, false, 10, 150, 1, 0, 0, 200);
-    EXPECT_EQ(R.Top, 201);
-    EXPECT_EQ(R.Bottom, 150);
-    R = QVBarRect(csmZero, false, 10, 250, 1, 1, 0, 200);
-    EXPECT_EQ(R.Top, 200);
-    EXPECT_EQ(R.Bottom, 252); // y + extra + 1
+    EXPECT_EQ(QVBarRect(csmZero, false, 10, 150, 1, 0, 0, 200), (TRect{10, 150, 11, 201}));
+    EXPECT_EQ(QVBarRect(csmZero, false, 10, 250, 1, 1, 0, 200), (TRect{10, 200, 11, 252}));
     // Vertical: the value runs across the screen and the test is against z - 1.
-    R = QVBarRect(csmZero, true, 10, 198, 3, 0, 0, 200);
-    EXPECT_EQ(R.Left, 200);
-    EXPECT_EQ(R.Right, 198);
-    EXPECT_EQ(R.Top, 9);
-    EXPECT_EQ(R.Bottom, 12);
-    R = QVBarRect(csmZero, true, 10, 199, 3, 0, 0, 200);
-    EXPECT_EQ(R.Left, 199);
-    EXPECT_EQ(R.Right, 200);
+    EXPECT_EQ(QVBarRect(csmZero, true, 10, 198, 3, 0, 0, 200), (TRect{198, 9, 200, 12}));
+    EXPECT_EQ(QVBarRect(csmZero, true, 10, 199, 3, 0, 0, 200), (TRect{199, 9, 200, 12}));
 }
