@@ -1,7 +1,8 @@
 // Plotting of a scope channel: from the draw stage to pixels, cached across frames, and the
 // drawing of those pixels in the channel's mode.
 
-#include "qv/axes/QVDisplayAxis.h"
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/channels/QVChannelPlot.h"
 #include "qv/channels/QVScopeChannel.h"
@@ -55,17 +56,9 @@ void TQVScopeChannel::SetShadeMode(TQVChannelShadeMode AValue)
     Set(FShadeMode, AValue);
 }
 
-TQVDisplayAxis* TQVScopeChannel::GetPlotXAxis() const
-{
-    const TQVDataDisplay* Display = GetDisplay();
-    return Display && Display->GetXAxes().GetCount() > 0 ? Display->GetXAxes().GetItem(0) : nullptr;
-}
+TQVDisplayAxis* TQVScopeChannel::GetPlotXAxis() const { return GetXAxis(); }
 
-TQVDisplayAxis* TQVScopeChannel::GetPlotYAxis() const
-{
-    const TQVDataDisplay* Display = GetDisplay();
-    return Display && Display->GetYAxes().GetCount() > 0 ? Display->GetYAxes().GetItem(0) : nullptr;
-}
+TQVDisplayAxis* TQVScopeChannel::GetPlotYAxis() const { return GetYAxis(); }
 
 void TQVScopeChannel::InvalidateChannel()
 {

@@ -33,7 +33,7 @@ TEST_F(TPlotFixture, MillionSampleRampPlotsTwoPointsPerColumnWithTheExtremesOfEa
         Y[size_t(j)] += (j % 2 ? 40.0 : -40.0);
     Ramp(Y, 0);
     XY(Seq(0.0, N), Y, 1);
-    XAxis.SetLimits(0.0, N - 1);
+    SetXRange(0.0, N - 1);
 
     Draw(0);
     EXPECT_EQ(Channel(0)->GetDownsampledIntDrawBufferY()->GetSize(), 1000);
@@ -53,13 +53,13 @@ TEST_F(TPlotFixture, DownsamplingBeginsOneSampleAboveTwiceTheUsedWidthPlusEight)
 {
     // The view is exactly the data: 500 used columns, the whole record on screen.
     Ramp(Noise(1008, 1));
-    XAxis.SetLimits(0.0, 1007.0);
+    SetXRange(0.0, 1007.0);
     Draw();
     EXPECT_EQ(Channel()->GetDownsampledIntDrawBufferY()->GetSize(), 1008);
     EXPECT_EQ(Channel()->GetDownsampledIntDrawBufferY(), Channel()->GetScaledIntDrawBufferY());
 
     Ramp(std::vector<double>{50.0});
-    XAxis.SetLimits(0.0, 1008.0);
+    SetXRange(0.0, 1008.0);
     Draw();
     EXPECT_LE(Channel()->GetDownsampledIntDrawBufferY()->GetSize(), 1000);
     EXPECT_EQ(Channel()->GetScaledIntDrawBufferY()->GetSize(), 1009);
@@ -69,8 +69,8 @@ TEST_F(TPlotFixture, LogarithmicXAxisAndExplicitXAreNeverDownsampled)
 {
     const int32_t N = 100000;
     Ramp(Noise(N, 2));
-    XAxis.SetLimits(0.0, N - 1);
-    XAxis.Mode = smLogarithmic;
+    SetXRange(0.0, N - 1);
+    XAxis().SetScaleMode(smLogarithmic);
     Draw();
     EXPECT_EQ(Channel()->GetDownsampledIntDrawBufferY()->GetSize(), N);
     // The pixels follow log10(x + 1): x 0 at the left edge, the decades evenly spaced.
@@ -84,7 +84,7 @@ TEST_F(TPlotFixture, LogarithmicXAxisAndExplicitXAreNeverDownsampled)
 TEST_F(TPlotFixture, FrameWithoutChangeReusesItsPixelsAndChangesRecomputeThem)
 {
     Ramp(Noise(200000, 4));
-    XAxis.SetLimits(0.0, 199999.0);
+    SetXRange(0.0, 199999.0);
     std::vector<bool> WasChanged;
     Channel()->SetOnChannelDraw([&](TQLPersistent*, int32_t AIndex, const double* AData, int32_t ASize, bool AChanged) {
         EXPECT_EQ(AIndex, 0);
@@ -108,7 +108,7 @@ TEST_F(TPlotFixture, FrameWithoutChangeReusesItsPixelsAndChangesRecomputeThem)
     EXPECT_NE(Channel()->GetDownsampledIntDrawBufferY(), First);
     EXPECT_EQ(Plotted(), Points);
     auto Last = Channel()->GetDownsampledIntDrawBufferY();
-    XAxis.ZoomWindow(0.0, 99999.0);
+    SetXRange(0.0, 99999.0);
     Draw();
     EXPECT_NE(Channel()->GetDownsampledIntDrawBufferY(), Last);
     EXPECT_NE(Plotted(), Points);
@@ -128,8 +128,7 @@ TEST_F(TPlotFixture, FrameWithoutChangeReusesItsPixelsAndChangesRecomputeThem)
 TEST_F(TPlotFixture, ZoomedRampIsCutToTheViewAndAShortRecordUsesPartOfTheWidth)
 {
     Ramp(Noise(100000, 5));
-    XAxis.SetLimits(0.0, 99999.0);
-    XAxis.ZoomWindow(50000.0, 59999.0);
+    SetXRange(50000.0, 59999.0);
     Draw();
     EXPECT_EQ(Channel()->GetScreenStartIndex(), 50000);
     EXPECT_EQ(Channel()->GetXScreenDataBuffer()->GetItem(0), 50000.0);
@@ -138,8 +137,7 @@ TEST_F(TPlotFixture, ZoomedRampIsCutToTheViewAndAShortRecordUsesPartOfTheWidth)
 
     // 100 samples over an axis of 0..199: half the view, sample by sample.
     Ramp(Noise(100, 6), 1);
-    XAxis.SetLimits(0.0, 199.0);
-    XAxis.ZoomWindow(0.0, 199.0);
+    SetXRange(0.0, 199.0);
     Draw(1);
     EXPECT_EQ(Channel(1)->GetScreenUsedWidth(), 249);
     for (const auto& [X, Y] : Plotted(1))
@@ -150,7 +148,7 @@ TEST_F(TPlotFixture, GapsBreakALineAndAreCrossedByASteps)
 {
     Ramp(Noise(50, 7));
     Ramp(Noise(50, 8), 0, true); // a separate block: the line is broken at sample 50
-    XAxis.SetLimits(0.0, 99.0);
+    SetXRange(0.0, 99.0);
     Draw();
     ASSERT_EQ(Canvas.Of("MoveTo").size(), 2u);
     const auto Points = Plotted();
@@ -164,7 +162,7 @@ TEST_F(TPlotFixture, GapsBreakALineAndAreCrossedByASteps)
     Channel()->SetChannelMode(cmLine);
     Ramp(Noise(100000, 9), 1);
     Ramp(Noise(100000, 10), 1, true);
-    XAxis.SetLimits(0.0, 199999.0);
+    SetXRange(0.0, 199999.0);
     Draw(1);
     ASSERT_EQ(Canvas.Of("MoveTo").size(), 2u);
     EXPECT_EQ(Canvas.Of("MoveTo")[1].Args[0], Rect.Left + 250);
@@ -177,7 +175,7 @@ TEST_F(TPlotFixture, NaNAndInfiniteSamplesNeitherCrashNorTakePartInColumns)
     Y[10] = Inf;
     Y[11] = -Inf;
     Ramp(Y);
-    XAxis.SetLimits(0.0, 19.0);
+    SetXRange(0.0, 19.0);
     Draw();
     const auto P = Plotted();
     EXPECT_EQ(P[5].second, QVMissingPixel);
@@ -192,7 +190,7 @@ TEST_F(TPlotFixture, NaNAndInfiniteSamplesNeitherCrashNorTakePartInColumns)
     for (int32_t j = 60000; j < 70000; ++j)
         Long[size_t(j)] = NaN;
     Ramp(Long, 1);
-    XAxis.SetLimits(0.0, 99999.0);
+    SetXRange(0.0, 99999.0);
     Draw(1);
     int32_t Missing = 0;
     for (const auto& [X, Yp] : Plotted(1)) {
@@ -215,7 +213,7 @@ TEST_F(TPlotFixture, FlatAxisRangeAndEmptyChannelsDrawWithoutFault)
     Draw(); // no data at all
     EXPECT_TRUE(Canvas.GetRecords().empty());
     Ramp({10.0, 20.0, 30.0});
-    XAxis.SetLimits(1.0, 1.0); // widened to 0..2
+    SetXRange(1.0, 1.0); // widened to 0..2
     Draw();
     const auto P = Plotted();
     ASSERT_EQ(P.size(), 3u);
@@ -231,7 +229,7 @@ TEST_F(TPlotFixture, FlatAxisRangeAndEmptyChannelsDrawWithoutFault)
 TEST_F(TPlotFixture, BarsFollowWidthShadeAndTheSampleDrawEvent)
 {
     Ramp({25.0, 50.0, 75.0, 100.0});
-    XAxis.SetLimits(0.0, 3.0);
+    SetXRange(0.0, 3.0);
     Channel()->SetChannelMode(cmBar);
     Channel()->SetShadeMode(csmBottom);
     Channel()->SetWidth(5);
@@ -255,7 +253,7 @@ TEST_F(TPlotFixture, BarsFollowWidthShadeAndTheSampleDrawEvent)
     Channel()->SetOnSampleDraw({});
     Channel()->SetShadeMode(csmZero);
     Channel()->SetWidth(4);
-    YAxis.SetLimits(-100.0, 100.0);
+    SetYRange(-100.0, 100.0);
     Ramp({-50.0}, 0);
     Draw();
     const auto Down = Canvas.Of("Rectangle").back().ArgRect();
@@ -267,7 +265,7 @@ TEST_F(TPlotFixture, BarsFollowWidthShadeAndTheSampleDrawEvent)
 TEST_F(TPlotFixture, PointsSymbolsAndLegendUseTheChannelsLook)
 {
     Ramp({50.0, 50.0});
-    XAxis.SetLimits(0.0, 1.0);
+    SetXRange(0.0, 1.0);
     Channel()->SetChannelMode(cmPoint);
     Draw();
     ASSERT_EQ(Canvas.Of("SetPixel").size(), 2u);
@@ -300,10 +298,10 @@ TEST_F(TPlotFixture, PointsSymbolsAndLegendUseTheChannelsLook)
 
 TEST_F(TPlotFixture, VerticalDisplayRunsXDownTheScreen)
 {
-    Scope.Turned = true;
+    Scope.SetVertical(true);
     Ramp({0.0, 100.0});
-    XAxis.SetLimits(0.0, 1.0);
-    YAxis.SetLimits(0.0, 100.0);
+    SetXRange(0.0, 1.0);
+    SetYRange(0.0, 100.0);
     Draw();
     const auto Lines = Canvas.Of("LineTo");
     ASSERT_EQ(Lines.size(), 1u);

@@ -1,10 +1,12 @@
 #pragma once
-// A scope with a data view and a plain X and Y axis, for plotting channels. The data view is
-// 500 by 400 pixels at (0, 0); the Y axis runs 0..100, the X axis over the limits a test
-// gives it.
+// A scope with a data view, for plotting channels against its own axes. The data view is
+// 500 by 400 pixels at (0, 0); the Y axis runs 0..100; the X axis spans the samples unless a
+// test fixes its range.
 
 #include "axes/AxisTestSupport.h"
 #include "channels/ChannelTestSupport.h"
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVChannelPlot.h"
 #include "qv/channels/QVScopeChannel.h"
@@ -23,9 +25,7 @@ using namespace qv;
 class TPlotScope : public TQVScope {
 public:
     TQVDisplayComponent* GetDataView() const override { return View; }
-    bool GetIsVertical() const override { return Turned; }
     TQVDisplayComponent* View = nullptr;
-    bool Turned = false;
 };
 
 class TPlotFixture : public ::testing::Test {
@@ -35,14 +35,33 @@ protected:
         Scope.SetBounds(0, 0, 600, 500);
         Scope.View = &View;
         View.SetDrawRect(Rect);
-        Scope.GetXAxes().Add(&XAxis);
-        Scope.GetYAxes().Add(&YAxis);
-        YAxis.SetLimits(0.0, 100.0);
+        SetYRange(0.0, 100.0);
     }
-    ~TPlotFixture() override
+
+    TQVScopeXAxis& XAxis() { return *Scope.GetXAxis(); }
+    TQVScopeYAxis& YAxis() { return *Scope.GetYAxis(); }
+    // The X axis fixed to samples ALow..AHigh instead of following the data; its scales
+    // count samples too.
+    void SetXRange(double ALow, double AHigh)
     {
-        Scope.GetXAxes().Remove(&XAxis);
-        Scope.GetYAxes().Remove(&YAxis);
+        XAxis().GetMin()->SetAutoScale(false);
+        XAxis().GetMin()->SetValue(ALow);
+        XAxis().GetMin()->SetDataValue(ALow);
+        XAxis().GetMax()->SetAutoScale(false);
+        XAxis().GetMax()->SetMode(mamValue);
+        XAxis().GetMax()->SetValue(AHigh);
+        XAxis().GetMax()->SetDataValue(AHigh);
+        XAxis().InvalidateMinMaxCache(true);
+    }
+    // The Y axis fixed to ALow..AHigh, with no room added above or below.
+    void SetYRange(double ALow, double AHigh)
+    {
+        YAxis().GetAutoScaling()->SetEnabled(false);
+        YAxis().GetAutoScaling()->GetSpaceAbove()->SetSpace(0);
+        YAxis().GetAutoScaling()->GetSpaceBelow()->SetSpace(0);
+        YAxis().GetMin()->SetValue(ALow);
+        YAxis().GetMax()->SetValue(AHigh);
+        YAxis().InvalidateMinMaxCache(true);
     }
 
     TQVScopeChannel* Channel(int32_t AIndex = 0)
@@ -100,8 +119,6 @@ protected:
     TRect Rect{0, 0, 500, 400};
     TPlotScope Scope;
     TTestDataView View{&Scope};
-    TTestAxis XAxis{&Scope, false, vaBottom};
-    TTestAxis YAxis{&Scope, true, vaLeft};
     TQLRecordingCanvas Canvas;
 };
 

@@ -4,7 +4,8 @@
 #include <qv/qt/QLQtCanvas.h>
 #include <qv/qt/QLQtImage.h>
 
-#include "qv/axes/QVDisplayAxis.h"
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/display/QVDisplayView.h"
@@ -36,49 +37,19 @@ public:
     using TQVCustomColorDisplayView::TQVCustomColorDisplayView;
 };
 
-// An X or Y axis over fixed full limits, as the scope's axes orient them.
-class TPictureAxis : public TQVDisplayAxis {
-public:
-    TPictureAxis(TQVDataDisplay* ADisplay, bool AYAxis, double AMin, double AMax)
-        : TQVDisplayAxis(ADisplay, AYAxis ? vaLeft : vaBottom), IsY(AYAxis), Lo(AMin), Hi(AMax)
-    {
-    }
-    TQVScaleMode GetIntScaleMode() const override { return smLinear; }
-    void SetIntScaleMode(TQVScaleMode) override {}
-    bool GetIsVertical() const override { return IsY; }
-    bool GetIsYAxis() const override { return IsY; }
-    bool GetIsOposite() const override { return false; }
-    bool GetScaleReversed() const override { return !IsY; }
-    TQVAxisDirection GetDefaultHorizDir() const override { return IsY ? adToLeft : adToRight; }
-    TQVAxisDirection GetDefaultVertDir() const override { return IsY ? adToUp : adToDown; }
-    int32_t GetDimentionLength() const override
-    {
-        const TRect View = GetDataViewRect();
-        return IsY ? QVRectHeight(View) : QVRectWidth(View);
-    }
-    double GetRangeWidth(bool) const override { return Hi - Lo; }
-    double GetDataFullMin() const override { return Lo; }
-    double GetDataFullMax() const override { return Hi; }
-    double GetDataZoomedMin() const override { return Lo; }
-    double GetDataZoomedMax() const override { return Hi; }
-
-    bool IsY;
-    double Lo, Hi;
-};
-
 class ChannelPicture : public ::testing::Test {
 protected:
     ChannelPicture()
     {
         Scope.View = &View;
         View.SetDrawRect(Rect);
-        Scope.GetXAxes().Add(&XAxis);
-        Scope.GetYAxes().Add(&YAxis);
-    }
-    ~ChannelPicture() override
-    {
-        Scope.GetXAxes().Remove(&XAxis);
-        Scope.GetYAxes().Remove(&YAxis);
+        // Y fixed to 0..100; X follows the samples.
+        TQVScopeYAxis* Y = Scope.GetYAxis();
+        Y->GetAutoScaling()->SetEnabled(false);
+        Y->GetAutoScaling()->GetSpaceAbove()->SetSpace(0);
+        Y->GetAutoScaling()->GetSpaceBelow()->SetSpace(0);
+        Y->GetMin()->SetValue(0.0);
+        Y->GetMax()->SetValue(100.0);
     }
     TQVScopeChannel* Channel(int32_t AIndex)
     {
@@ -121,8 +92,6 @@ protected:
     TRect Rect{0, 0, 500, 300};
     TPictureScope Scope;
     TPictureView View{&Scope};
-    TPictureAxis XAxis{&Scope, false, 0.0, 999999.0};
-    TPictureAxis YAxis{&Scope, true, 0.0, 100.0};
 };
 
 } // namespace
@@ -172,9 +141,6 @@ TEST_F(ChannelPicture, DownsampledRampPaintsEachColumnAsTheSamplesDrawnOneByOne)
 
 TEST_F(ChannelPicture, BarsCoverTheirWidthAndBrokenLinesLeaveTheGapEmpty)
 {
-    XAxis.Lo = 0.0;
-    XAxis.Hi = 9.0;
-    XAxis.InvalidateMinMaxCache(true);
     const std::vector<double> Y{50, 50, 50, 50, 50, 50, 50, 50, 50, 50};
     Channel(0)->GetData()->AddYData(Y.data(), 10);
     Scope.PopulateDrawBuffers();
