@@ -79,16 +79,21 @@ TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int
         const int32_t First = j;
         const int32_t Column = ColumnOf(AXPixels[j]);
         const bool LastSlot = Result.Points / 2 + 1 >= Capacity;
+        // The run of samples in this column, then its extremes in a loop of its own that the
+        // compiler can vectorise. A comparison with NaN is false, so a NaN changes neither.
+        ++j;
+        if (LastSlot)
+            j = ACount;
+        else
+            while (j < ACount && ColumnOf(AXPixels[j]) == Column)
+                ++j;
         double Lo = Inf;
         double Hi = -Inf;
-        // The run of samples in this column. A comparison with NaN is false, so a NaN
-        // changes neither extreme.
-        do {
-            const double V = AY[j];
+        for (int32_t k = First; k < j; ++k) {
+            const double V = AY[k];
             Lo = V < Lo ? V : Lo;
             Hi = V > Hi ? V : Hi;
-            ++j;
-        } while (j < ACount && (LastSlot || ColumnOf(AXPixels[j]) == Column));
+        }
         if (Lo > Hi) // no number in the column
             Lo = Hi = std::numeric_limits<double>::quiet_NaN();
 

@@ -128,8 +128,11 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
     const bool DataChanged = GetDataChanged();
     double xmin = FCurrentXMin, xmax = FCurrentXMax, ymin2 = FCurrentYMin, ymax2 = FCurrentYMax;
     if (DataChanged || FCurrentDataSize != n) {
-        xmin = XDraw.Min();
-        xmax = XDraw.Max();
+        // A ramp counts up evenly: its ends are its extremes.
+        const double* XR = XDraw.Read();
+        const bool Ordered = FDrawIsRamp && XR[0] == XR[0] && XR[n - 1] == XR[n - 1] && XR[0] <= XR[n - 1];
+        xmin = Ordered ? XR[0] : XDraw.Min();
+        xmax = Ordered ? XR[n - 1] : XDraw.Max();
         ymin2 = YDraw.Min();
         ymax2 = YDraw.Max();
     }
