@@ -344,3 +344,32 @@ TEST(ScopeChannelSettings, PlotSettingsAreCheckedCopiedAndStored)
     EXPECT_EQ(B->GetPoints()->GetBrush()->GetColor(), 0xFF00FF00u);
     EXPECT_NE(B->GetPoints(), A->GetPoints());
 }
+
+TEST_F(TPlotFixture, SampleRateChangesTheRealScaleButNotThePicture)
+{
+    Ramp(Noise(100000, 12));
+    Draw();
+    const auto Samples = Plotted();
+    const double SampleMax = XAxis().GetScaleTotalReal().GetFull().GetMax().GetValue();
+    Channel()->GetData()->SetSampleRate(1000.0);
+    XAxis().SetTicksMode(atmTime);
+    XAxis().InvalidateMinMaxCache(true);
+    Draw();
+    // The real scale now counts seconds; the data scale still counts samples.
+    EXPECT_NE(XAxis().GetScaleTotalReal().GetFull().GetMax().GetValue(), SampleMax);
+    EXPECT_EQ(XAxis().GetDataTotal().GetFull().GetMax().GetValue(), 99999.0);
+    EXPECT_EQ(Plotted(), Samples);
+    EXPECT_NEAR(Channel()->GetScaledRealDrawBufferX()->GetItem(99999) -
+                    Channel()->GetScaledRealDrawBufferX()->GetItem(0),
+                XAxis().GetScaleTotalReal().GetFull().GetMax().GetValue(), 1e-6);
+}
+
+TEST_F(TPlotFixture, DisplayOffsetAndWidthFollowTheDataViewAndTheTurn)
+{
+    View.SetDrawRect(TRect{30, 20, 530, 420});
+    EXPECT_EQ(Channel()->GetDisplayOffset(), 30);
+    EXPECT_EQ(Channel()->GetDisplayWidth(), 500);
+    Scope.SetVertical(true);
+    EXPECT_EQ(Channel()->GetDisplayOffset(), 20);
+    EXPECT_EQ(Channel()->GetDisplayWidth(), 400);
+}
