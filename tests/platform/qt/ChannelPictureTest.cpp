@@ -1,6 +1,6 @@
 // Channels rendered for real by QPainter: a million-sample ramp, cut down to two points per
 // pixel column, must paint in every column exactly the rows that the same samples paint when
-// drawn one by one; bars and broken lines land on the pixels their geometry says.
+// drawn one by one; bars land on the pixels their geometry says.
 #include <qv/qt/QLQtCanvas.h>
 #include <qv/qt/QLQtImage.h>
 
@@ -139,7 +139,7 @@ TEST_F(ChannelPicture, DownsampledRampPaintsEachColumnAsTheSamplesDrawnOneByOne)
     }
 }
 
-TEST_F(ChannelPicture, BarsCoverTheirWidthAndBrokenLinesLeaveTheGapEmpty)
+TEST_F(ChannelPicture, BarsCoverTheirWidthFromTheBottomToTheirValue)
 {
     const std::vector<double> Y{50, 50, 50, 50, 50, 50, 50, 50, 50, 50};
     Channel(0)->GetData()->AddYData(Y.data(), 10);
@@ -160,15 +160,4 @@ TEST_F(ChannelPicture, BarsCoverTheirWidthAndBrokenLinesLeaveTheGapEmpty)
         EXPECT_TRUE(Painted(Picture, At, 150));
         EXPECT_FALSE(Painted(Picture, At, 148));
     }
-
-    // A line broken after its fifth sample: nothing painted between samples 4 and 5.
-    Channel(1)->GetData()->AddYData(Y.data(), 5);
-    Channel(1)->GetData()->AddYData(Y.data(), 5, true);
-    Scope.PopulateDrawBuffers();
-    const TQLBitmap Line = Render(1);
-    const auto& PX = *Channel(1)->GetDownsampledIntDrawBufferX();
-    EXPECT_TRUE(Painted(Line, (PX.GetItem(2) + PX.GetItem(3)) / 2, 150));
-    EXPECT_FALSE(Painted(Line, (PX.GetItem(4) + PX.GetItem(5)) / 2, 150));
-    Channel(1)->SetChannelMode(cmStep);
-    EXPECT_TRUE(Painted(Render(1), (PX.GetItem(4) + PX.GetItem(5)) / 2, 150));
 }
