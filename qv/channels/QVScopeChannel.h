@@ -181,6 +181,13 @@ private:
     int32_t FYDrawMaxValue = -1;
     bool FCurrentXLogarithmic = false;
     bool FCurrentYLogarithmic = false;
+    // The mapping the last computation used.
+    double FCurrentXOffset = -1.0;
+    double FCurrentXScale = -1.0;
+    double FCurrentXRatio = -1.0;
+    double FCurrentYOffset = -1.0;
+    double FCurrentYScale = -1.0;
+    bool FCurrentVertical = false;
     // Whether the last computation downsampled, and the values of its points.
     bool FDownsampled = false;
     std::vector<double> FDownsampledRealX;

@@ -67,6 +67,7 @@ void TQVScopeChannel::InvalidateChannel()
     FXDrawMinValue = FXDrawMaxValue = FYDrawMinValue = FYDrawMaxValue = -1;
     FCurrentXMin = FCurrentXMax = FCurrentYMin = FCurrentYMax = -1.0;
     FCurrentAxisXMin = FCurrentAxisXMax = FCurrentAxisYMin = FCurrentAxisYMax = -1.0;
+    FCurrentXOffset = FCurrentXScale = FCurrentXRatio = FCurrentYOffset = FCurrentYScale = -1.0;
 }
 
 void TQVScopeChannel::Draw(TQLCanvas& ACanvas, const TRect& ARect, bool Printing)
@@ -146,15 +147,22 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
     const bool Downsampled = QVIsDownsampled(IsRamp, xlog, FScreenUsedWidth, c);
     const int32_t d = Downsampled ? 2 * FScreenUsedWidth : std::max(c, 0);
 
-    // Step 7: what changed since the last computation.
+    // Step 7: what changed since the last computation. Besides the limits, the mapping
+    // itself is compared (offsets, factors, the turn): reversing an axis or turning the
+    // display keeps every limit and still moves every pixel.
+    const double DataSpan = FullSpan(XAxis->GetDataTotal());
+    const double ratio = DataSpan == 0.0 ? 1.0 : FullSpan(XAxis->GetScaleTotalReal()) / DataSpan;
     const bool xchanged = !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && w == FCurrentWidth &&
                             xb == FCurrentXBegin && Same(xmin, FCurrentXMin) && Same(xmax, FCurrentXMax) &&
                             Same(smin, FCurrentAxisXMin) && Same(smax, FCurrentAxisXMax) &&
-                            xlog == FCurrentXLogarithmic);
+                            xlog == FCurrentXLogarithmic && Same(xoff, FCurrentXOffset) &&
+                            Same(xscale, FCurrentXScale) && Same(ratio, FCurrentXRatio) &&
+                            vertical == FCurrentVertical);
     const bool ychanged = !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && h == FCurrentHeight &&
                             yb == FCurrentYBegin && Same(ymin2, FCurrentYMin) && Same(ymax2, FCurrentYMax) &&
                             Same(ymin, FCurrentAxisYMin) && Same(ymax, FCurrentAxisYMax) &&
-                            ylog == FCurrentYLogarithmic);
+                            ylog == FCurrentYLogarithmic && Same(yoff, FCurrentYOffset) &&
+                            Same(yscale, FCurrentYScale) && vertical == FCurrentVertical);
     FCurrentXLogarithmic = xlog;
     FCurrentYLogarithmic = ylog;
 
@@ -182,8 +190,6 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
             XAxis->InvalidateMinMaxCache(false);
             FScaledIntDrawBufferX->Resize(c, false);
             FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
-            const double DataSpan = FullSpan(XAxis->GetDataTotal());
-            const double ratio = DataSpan == 0.0 ? 1.0 : FullSpan(XAxis->GetScaleTotalReal()) / DataSpan;
             // Pixel = value * scale + xb - offset, with the offset lowered by the view's width
             // so that the scale's minimum lands on the view's first column.
             const double LoweredOffset = xoff - (w - 1);
@@ -259,6 +265,12 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         FCurrentAxisXMax = smax;
         FCurrentAxisYMin = ymin;
         FCurrentAxisYMax = ymax;
+        FCurrentXOffset = xoff;
+        FCurrentXScale = xscale;
+        FCurrentXRatio = ratio;
+        FCurrentYOffset = yoff;
+        FCurrentYScale = yscale;
+        FCurrentVertical = vertical;
         FDownsampled = Downsampled;
         if (!QVPixelRange(FDownsampledIntDrawBufferX->Read(), FDownsampledIntDrawBufferX->GetSize(),
                           FXDrawMinValue, FXDrawMaxValue))

@@ -99,6 +99,8 @@ TEST_F(TPlotFixture, FrameWithoutChangeReusesItsPixelsAndChangesRecomputeThem)
     Rect = TRect{0, 10, 500, 410};
     EXPECT_TRUE(Recomputed());
     EXPECT_EQ(Plotted()[0].second, Zoomed[0].second + 10);
+    Scope.GetYAxis()->SetReversed(true); // the same limits, turned round
+    EXPECT_TRUE(Recomputed());
     Channel()->GetData()->AddYPoint(50.0);
     Scope.PopulateDrawBuffers();
     EXPECT_TRUE(Recomputed());
@@ -177,6 +179,10 @@ TEST_F(TPlotFixture, NaNAndInfiniteSamplesNeitherCrashNorTakePartInColumns)
     Scope.PopulateDrawBuffers();
     Draw(2);
     EXPECT_TRUE(Canvas.Of("LineTo").empty());
+    // Cleared, a channel keeps no points of its last frame.
+    Channel(1)->GetData()->Clear();
+    Scope.PopulateDrawBuffers();
+    EXPECT_TRUE(Plotted(1).empty());
 }
 
 TEST_F(TPlotFixture, BarsFollowWidthShadeAndTheSampleDrawEvent)
