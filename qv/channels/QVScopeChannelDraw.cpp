@@ -112,8 +112,9 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
     const bool ylog = YAxis->GetIntScaleMode() != smLinear;
     const bool xlog = XAxis->GetIntScaleMode() != smLinear;
     const bool vertical = GetDisplay() && GetDisplay()->GetIsVertical();
-    const int32_t w = vertical ? ARect.Bottom - ARect.Top : ARect.Right - ARect.Left;
-    const int32_t h = vertical ? ARect.Right - ARect.Left : ARect.Bottom - ARect.Top;
+    // A rectangle given the wrong way round has no size.
+    const int32_t w = std::max(0, vertical ? ARect.Bottom - ARect.Top : ARect.Right - ARect.Left);
+    const int32_t h = std::max(0, vertical ? ARect.Right - ARect.Left : ARect.Bottom - ARect.Top);
     const int32_t xb = vertical ? ARect.Top : ARect.Left;
     const int32_t yb = vertical ? ARect.Left : ARect.Top;
     FScreenUsedWidth = w;

@@ -185,6 +185,26 @@ TEST_F(TPlotFixture, NaNAndInfiniteSamplesNeitherCrashNorTakePartInColumns)
     EXPECT_TRUE(Plotted(1).empty());
 }
 
+TEST_F(TPlotFixture, UnboundedAxesAndEmptyViewsDrawWithoutFault)
+{
+    Ramp(Noise(5000, 13));
+    const std::vector<std::pair<double, double>> Ranges{{-Inf, Inf}, {-1e308, 1e308}, {5.0, 5.0}, {0.0, 1e-300}};
+    for (const auto& [Lo, Hi] : Ranges) {
+        SetYRange(Lo, Hi);
+        SetXRange(Lo, Hi);
+        for (TQVScopeChannelMode Mode : {cmLine, cmStep, cmBar, cmPoint}) {
+            Channel()->SetChannelMode(Mode);
+            Draw();
+            for (const auto& [X, Y] : Plotted()) {
+                EXPECT_TRUE(X == QVMissingPixel || std::abs(X) <= 10000000) << Lo << ".." << Hi;
+                EXPECT_TRUE(Y == QVMissingPixel || std::abs(Y) <= 10000000) << Lo << ".." << Hi;
+            }
+        }
+    }
+    Rect = TRect{10, 10, 5, 5}; // no size at all
+    Draw();
+}
+
 TEST_F(TPlotFixture, BarsFollowWidthShadeAndTheSampleDrawEvent)
 {
     Ramp({25.0, 50.0, 75.0, 100.0});
