@@ -93,7 +93,8 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
     if (!GetVisible() || n == 0 || !XAxis || !YAxis)
         return;
 
-    // Step 1: the scale.
+    // The scale: the X axis' zoomed window in real units (a flat one opened by 1 on each
+    // side) and in data units, and the mapping of both axes.
     double smin = XAxis->GetScaleTotalReal().GetZoomed().GetMin().GetValue();
     double smax = XAxis->GetScaleTotalReal().GetZoomed().GetMax().GetValue();
     if (smin == smax) {
@@ -119,14 +120,14 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
     const int32_t yb = vertical ? ARect.Left : ARect.Top;
     FScreenUsedWidth = w;
 
-    // Step 2: the user's look at the data.
+    // The user's look at the data, inside painting.
     if (FOnChannelDraw) {
         TInDrawScope InDraw(FOwner);
         FOnChannelDraw(this, GetIndex(), YDraw.Read(), n, GetDataChanged());
     }
 
-    // Step 3: the extents; scanned only when the data is new, or when the cache that holds
-    // them was forgotten.
+    // The extents of the data; scanned only when the data is new, or when the cache that
+    // holds them was forgotten.
     const bool DataChanged = GetDataChanged();
     double xmin = FCurrentXMin, xmax = FCurrentXMax, ymin2 = FCurrentYMin, ymax2 = FCurrentYMax;
     if (DataChanged || FCurrentDataSize != n) {
@@ -139,7 +140,7 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         ymax2 = YDraw.Max();
     }
 
-    // Steps 4 to 6: the used width, the visible slice and whether it is downsampled.
+    // The columns the data occupies, the samples on screen, and whether they are cut down.
     const bool IsRamp = FDrawIsRamp;
     FScreenUsedWidth = QVScreenUsedWidth(w, xmin, xmax, dmin, dmax);
     const TQVScreenSlice Slice = QVScreenSlice(n, IsRamp, xlog, FScreenUsedWidth, xmin, xmax, dmin, dmax);
@@ -148,7 +149,7 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
     const bool Downsampled = QVIsDownsampled(IsRamp, xlog, FScreenUsedWidth, c);
     const int32_t d = Downsampled ? 2 * FScreenUsedWidth : std::max(c, 0);
 
-    // Step 7: what changed since the last computation. Besides the limits, the mapping
+    // What changed since the last computation. Besides the limits, the mapping
     // itself is compared (offsets, factors, the turn): reversing an axis or turning the
     // display keeps every limit and still moves every pixel.
     const double DataSpan = FullSpan(XAxis->GetDataTotal());
@@ -181,7 +182,7 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         const double* XS = FXScreenDataBuffer->Read();
         const double* YS = FYScreenDataBuffer->Read();
 
-        // Step 8: recomputation.
+        // Recomputation.
         double span = smax - smin;
         if (span == 0.0)
             span = 1.0;
@@ -281,7 +282,7 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
             FYDrawMinValue = FYDrawMaxValue = -1;
     }
 
-    // Step 9: the plot.
+    // The plot.
     (this->*ADrawProc)(ACanvas, AColor, ARect, yoff, FYScreenDataBuffer->Read(), FXScreenDataBuffer->Read(),
                        FYScreenDataBuffer->GetSize(), *FScaledIntDrawBufferX, *FScaledIntDrawBufferY, Printing);
 }
