@@ -41,20 +41,6 @@ const TQLClassInfo& TQVAxisFormat::StaticClassInfo()
     return Info;
 }
 
-// ---- TQVScopeXAxisUnitScale ----
-
-const TQLClassInfo& TQVScopeXAxisUnitScale::StaticClassInfo()
-{
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVScopeXAxisUnitScale>("TQVScopeXAxisUnitScale", &TQLPersistentNotify::StaticClassInfo())
-            .Property("AutoScale", &TQVScopeXAxisUnitScale::GetAutoScale, &TQVScopeXAxisUnitScale::SetAutoScale,
-                      true)
-            .Property("Exponent", &TQVScopeXAxisUnitScale::GetExponent, &TQVScopeXAxisUnitScale::SetExponent,
-                      int32_t(0))
-            .Build();
-    return Info;
-}
-
 // ---- Unit texts ----
 
 int32_t QVGetUnitExponent(double ASampleRate, bool AAutoScale, int32_t AExponent)

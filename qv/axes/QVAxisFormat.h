@@ -1,11 +1,12 @@
 #pragma once
 // How an axis writes its numbers and names its unit: the number format of the tick texts,
-// the unit scale of a scope X axis, the ticks modes that decide what an X axis counts in, and
-// the event through which the host may write tick texts itself.
+// the unit and title texts of a scope X axis (whose ticks mode and unit scale stand with the
+// scope axes' settings), and the event through which the host may write tick texts itself.
 //
 // The unit texts are free functions of what they depend on (the domain, the unit exponent),
 // so that every axis class can ask them without knowing the others.
 
+#include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/foundation/QLEnumInfo.h"
 #include "qv/foundation/QLPersistent.h"
 
@@ -16,19 +17,6 @@
 namespace qv {
 
 enum TQVPrecisionMode : uint8_t { dpmGeneral, dpmScientific };
-
-// What the ticks of a scope X axis count: decided by the channels' domains (atmAuto), the
-// channels' own X values, sample numbers, frequency, intensity, time, or two given printed
-// limits (atmManual).
-enum TQVDisplayAxisTicksMode : uint8_t {
-    atmAuto,
-    atmAxis,
-    atmBufferSamples,
-    atmFrequency,
-    atmIntensity,
-    atmTime,
-    atmManual
-};
 
 // Asked for every tick text when assigned: may replace AxisLabel, the text about to be drawn.
 using TQVCustomAxisLabelEvent = std::function<void(TQLPersistent* Sender, double SampleValue, std::string& AxisLabel)>;
@@ -58,24 +46,6 @@ private:
     int32_t FPrecisionDefault = 3;
     bool FFixedPrecision = false;
     TQVPrecisionMode FPrecisionMode = dpmGeneral;
-};
-
-// The unit of a scope X axis in the time or frequency domain: chosen from the sample rate
-// (AutoScale), or the given power of ten.
-class TQVScopeXAxisUnitScale : public TQLPersistentNotify {
-public:
-    using TQLPersistentNotify::TQLPersistentNotify;
-
-    bool GetAutoScale() const { return FAutoScale; }
-    void SetAutoScale(bool AValue) { Set(FAutoScale, AValue); }
-    int32_t GetExponent() const { return FExponent; }
-    void SetExponent(int32_t AValue) { Set(FExponent, AValue); }
-
-    QL_CLASS_INFO()
-
-private:
-    bool FAutoScale = true;
-    int32_t FExponent = 0;
 };
 
 // The unit exponent of a scope X axis' title: AExponent when not AAutoScale, else the power
@@ -109,5 +79,3 @@ std::string QVGetScopeXAxisTitle(const std::string& ALabelText, const TQVXAxisTi
 } // namespace qv
 
 QL_DECLARE_ENUM(qv::TQVPrecisionMode, "dpmGeneral", "dpmScientific")
-QL_DECLARE_ENUM(qv::TQVDisplayAxisTicksMode, "atmAuto", "atmAxis", "atmBufferSamples", "atmFrequency", "atmIntensity",
-                "atmTime", "atmManual")

@@ -25,6 +25,7 @@ namespace qv {
 class TQVDisplayComponent;
 class TQVDisplayTitle;
 class TQVChannelMouseHitPoint;
+class TQVDisplayAxis;
 
 enum TQVDisplayNavigateMode : uint8_t { nmZoom, nmPan };
 
@@ -157,6 +158,18 @@ public:
     // The plot area, when the display has one.
     virtual TQVDisplayComponent* GetDataView() const { return nullptr; }
     virtual bool GetIsVertical() const { return false; }
+
+    // ---- Axes by kind and index (a chart has them; a plain display has none) ----
+    // The main X and Y axes.
+    virtual TQVDisplayAxis* GetXAxis() const { return nullptr; }
+    virtual TQVDisplayAxis* GetYAxis() const { return nullptr; }
+    // The position of an axis among all axes of the display; -1 when it has none.
+    virtual int32_t GetAxisIndex(const TQVDisplayAxis* AAxis) const { return -1; }
+    // The index of an X (Y) axis among the X (Y) axes, and back; -1 and null when unknown.
+    virtual int32_t GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const { return -1; }
+    virtual TQVDisplayAxis* GetXAxisByIndex(int32_t AIndex) const { return nullptr; }
+    virtual int32_t GetYAxisIndexOf(const TQVDisplayAxis* AAxis) const { return -1; }
+    virtual TQVDisplayAxis* GetYAxisByIndex(int32_t AIndex) const { return nullptr; }
 
     // ---- Focus, state, cursor shown ----
     virtual bool GetIsFocused() const { return FFocused; }
