@@ -174,6 +174,24 @@ public:
     // The title acting as a button: the mouse is over it, and it is pressed.
     bool GetLabelButtonShown() const { return FLabelButtonShown; }
     bool GetLabelButtonDown() const { return FLabelButtonDown; }
+    // Set when a press of the title asked the display for the axis' setup.
+    bool GetDialogShown() const { return FDialogShown; }
+
+    // ---- The title as a button (QVDisplayAxisButton.cpp) ----
+    // Whether the point (control coordinates) is on the visible title of the strip; shows the
+    // button and the button's cursor while it is, and repaints the title when that changes
+    // or AForceInvalidate. Nothing while Button is not enabled.
+    void ButtonHitTest(int32_t AX, int32_t AY, bool AForceInvalidate);
+    // Moving lights the button under the mouse.
+    void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled) override;
+    // A left press on the title presses the button: Button.OnClick, and unless that handles
+    // it, the display's axis click with this axis' index.
+    void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
+                   bool& AHandled) override;
+    // Releasing the left button releases the button.
+    void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
+    // Leaving the control puts the button out.
+    void MouseLeave() override;
 
     // ---- Drawing ----
     // The base line along the data view, then every tick with its text.
@@ -200,6 +218,7 @@ protected:
     bool FZoomed = false;
     bool FLabelButtonShown = false;
     bool FLabelButtonDown = false;
+    bool FDialogShown = false;
 
 private:
     std::unique_ptr<TQVAxisValue> FMin;
@@ -209,12 +228,16 @@ private:
     std::unique_ptr<TQVDisplayTitleLabel> FAxisLabel;
     std::unique_ptr<TQVViewButtonSettings> FButton;
     TQVCustomAxisLabelEvent FOnCustomLabel;
+    // This axis replaced the display's cursor with the button's.
+    bool FButtonCursorSet = false;
     // What SetTickText left for the tick text being asked for.
     bool FNewText = false;
     std::string FNewTickText;
     // Draws the title's box as a button: fill, a border one pixel outside, rounded corners.
     void DrawLabelButton(TQLCanvas& ACanvas, const TRect& ABox) const;
     void DrawLabel(TQLCanvas& ACanvas, const TQVDisplayFont& AFont, bool APrinting, bool AVertical);
+    // Repaints the title's box and one pixel round it, where the button's border lies.
+    void InvalidateLabelBox();
 
 protected:
     TQVLimitCachedMinMaxValue FDataTotal;

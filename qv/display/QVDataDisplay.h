@@ -165,6 +165,9 @@ public:
     virtual TQVDisplayAxis* GetYAxis() const { return nullptr; }
     // The position of an axis among all axes of the display; -1 when it has none.
     virtual int32_t GetAxisIndex(const TQVDisplayAxis* AAxis) const { return -1; }
+    // A press on an axis title asks for the setup of the axis AIndex (GetAxisIndex); a
+    // display without setup dialogs has nothing to show.
+    virtual void DoAxisClick(int32_t AIndex) {}
     // The index of an X (Y) axis among the X (Y) axes, and back; -1 and null when unknown.
     virtual int32_t GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const { return -1; }
     virtual TQVDisplayAxis* GetXAxisByIndex(int32_t AIndex) const { return nullptr; }

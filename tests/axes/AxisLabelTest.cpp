@@ -370,3 +370,57 @@ TEST_F(AxisLabel, TitleUnderTheMouseIsDrawnAsAButtonUnlessPrinting)
     EXPECT_EQ(Canvas.Count("FillRect"), 0u);
     EXPECT_EQ(Canvas.Count("TextOut"), 1u);
 }
+
+TEST_F(AxisLabel, TitleButtonLightsUnderTheMouseAndPressesOnTheLeftButton)
+{
+    Bottom.SetDrawRect(TRect{60, 321, 461, 361});
+    Bottom.GetAxisLabel()->SetText("Volts"); // box (245, 346)-(276, 359)
+    bool Handled = false;
+    Bottom.MouseMove(0, 250, 350, Handled);
+    EXPECT_TRUE(Bottom.GetLabelButtonShown());
+    EXPECT_EQ(Display.GetShownCursor(), crHandPoint);
+    // Off the title, still on the strip: out again, with the display's own cursor.
+    Bottom.MouseMove(0, 100, 350, Handled);
+    EXPECT_FALSE(Bottom.GetLabelButtonShown());
+    EXPECT_EQ(Display.GetShownCursor(), Display.GetCursor());
+
+    // A press on the title with no handler asks the display for the axis' setup.
+    Handled = false;
+    Bottom.MouseDown(mbLeft, 0, 250, 350, true, Handled);
+    EXPECT_TRUE(Handled);
+    EXPECT_TRUE(Bottom.GetLabelButtonDown());
+    EXPECT_TRUE(Bottom.GetDialogShown());
+    EXPECT_EQ(Display.AxisClicks, (std::vector<int32_t>{Display.GetAxisIndex(&Bottom)}));
+    Bottom.MouseUp(mbLeft, 0, 250, 350, true);
+    EXPECT_FALSE(Bottom.GetLabelButtonDown());
+    EXPECT_TRUE(Bottom.GetLabelButtonShown());
+
+    // A handler that handles the press keeps the setup away; the right button does nothing.
+    int Clicks = 0;
+    Bottom.GetButton()->SetOnClick([&](TQLPersistent* Sender, bool& AHandled) {
+        EXPECT_EQ(Sender, &Bottom);
+        ++Clicks;
+        AHandled = true;
+    });
+    Handled = false;
+    Bottom.MouseDown(mbLeft, 0, 250, 350, true, Handled);
+    Handled = false;
+    Bottom.MouseDown(mbRight, 0, 250, 350, true, Handled);
+    EXPECT_FALSE(Handled);
+    EXPECT_EQ(Clicks, 1);
+    EXPECT_EQ(Display.AxisClicks.size(), 1u);
+
+    // Leaving the control puts the button out, pressed or not.
+    Bottom.MouseLeave();
+    EXPECT_FALSE(Bottom.GetLabelButtonShown());
+    EXPECT_FALSE(Bottom.GetLabelButtonDown());
+
+    // A disabled button or a hidden title never lights.
+    Bottom.GetButton()->SetEnabled(false);
+    Bottom.MouseMove(0, 250, 350, Handled);
+    EXPECT_FALSE(Bottom.GetLabelButtonShown());
+    Bottom.GetButton()->SetEnabled(true);
+    Bottom.GetAxisLabel()->SetVisible(false);
+    Bottom.MouseMove(0, 250, 350, Handled);
+    EXPECT_FALSE(Bottom.GetLabelButtonShown());
+}
