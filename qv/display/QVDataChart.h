@@ -6,6 +6,7 @@
 
 #include "qv/axes/QVScopeXAxis.h"
 #include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/display/QVDataDisplay.h"
 
@@ -41,8 +42,10 @@ public:
 
     // ---- Highlighting ----
     // How the chart's elements light up; made before any element that reads it.
-    TQVDataDisplayHighlighting* GetHighlighting() const { return FHighlighting.get(); }
+    TQVDataDisplayHighlighting* GetHighlighting() const override { return FHighlighting.get(); }
     void SetHighlighting(const TQVDataDisplayHighlighting* AValue) { FHighlighting->Assign(AValue); }
+    // The plot's run-time record of what is lit and dragged; elements' hit tests write it.
+    TQVHighlightInfo* GetHighlightInfo() const override { return &FHighlightInfo; }
 
     // Forgets the autoscaling history of every Y axis, then repaints.
     void InvalidateHistory() override;
@@ -59,6 +62,8 @@ protected:
 
 private:
     std::unique_ptr<TQVDataDisplayHighlighting> FHighlighting;
+    // Written by hit tests that run in const queries as well.
+    mutable TQVHighlightInfo FHighlightInfo;
 };
 
 } // namespace qv

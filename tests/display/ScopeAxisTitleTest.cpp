@@ -71,6 +71,11 @@ TEST(ScopeAxisTitle, HighlightingIsStoredWithTheScopeOnlyWhenChanged)
 {
     TQVScope Scope;
     ASSERT_NE(Scope.GetHighlighting(), nullptr);
+    // Elements reach both through the display they belong to.
+    const TQVDataDisplay& Display = Scope;
+    EXPECT_EQ(Display.GetHighlighting(), Scope.GetHighlighting());
+    ASSERT_NE(Display.GetHighlightInfo(), nullptr);
+    EXPECT_EQ(Display.GetHighlightInfo()->FHighlightedItem, nullptr);
     EXPECT_EQ(QLSaveObject(Scope).Find("Highlighting"), nullptr);
     Scope.GetHighlighting()->GetChannels()->SetHiglightFromMouse(true);
     Scope.GetHighlighting()->GetMouseHitPoint()->SetEnabled(false);
