@@ -82,8 +82,17 @@ void TQVDisplayChannel::VisibleChanged()
     AxesChanged();
 }
 
+void TQVDisplayChannel::BeforeDestruction()
+{
+    TQVOptionalDisplayCollectionItem::BeforeDestruction();
+    AxesChanged();
+}
+
 void TQVDisplayChannel::AxesChanged()
 {
+    // A display on its way out has nothing left to recompute.
+    if (GetLock()->IsDestroying())
+        return;
     if (auto* Chart = dynamic_cast<TQVDataChart*>(GetDisplay()))
         Chart->InvalidateChannelAxes();
 }

@@ -81,6 +81,8 @@ protected:
 
     // Hidden or shown: the axes' ranges, rates and domains change with it.
     void VisibleChanged() override;
+    // A removed channel leaves the axes' ranges too.
+    void BeforeDestruction() override;
     // The axes that read the channel must look again.
     void AxesChanged();
 
