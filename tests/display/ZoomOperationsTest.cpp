@@ -1,0 +1,243 @@
+// Zoom operations of a display over its axes: proportional additional axes, zoom off, data
+// limits, the limits of zooming in and out, wheel zoom and the change report.
+#include "display/ZoomTestSupport.h"
+
+#include "qv/QVScope.h"
+#include "qv/foundation/QLStoredForm.h"
+
+#include <cmath>
+#include <stdexcept>
+
+namespace qvtest {
+namespace {
+
+using TZoomOperations = TZoomFixture;
+
+// An axis whose printed scale is ten times its data scale.
+class TTenfoldAxis : public TListedAxis {
+public:
+    using TListedAxis::TListedAxis;
+    double GetScaleFullTickMax() const override { return 10.0 * TListedAxis::GetScaleFullTickMax(); }
+    double GetDataZoomedMin() const override
+    {
+        return FZoomed ? ScaleTickToData(FZoomMin) : FDataTotal.GetFull().GetMin().GetValue();
+    }
+    double GetDataZoomedMax() const override
+    {
+        return FZoomed ? ScaleTickToData(FZoomMax) : FDataTotal.GetFull().GetMax().GetValue();
+    }
+};
+
+TEST_F(TZoomOperations, AdditionalAxesFollowTheMainAxesByProportion)
+{
+    TListedAxis ExtraX{&Display, false, 0.0, 1000.0};
+    TListedAxis ExtraY{&Display, true, 0.0, 10.0};
+    Display.ZoomTo(20, 60, 10, 30);
+    EXPECT_NEAR(ExtraX.WindowMin(), 200.0, 1e-9);
+    EXPECT_NEAR(ExtraX.WindowMax(), 600.0, 1e-9);
+    EXPECT_NEAR(ExtraY.WindowMin(), 1.0, 1e-9);
+    EXPECT_NEAR(ExtraY.WindowMax(), 3.0, 1e-9);
+
+    // The proportion is taken of the present windows, not of the full ranges.
+    Display.ZoomTo(30, 40, 10, 30);
+    EXPECT_NEAR(ExtraX.WindowMin(), 300.0, 1e-9);
+    EXPECT_NEAR(ExtraX.WindowMax(), 400.0, 1e-9);
+
+    // Undo brings the additional axes back with the main ones.
+    Display.UndoZoom();
+    EXPECT_NEAR(ExtraX.WindowMin(), 200.0, 1e-9);
+    EXPECT_NEAR(ExtraX.WindowMax(), 600.0, 1e-9);
+}
+
+TEST_F(TZoomOperations, AMainAxisWithoutWidthMovesTheOthersByTheirWholeWidth)
+{
+    X.SetLimits(5.0, 5.0);
+    TListedAxis ExtraX{&Display, false, 0.0, 1000.0};
+    EXPECT_NO_THROW(Display.ZoomTo(4, 6, 0, 100));
+    // Pushed a whole width down, then kept from going below its data.
+    EXPECT_DOUBLE_EQ(ExtraX.WindowMin(), 0.0);
+    EXPECT_DOUBLE_EQ(ExtraX.WindowMax(), 1000.0);
+    EXPECT_TRUE(std::isfinite(X.WindowMin()) && std::isfinite(X.WindowMax()));
+}
+
+TEST_F(TZoomOperations, ZoomOffRestoresTheFullRangesAndKeepsTheLastWindow)
+{
+    Display.ZoomTo(10, 50, 20, 80);
+    Reports.clear();
+    Display.ZoomOff();
+    EXPECT_FALSE(Display.IsZoomed());
+    EXPECT_EQ(Windows(), (std::vector<double>{0, 100, 0, 100}));
+    EXPECT_EQ(X.GetZoomMin(), 10.0);
+    EXPECT_EQ(X.GetZoomMax(), 50.0);
+    ASSERT_EQ(Reports.size(), 1u);
+    EXPECT_EQ(Reports[0].Operation, zoZoomOff);
+    EXPECT_EQ(Reports[0].Ranges, (TQVRealRanges{10, 20, 50, 80, 0, 0, 100, 100}));
+
+    Display.UndoZoom();
+    EXPECT_EQ(Windows(), (std::vector<double>{10, 50, 20, 80}));
+}
+
+TEST_F(TZoomOperations, ZoomToDataTakesDataUnitsAndHolds)
+{
+    TTenfoldAxis Tenfold{&Display, true, 0.0, 100.0};
+    Display.ZoomToData(10, 50, 20, 40);
+    EXPECT_TRUE(Display.GetHold());
+    EXPECT_NEAR(X.WindowMin(), 10.0, 1e-9);
+    EXPECT_NEAR(X.WindowMax(), 50.0, 1e-9);
+
+    Display.SetHold(false);
+    Tenfold.ZoomToData(2, 4);
+    EXPECT_NEAR(Tenfold.WindowMin(), 20.0, 1e-9) << "data 2 is printed as 20";
+    EXPECT_NEAR(Tenfold.WindowMax(), 40.0, 1e-9);
+
+    // Without HoldOnZoom, and for ZoomBy, the picture stays live.
+    Display.GetZooming()->SetHoldOnZoom(false);
+    Display.ZoomTo(0, 10, 0, 10);
+    Display.ZoomBy(0.5);
+    EXPECT_FALSE(Display.GetHold());
+}
+
+TEST_F(TZoomOperations, ZoomingStopsAtTheWidthLimitsAndPinnedEdges)
+{
+    for (TListedAxis* Axis : {&X, &Y}) {
+        Axis->GetZooming()->GetRange()->GetLow()->SetValue(10);
+        Axis->GetZooming()->GetRange()->GetLow()->SetEnabled(true);
+        Axis->GetZooming()->GetRange()->GetHigh()->SetValue(100);
+        Axis->GetZooming()->GetRange()->GetHigh()->SetEnabled(true);
+    }
+    EXPECT_TRUE(Display.CanZoomIn());
+    EXPECT_FALSE(Display.CanZoomOut()) << "the full ranges are as wide as allowed";
+
+    Display.ZoomTo(40, 45, 40, 45);
+    EXPECT_NEAR(X.WindowMax() - X.WindowMin(), 10.0, 1e-9) << "widened about its centre";
+    EXPECT_NEAR(X.WindowMin(), 37.5, 1e-9);
+    EXPECT_FALSE(Display.CanZoomIn());
+    EXPECT_TRUE(Display.CanZoomOut());
+    X.ZoomIn();
+    EXPECT_NEAR(X.WindowMax() - X.WindowMin(), 10.0, 1e-9);
+
+    // Only one axis at its limit: the display can still zoom in through the other.
+    Y.ZoomOut();
+    EXPECT_TRUE(Display.CanZoomIn());
+
+    // Both edges pinned by the limits' ranges.
+    TListedAxis Pinned{&Display, false};
+    Pinned.GetMax()->GetRange()->GetLow()->SetValue(60);
+    Pinned.GetMax()->GetRange()->GetLow()->SetEnabled(true);
+    Pinned.GetMin()->GetRange()->GetHigh()->SetValue(40);
+    Pinned.GetMin()->GetRange()->GetHigh()->SetEnabled(true);
+    Pinned.ZoomTo(40, 60);
+    EXPECT_FALSE(Pinned.GetCanZoomIn());
+    Pinned.ZoomTo(30, 70);
+    EXPECT_TRUE(Pinned.GetCanZoomIn());
+}
+
+TEST_F(TZoomOperations, EveryChangeIsReportedOnceWithItsRanges)
+{
+    Display.ZoomTo(10, 50, 20, 80);
+    Display.ZoomBy(2.0);
+    Display.MouseWheelZoom(TPoint{260, 170}, 0.9, 0.9);
+    Display.UndoZoom();
+    Display.RedoZoom();
+    X.ZoomIn();
+    Display.ZoomOff();
+    ASSERT_EQ(Reports.size(), 7u);
+    const TQVZoomOperation Expected[] = {zoZoom, zoZoom, zoMouseWheel, zoUndo, zoRedo, zoZoom, zoZoomOff};
+    for (size_t I = 0; I < Reports.size(); ++I)
+        EXPECT_EQ(Reports[I].Operation, Expected[I]) << "report " << I;
+    EXPECT_EQ(Reports[0].Ranges, (TQVRealRanges{0, 0, 100, 100, 10, 20, 50, 80}));
+    // ZoomBy 2 doubles both windows about their centres.
+    EXPECT_EQ(Reports[1].Ranges.XOldMin, 10.0);
+    EXPECT_EQ(Reports[1].Ranges.XMin, -10.0);
+    EXPECT_EQ(Reports[1].Ranges.XMax, 70.0);
+    EXPECT_EQ(Reports[1].Ranges.YMin, -10.0);
+    EXPECT_EQ(Reports[1].Ranges.YMax, 110.0);
+}
+
+TEST_F(TZoomOperations, BadFactorsAndLimitsAreRejectedBeforeAnythingChanges)
+{
+    Display.ZoomTo(10, 50, 20, 80);
+    EXPECT_THROW(Display.ZoomBy(0.0), std::invalid_argument);
+    EXPECT_THROW(Display.ZoomBy(-1.0, 1.0), std::invalid_argument);
+    EXPECT_THROW(Display.ZoomTo(NAN, 1, 2, 3), std::invalid_argument);
+    EXPECT_THROW(Display.ZoomToData(0, INFINITY, 2, 3), std::invalid_argument);
+    EXPECT_THROW(Display.MouseWheelZoom(TPoint{260, 170}, NAN, 0.9), std::invalid_argument);
+    EXPECT_THROW(X.ZoomTo(NAN, 3), std::invalid_argument);
+    EXPECT_THROW(X.ZoomBy(0.0), std::invalid_argument);
+    TAxisTestDisplay Other;
+    TTestAxis Stranger{&Other, false, vaTop};
+    EXPECT_THROW(Display.MouseWheelZoomAxis(&Stranger, TPoint{260, 170}, 0.9), std::invalid_argument);
+    EXPECT_EQ(Windows(), (std::vector<double>{10, 50, 20, 80}));
+    EXPECT_EQ(Display.GetUndoList().GetCount(), 1);
+    EXPECT_EQ(Reports.size(), 1u);
+}
+
+TEST_F(TZoomOperations, TheWheelKeepsTheValueUnderThePointer)
+{
+    // Centre of the data view: both windows shrink about their centres.
+    Display.MouseWheelZoom(TPoint{260, 170}, 0.5, 0.5);
+    EXPECT_NEAR(X.WindowMin(), 25.0, 0.5);
+    EXPECT_NEAR(X.WindowMax(), 75.0, 0.5);
+
+    // At the right end of the X axis its maximum stays; near the top of the Y axis its
+    // maximum stays.
+    Display.ZoomOff();
+    Display.MouseWheelZoom(TPoint{60 + QVRectWidth(DataView.GetDrawRect()), 20}, 0.5, 0.5);
+    EXPECT_NEAR(X.WindowMax(), 100.0, 1e-9);
+    EXPECT_NEAR(X.WindowMin(), 50.0, 1e-9);
+    EXPECT_NEAR(Y.WindowMax(), 100.0, 1.0);
+    EXPECT_NEAR(Y.WindowMin(), 50.0, 1.0);
+
+    // One direction only.
+    Display.ZoomOff();
+    Display.GetZooming()->SetMode(zmXAxis);
+    Display.MouseWheelZoom(TPoint{260, 170}, 0.5, 0.5);
+    EXPECT_EQ(Y.WindowMin(), 0.0);
+    EXPECT_EQ(Y.WindowMax(), 100.0);
+    EXPECT_LT(X.WindowMax() - X.WindowMin(), 60.0);
+
+    // Switched off: nothing happens and no step is saved.
+    const int Steps = Display.GetUndoList().GetCount();
+    Display.GetZooming()->SetMouseWheelEnabled(false);
+    const std::vector<double> Before = Windows();
+    Display.MouseWheelZoom(TPoint{260, 170}, 0.5, 0.5);
+    EXPECT_EQ(Windows(), Before);
+    EXPECT_EQ(Display.GetUndoList().GetCount(), Steps);
+}
+
+TEST_F(TZoomOperations, AWheelOverOneAxisZoomsOnlyThatAxis)
+{
+    Display.MouseWheelZoomAxis(&Y, TPoint{30, 170}, 0.5);
+    EXPECT_FALSE(X.IsZoomed());
+    EXPECT_TRUE(Y.IsZoomed());
+    EXPECT_NEAR(Y.WindowMax() - Y.WindowMin(), 50.0, 1e-9);
+    ASSERT_EQ(Reports.size(), 1u);
+    EXPECT_EQ(Reports[0].Operation, zoMouseWheel);
+}
+
+TEST_F(TZoomOperations, TheControlsWheelZoomsOverTheDataViewOnly)
+{
+    Display.DoMouseWheelUp(0, TPoint{260, 170});
+    EXPECT_NEAR(X.WindowMax() - X.WindowMin(), 90.0, 1e-9);
+    Display.DoMouseWheelUp(0, TPoint{10, 390});
+    EXPECT_NEAR(X.WindowMax() - X.WindowMin(), 90.0, 1e-9);
+}
+
+TEST(ZoomSettings, TheScopesZoomSettingsRoundTripThroughTheStoredForm)
+{
+    TQVScope Scope;
+    Scope.GetZooming()->SetMode(zmYAxis);
+    Scope.GetZooming()->SetHoldOnZoom(false);
+    Scope.GetZooming()->SetSelectionColor(0xFF123456);
+    Scope.GetZooming()->SetMouseWheelEnabled(false);
+    TQVScope Copy;
+    QLLoadObject(Copy, QLSaveObject(Scope));
+    EXPECT_EQ(Copy.GetZooming()->GetMode(), zmYAxis);
+    EXPECT_FALSE(Copy.GetZooming()->GetHoldOnZoom());
+    EXPECT_EQ(Copy.GetZooming()->GetSelectionColor(), 0xFF123456u);
+    EXPECT_FALSE(Copy.GetZooming()->GetMouseWheelEnabled());
+    EXPECT_TRUE(Copy.GetZooming()->GetMouseZoom());
+}
+
+} // namespace
+} // namespace qvtest
