@@ -1,6 +1,8 @@
 // The zoom history: snapshots, the bounded stack, and undo and redo on a display.
 #include "display/ZoomTestSupport.h"
 
+#include "qv/foundation/QLCollection.h"
+
 #include <stdexcept>
 
 namespace qvtest {

@@ -179,14 +179,14 @@ TEST_F(TZoomOperations, TheWheelKeepsTheValueUnderThePointer)
     EXPECT_NEAR(X.WindowMin(), 25.0, 0.5);
     EXPECT_NEAR(X.WindowMax(), 75.0, 0.5);
 
-    // At the right end of the X axis its maximum stays; near the top of the Y axis its
-    // maximum stays.
+    // At the right end of the X axis its maximum stays, at the top of the Y axis its
+    // maximum: to within a pixel (0.25 here).
     Display.ZoomOff();
     Display.MouseWheelZoom(TPoint{60 + QVRectWidth(DataView.GetDrawRect()), 20}, 0.5, 0.5);
-    EXPECT_NEAR(X.WindowMax(), 100.0, 1e-9);
-    EXPECT_NEAR(X.WindowMin(), 50.0, 1e-9);
-    EXPECT_NEAR(Y.WindowMax(), 100.0, 1.0);
-    EXPECT_NEAR(Y.WindowMin(), 50.0, 1.0);
+    EXPECT_NEAR(X.WindowMax(), 100.0, 0.25);
+    EXPECT_NEAR(X.WindowMin(), 50.0, 0.25);
+    EXPECT_NEAR(Y.WindowMax(), 100.0, 0.25);
+    EXPECT_NEAR(Y.WindowMin(), 50.0, 0.25);
 
     // One direction only.
     Display.ZoomOff();
