@@ -1,6 +1,10 @@
 #include "qv/channels/QVDisplayChannel.h"
 
+#include "qv/display/QVDataChart.h"
 #include "qv/foundation/QLClassBuilder.h"
+
+#include <stdexcept>
+#include <string>
 
 namespace qv {
 
@@ -25,6 +29,65 @@ void TQVDisplayChannel::SetColorDefault(TAlphaColor AValue)
 
 void TQVDisplayChannel::SetWidth(int32_t AValue) { GetBasicLock().SetterMinMax(FWidth, AValue, 1, 2000); }
 
+namespace {
+
+void CheckAxisIndex(const char* AName, int32_t AValue)
+{
+    if (AValue < 0)
+        throw std::out_of_range(std::string("TQVDisplayChannel.") + AName + ": axis index " + std::to_string(AValue) +
+                                " is negative");
+}
+
+} // namespace
+
+void TQVDisplayChannel::SetXAxisIndex(int32_t AValue)
+{
+    CheckAxisIndex("XAxisIndex", AValue);
+    Set(FXAxisIndex, AValue, [this] { AxesChanged(); });
+}
+
+void TQVDisplayChannel::SetYAxisIndex(int32_t AValue)
+{
+    CheckAxisIndex("YAxisIndex", AValue);
+    Set(FYAxisIndex, AValue, [this] { AxesChanged(); });
+}
+
+TQVBasicScopeXAxis* TQVDisplayChannel::GetXAxis() const
+{
+    const auto* Chart = dynamic_cast<const TQVDataChart*>(GetDisplay());
+    if (!Chart)
+        return nullptr;
+    TQVBasicScopeXAxis* Axis = Chart->GetXAxisByIndex(FXAxisIndex);
+    return Axis ? Axis : Chart->GetXAxis();
+}
+
+TQVBasicScopeYAxis* TQVDisplayChannel::GetYAxis() const
+{
+    const auto* Chart = dynamic_cast<const TQVDataChart*>(GetDisplay());
+    if (!Chart)
+        return nullptr;
+    TQVBasicScopeYAxis* Axis = Chart->GetYAxisByIndex(FYAxisIndex);
+    return Axis ? Axis : Chart->GetYAxis();
+}
+
+void TQVDisplayChannel::SetFrequencyDomain(bool AValue) { Set(FFrequencyDomain, AValue, [this] { AxesChanged(); }); }
+
+void TQVDisplayChannel::SetIntensityDomain(bool AValue) { Set(FIntensityDomain, AValue, [this] { AxesChanged(); }); }
+
+void TQVDisplayChannel::SetInAxisDomain(bool AValue) { Set(FInAxisDomain, AValue, [this] { AxesChanged(); }); }
+
+void TQVDisplayChannel::VisibleChanged()
+{
+    TQVOptionalDisplayCollectionItem::VisibleChanged();
+    AxesChanged();
+}
+
+void TQVDisplayChannel::AxesChanged()
+{
+    if (auto* Chart = dynamic_cast<TQVDataChart*>(GetDisplay()))
+        Chart->InvalidateChannelAxes();
+}
+
 const TQLClassInfo& TQVDisplayChannel::StaticClassInfo()
 {
     static const TQLClassInfo Info =
@@ -32,6 +95,8 @@ const TQLClassInfo& TQVDisplayChannel::StaticClassInfo()
             .Color("Color", &TQVDisplayChannel::GetColor, &TQVDisplayChannel::SetColor,
                    &TQVDisplayChannel::GetColorDefault)
             .Property("Width", &TQVDisplayChannel::GetWidth, &TQVDisplayChannel::SetWidth, 1)
+            .Property("XAxisIndex", &TQVDisplayChannel::GetXAxisIndex, &TQVDisplayChannel::SetXAxisIndex, 0)
+            .Property("YAxisIndex", &TQVDisplayChannel::GetYAxisIndex, &TQVDisplayChannel::SetYAxisIndex, 0)
             .Build();
     return Info;
 }

@@ -14,6 +14,9 @@
 
 namespace qv {
 
+class TQVBasicScopeXAxis;
+class TQVBasicScopeYAxis;
+
 class TQVDisplayChannel : public TQVOptionalDisplayCollectionItem {
 public:
     explicit TQVDisplayChannel(TQLCollection* ACollection);
@@ -29,6 +32,29 @@ public:
     // Line width in pixels, kept in 1..2000.
     int32_t GetWidth() const { return FWidth; }
     void SetWidth(int32_t AValue);
+
+    // ---- Axes ----
+    // The X (Y) axis the channel is drawn against: 0 the main axis, N the additional axis
+    // N - 1. A negative index raises std::out_of_range. An index with no axis (yet) draws
+    // against the main axis.
+    int32_t GetXAxisIndex() const { return FXAxisIndex; }
+    void SetXAxisIndex(int32_t AValue);
+    int32_t GetYAxisIndex() const { return FYAxisIndex; }
+    void SetYAxisIndex(int32_t AValue);
+    // The axes the indexes resolve to in the channel's chart; null outside a chart.
+    TQVBasicScopeXAxis* GetXAxis() const;
+    TQVBasicScopeYAxis* GetYAxis() const;
+
+    // ---- Domain: what the samples are (set by the source of the stream) ----
+    // A spectrum: the X axis shows frequencies.
+    bool GetFrequencyDomain() const { return FFrequencyDomain; }
+    void SetFrequencyDomain(bool AValue);
+    // An intensity spectrum.
+    bool GetIntensityDomain() const { return FIntensityDomain; }
+    void SetIntensityDomain(bool AValue);
+    // X values come with the stream.
+    bool GetInAxisDomain() const { return FInAxisDomain; }
+    void SetInAxisDomain(bool AValue);
 
     // ---- Draw stage (control's thread; painting reads it without a lock) ----
     // The buffers stay unchanged until the next hand-over. That one may refill a buffer in
@@ -53,6 +79,11 @@ public:
 protected:
     friend class TQVChannelData;
 
+    // Hidden or shown: the axes' ranges, rates and domains change with it.
+    void VisibleChanged() override;
+    // The axes that read the channel must look again.
+    void AxesChanged();
+
     std::atomic<bool> FIsRamp{false};
     std::shared_ptr<IQVIntegerBuffer> FDrawGapsBuffer;
     mutable TQWCriticalSection FDrawCriticalSection;
@@ -68,6 +99,11 @@ protected:
     TAlphaColor FColor = 0xFFFF0000;
     TAlphaColor FColorDefault = 0xFFFF0000;
     int32_t FWidth = 1;
+    int32_t FXAxisIndex = 0;
+    int32_t FYAxisIndex = 0;
+    bool FFrequencyDomain = false;
+    bool FIntensityDomain = false;
+    bool FInAxisDomain = false;
 };
 
 } // namespace qv

@@ -161,6 +161,18 @@ public:
     virtual TQVDisplayComponent* GetDataView() const { return nullptr; }
     virtual bool GetIsVertical() const { return false; }
 
+    // ---- Axes by kind and index (a chart has them; a plain display has none) ----
+    // The main X and Y axes.
+    virtual TQVDisplayAxis* GetXAxis() const { return nullptr; }
+    virtual TQVDisplayAxis* GetYAxis() const { return nullptr; }
+    // The position of an axis among all axes of the display; -1 when it has none.
+    virtual int32_t GetAxisIndex(const TQVDisplayAxis* AAxis) const { return -1; }
+    // The index of an X (Y) axis among the X (Y) axes, and back; -1 and null when unknown.
+    virtual int32_t GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const { return -1; }
+    virtual TQVDisplayAxis* GetXAxisByIndex(int32_t AIndex) const { return nullptr; }
+    virtual int32_t GetYAxisIndexOf(const TQVDisplayAxis* AAxis) const { return -1; }
+    virtual TQVDisplayAxis* GetYAxisByIndex(int32_t AIndex) const { return nullptr; }
+
     // ---- Focus, state, cursor shown ----
     virtual bool GetIsFocused() const { return FFocused; }
     void SetFocus();
@@ -221,9 +233,6 @@ public:
     // limits that are not finite raise std::invalid_argument.
     TQVDisplayZoom* GetZooming() const { return FZooming.get(); }
     void SetZooming(const TQVDisplayZoom* AValue);
-    // The main X and Y axes; by default the first of each list, null when there is none.
-    virtual TQVDisplayAxis* GetXAxis() const;
-    virtual TQVDisplayAxis* GetYAxis() const;
     // Every axis back to its full range.
     virtual void ZoomOff();
     // Scales every axis' window about its centre; below 1 zooms in.

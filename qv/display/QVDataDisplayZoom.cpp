@@ -58,10 +58,6 @@ void ZoomDirectionTo(TQVDisplayAxis* AMain, const TQVDisplayAxisList& AAxes, dou
 
 void TQVDataDisplay::SetZooming(const TQVDisplayZoom* AValue) { FZooming->Assign(AValue); }
 
-TQVDisplayAxis* TQVDataDisplay::GetXAxis() const { return FXAxes.GetCount() > 0 ? FXAxes.GetItem(0) : nullptr; }
-
-TQVDisplayAxis* TQVDataDisplay::GetYAxis() const { return FYAxes.GetCount() > 0 ? FYAxes.GetItem(0) : nullptr; }
-
 // ---- History ----
 
 std::unique_ptr<TQVAxisZoomList> TQVDataDisplay::GetAxisUndoList() const

@@ -3,7 +3,7 @@
 // guards the passage of data from all channels to their draw buffers, and hands new data
 // over on each refresh tick.
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/display/QVDataChart.h"
 #include "qv/foundation/QWCriticalSection.h"
 
 #include <atomic>
@@ -13,12 +13,12 @@ namespace qv {
 
 class TQVScopeChannels;
 
-class TQVScope : public TQVDataDisplay {
+class TQVScope : public TQVDataChart {
 public:
     TQVScope();
     ~TQVScope() override;
 
-    TQVScopeChannels* GetChannels() const { return FChannels.get(); }
+    TQVScopeChannels* GetChannels() const override { return FChannels.get(); }
     void SetChannels(const TQVScopeChannels* AValue);
 
     // The longest kept channel buffer; 0 keeps everything. Lowering it trims every channel
@@ -29,11 +29,20 @@ public:
     // Guards the hand-over of all channels; taken before any channel's own sections.
     TQWCriticalSection& GetAllChannelSection() { return FAllChannelSection; }
 
-    // Moves every channel's new data into its draw buffers, unless held. Returns whether
-    // the picture must be recomputed.
+    // The time axis runs vertically: the whole display is turned by a quarter.
+    bool GetVertical() const { return FVertical; }
+    void SetVertical(bool AValue);
+    bool GetIsVertical() const override { return FVertical; }
+
+    // Moves every channel's new data into its draw buffers, unless held; then refreshes the
+    // X axes' sample counts and, after new data, every axis' limits and the Y axes'
+    // autoscaling history. Returns whether the picture must be recomputed.
     bool PopulateDrawBuffers() override;
+    // Each X axis in turn refreshes its sample count from the channels.
+    void PopulateMaxSample();
     void InvalidateRecalc() override;
-    void InvalidateHistory() override;
+    // A stored Y range of no width (1 to 1) opens to -1 to 1.
+    void Loaded() override;
 
     // A user draw event is running: invalidation requests are ignored meanwhile.
     bool GetInDraw() const { return FInDraw.load(std::memory_order_acquire); }
@@ -46,6 +55,7 @@ protected:
     std::atomic<bool> FInDraw{false};
 
 private:
+    bool FVertical = false;
     std::unique_ptr<TQVScopeChannels> FChannels;
     // Producers read it on their threads.
     std::atomic<uint32_t> FSizeLimit{0};

@@ -29,6 +29,13 @@ private:
     TQVDisplayAxisList& List() { return IsY ? GetDisplay()->GetYAxes() : GetDisplay()->GetXAxes(); }
 };
 
+// A display whose main axes are the first of its X and Y lists.
+class TZoomTestDisplay : public TAxisTestDisplay {
+public:
+    TQVDisplayAxis* GetXAxis() const override { return GetXAxes().GetCount() ? GetXAxes().GetItem(0) : nullptr; }
+    TQVDisplayAxis* GetYAxis() const override { return GetYAxes().GetCount() ? GetYAxes().GetItem(0) : nullptr; }
+};
+
 struct TZoomReport {
     TQVZoomOperation Operation;
     TQVRealRanges Ranges;
@@ -52,7 +59,7 @@ protected:
     // The windows of the main axes as (x min, x max, y min, y max).
     std::vector<double> Windows() const { return {X.WindowMin(), X.WindowMax(), Y.WindowMin(), Y.WindowMax()}; }
 
-    TAxisTestDisplay Display;
+    TZoomTestDisplay Display;
     TQLRecordingCanvas Canvas;
     TTestDataView DataView{&Display};
     TListedAxis X{&Display, false};

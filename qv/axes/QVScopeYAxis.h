@@ -1,0 +1,159 @@
+#pragma once
+// The Y axes of a scope. With autoscaling on, the scale follows the data in view, with a
+// memory of the last frames' extremes (PopulateScaleHistory, once per refresh with new data),
+// a margin beyond the data and a hysteresis, so that a noisy signal does not make the scale
+// jump with every frame: the scale grows at once and shrinks only when an edge has moved in
+// by more than the threshold. A zoomed axis ignores autoscaling.
+//
+// The main Y axis owns any number of additional Y axes; a channel picks its axis by
+// YAxisIndex (0 the main axis, N the additional axis N - 1).
+
+#include "qv/axes/QVDisplayYAxis.h"
+#include "qv/axes/QVScopeAxisSettings.h"
+#include "qv/display/QVDisplayCollection.h"
+#include "qv/display/QVDisplayCollectionItem.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qv {
+
+class TQVDataChart;
+class TQVScopeChannel;
+
+class TQVBasicScopeYAxis : public TQVDisplayYAxis {
+public:
+    TQVBasicScopeYAxis(TQVDataChart* AChart, TQVViewAlign AAlign = vaLeft);
+    ~TQVBasicScopeYAxis() override;
+
+    TQVDataChart* GetChart() const { return FChart; }
+
+    // ---- Settings ----
+    TQVScopeAutoScaling* GetAutoScaling() const { return FAutoScaling.get(); }
+    void SetAutoScaling(const TQVScopeAutoScaling* AValue) { FAutoScaling->Assign(AValue); }
+    TQVDisplayAxisCursorSettings* GetCursorSettings() const { return FCursorSettings.get(); }
+    void SetCursorSettings(const TQVDisplayAxisCursorSettings* AValue) { FCursorSettings->Assign(AValue); }
+    // The text the axis title starts with: "Y Axis", "Y Axis N" on additional axes.
+    const std::string& GetAxisLabelDefault() const { return FAxisLabelDefault; }
+    void SetAxisLabelDefault(const std::string& AValue) { FAxisLabelDefault = AValue; }
+
+    // ---- Channels on the axis ----
+    // The channels whose Y axis this is, in the chart's order.
+    std::vector<TQVScopeChannel*> GetAssociatedChannels() const;
+
+    // ---- Autoscaling ----
+    // The finite extremes of the visible channels on the axis over the X axis' sample range;
+    // Min.Value (Max.Value) when no channel has more than one sample; a window one unit wide
+    // round a flat signal.
+    double GetCalcMinCurrentScale() const;
+    double GetCalcMaxCurrentScale() const;
+    // Writes this frame's extremes into the history.
+    void PopulateScaleHistory();
+    // Forgets the history.
+    void InvalidateHistory();
+    uint32_t GetValBufIndex() const { return FValBufIndex; }
+    uint32_t GetValBufSize() const { return FValBufSize; }
+    // The limits last handed out by an autoscaled, unzoomed axis.
+    double GetCurrentMin() const { return FCurrentMin; }
+    double GetCurrentMax() const { return FCurrentMax; }
+
+    // ---- Limits ----
+    double GetDataFullMin() const override;
+    double GetDataFullMax() const override;
+    double GetDataZoomedMin() const override;
+    double GetDataZoomedMax() const override;
+    double GetRangeWidth(bool ALogarithmic) const override;
+    bool GetRestrictMinMax() const override { return false; }
+    void InvalidateStep() override;
+    bool GetIsZoomed() const { return FZoomed; }
+
+    // ---- Mouse support ----
+    // Limits a pan by AOffset printed units to Min.Range and Max.Range. The low bounds
+    // answer with the offset's sign turned round, so a pan past a low bound bounces back.
+    virtual void AdjustOffset(double& AOffset) const;
+    // With CursorSettings.SnapToSample: moves AValue onto the nearest sample of each channel
+    // on the axis in turn.
+    virtual void AlignValue(double& AValue) const;
+    double SampleToScaleRange(double AValue) const { return AValue; }
+
+    // ---- Stored form ----
+    // Older forms: Min.Value, Max.Value, then optionally the range bounds of Min and Max,
+    // then optionally those of the zoom width.
+    void ReadData(const std::string& AText);
+
+    QL_CLASS_INFO()
+
+private:
+    // The older lists are read, never written.
+    bool GetLegacyStored() const { return false; }
+    // Whether a visible channel on the axis holds more than AMinCount samples.
+    bool HasChannelWithMoreThan(int32_t AMinCount) const;
+    // The finite extremes of the visible channels on the axis; false when none qualified.
+    bool CalcCurrentExtremes(double& AMin, double& AMax) const;
+
+    TQVDataChart* FChart;
+    std::unique_ptr<TQVScopeAutoScaling> FAutoScaling;
+    std::unique_ptr<TQVDisplayAxisCursorSettings> FCursorSettings;
+    uint32_t FValBufIndex = 0;
+    uint32_t FValBufSize = 0;
+    // Written by the const zoomed-limit getters: the hysteresis remembers them.
+    mutable double FCurrentMin = 0.0;
+    mutable double FCurrentMax = 0.0;
+    std::string FAxisLabelDefault = "Y Axis";
+};
+
+class TQVScopeYAxesCollectionItem;
+
+// A Y axis held by an item of the main Y axis' AdditionalAxes.
+class TQVAdditionalScopeYAxis : public TQVBasicScopeYAxis {
+public:
+    TQVAdditionalScopeYAxis(TQVDataChart* AChart, TQVScopeYAxesCollectionItem* AOwnerItem);
+    TQVScopeYAxesCollectionItem* GetOwnerItem() const { return FOwnerItem; }
+
+    QL_CLASS_INFO()
+
+private:
+    TQVScopeYAxesCollectionItem* FOwnerItem;
+};
+
+class TQVScopeYAxesCollectionItem : public TQVDisplayCollectionItem {
+public:
+    explicit TQVScopeYAxesCollectionItem(TQLCollection* ACollection);
+    ~TQVScopeYAxesCollectionItem() override;
+
+    TQVAdditionalScopeYAxis* GetAxis() const { return FAxis.get(); }
+    void SetAxis(const TQVAdditionalScopeYAxis* AValue) { FAxis->Assign(AValue); }
+    // Names the axis "Y Axis " and the item's index.
+    void AfterConstruction();
+
+    QL_CLASS_INFO()
+
+private:
+    std::unique_ptr<TQVAdditionalScopeYAxis> FAxis;
+};
+
+class TQVScopeYAxesCollection : public TQVDisplayCollection<TQVScopeYAxesCollectionItem> {
+public:
+    using TQVDisplayCollection<TQVScopeYAxesCollectionItem>::TQVDisplayCollection;
+    void NewItemCreated(TQLCollectionItem* AItem) override;
+
+    QL_CLASS_INFO()
+};
+
+// The main Y axis of a scope.
+class TQVScopeYAxis : public TQVBasicScopeYAxis {
+public:
+    explicit TQVScopeYAxis(TQVDataChart* AChart);
+    ~TQVScopeYAxis() override;
+
+    TQVScopeYAxesCollection* GetAdditionalAxes() const { return FAdditionalAxes.get(); }
+    void SetAdditionalAxes(const TQVScopeYAxesCollection* AValue) { FAdditionalAxes->Assign(AValue); }
+
+    QL_CLASS_INFO()
+
+private:
+    std::unique_ptr<TQVScopeYAxesCollection> FAdditionalAxes;
+};
+
+} // namespace qv

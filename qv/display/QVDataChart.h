@@ -1,0 +1,55 @@
+#pragma once
+// A display with axes and channels: the base of the scope. It owns the main X and Y axes
+// (each with its additional axes) and resolves the axis indexes by which channels and
+// elements refer to axes: index 0 is the main axis, index N the additional axis N - 1.
+// Across both kinds (GetAxisIndex) the X axes come first, then the Y axes.
+
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/axes/QVScopeYAxis.h"
+#include "qv/display/QVDataDisplay.h"
+
+#include <memory>
+
+namespace qv {
+
+class TQVScopeChannels;
+
+class TQVDataChart : public TQVDataDisplay {
+public:
+    TQVDataChart();
+    ~TQVDataChart() override;
+
+    // The chart's channels; a derived chart owns them.
+    virtual TQVScopeChannels* GetChannels() const = 0;
+
+    // ---- Axes ----
+    TQVScopeXAxis* GetXAxis() const override { return FXAxis.get(); }
+    void SetXAxis(const TQVScopeXAxis* AValue) { FXAxis->Assign(AValue); }
+    TQVScopeYAxis* GetYAxis() const override { return FYAxis.get(); }
+    void SetYAxis(const TQVScopeYAxis* AValue) { FYAxis->Assign(AValue); }
+
+    // The position of AAxis among all axes: the main X axis 0, the additional X axes 1 to
+    // N, the main Y axis N + 1, the additional Y axes after it; -1 for a foreign axis.
+    int32_t GetAxisIndex(const TQVDisplayAxis* AAxis) const override;
+    // 0 for the main axis, N for the additional axis N - 1, -1 for a foreign axis.
+    int32_t GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const override;
+    int32_t GetYAxisIndexOf(const TQVDisplayAxis* AAxis) const override;
+    // The axis of an index; null when there is none (an index read before its axis exists).
+    TQVBasicScopeXAxis* GetXAxisByIndex(int32_t AIndex) const override;
+    TQVBasicScopeYAxis* GetYAxisByIndex(int32_t AIndex) const override;
+
+    // Forgets the autoscaling history of every Y axis, then repaints.
+    void InvalidateHistory() override;
+    // What the X axes learn from the channels (domains, sample rates, ranges) and what the
+    // Y axes take from them is stale: a channel changed its axis, visibility or domain.
+    void InvalidateChannelAxes();
+
+    QL_CLASS_INFO()
+
+protected:
+    // Created by the derived chart's constructor in its order of views; freed before it.
+    std::unique_ptr<TQVScopeXAxis> FXAxis;
+    std::unique_ptr<TQVScopeYAxis> FYAxis;
+};
+
+} // namespace qv
