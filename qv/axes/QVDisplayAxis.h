@@ -193,6 +193,9 @@ public:
 protected:
     // The allowed width of the zoom window: Zooming.Range.
     virtual const TQVDisplayValueRange* GetZoomWidthRange() const;
+    // Scales the zoom window about its centre by AValue and corrects it, leaving the step
+    // and the layout alone.
+    void ScaleZoomWindow(double AValue);
     // Min or Max changed: every limit anew, and a new layout.
     void LimitsChanged();
 

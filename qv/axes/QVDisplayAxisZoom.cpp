@@ -149,6 +149,14 @@ bool TQVDisplayAxis::GetCanZoomOut() const
 void TQVDisplayAxis::IntZoom(double AValue, TQVZoomOperation /*AOperation*/)
 {
     auto Guard = GetLock()->AcquireWrite();
+    ScaleZoomWindow(AValue);
+    FValidStep = false;
+    InvalidateRecalc();
+}
+
+void TQVDisplayAxis::ScaleZoomWindow(double AValue)
+{
+    auto Guard = GetLock()->AcquireWrite();
     const double Lo = FScaleTick.GetZoomed().GetMin().GetValue();
     const double Hi = FScaleTick.GetZoomed().GetMax().GetValue();
     const double Width = Hi - Lo;
@@ -157,9 +165,7 @@ void TQVDisplayAxis::IntZoom(double AValue, TQVZoomOperation /*AOperation*/)
     FZoomMin = Lo - Delta;
     CorrectMinMax();
     FZoomed = true;
-    FValidStep = false;
     InvalidateMinMaxCache(false);
-    InvalidateRecalc();
 }
 
 void TQVDisplayAxis::IntZoomBy(double AValue) { IntZoom(AValue, zoZoom); }

@@ -38,6 +38,11 @@ public:
     TQVBasicScopeXAxis* GetXAxisByIndex(int32_t AIndex) const override;
     TQVBasicScopeYAxis* GetYAxisByIndex(int32_t AIndex) const override;
 
+    // Limits a pan of AX and AY printed units of the main axes: each main axis clamps its
+    // own offset, then each additional axis, given the same share of its own window, may
+    // pull the offset of its direction down so that every axis moves by one proportion.
+    void AdjustOffsets(double& AX, double& AY) const;
+
     // Forgets the autoscaling history of every Y axis, then repaints.
     void InvalidateHistory() override;
     // What the X axes learn from the channels (domains, sample rates, ranges) and what the
