@@ -188,6 +188,18 @@ public:
     // Lets an axis change the wheel factor for a window of width AWidth; none here.
     virtual void AdjustZoomFactor(double AWidth, double& AFactor) {}
 
+    // ---- Panning ----
+    // A drag starts at (AX, AY): the window it starts from is remembered.
+    void IntSaveMouseDownZoom(int32_t AX, int32_t AY);
+    // Remembers the present window as the start of a drag.
+    void SetMouseZoomValues();
+    // The drag has gone from AFrom to ATo: a zoomed axis moves its window along with the
+    // pointer, and reports the pan.
+    virtual void MouseMoveScale(const TPoint& AFrom, const TPoint& ATo);
+    // Moves the window from the drag's start by AValue printed units, never beyond the
+    // full scale.
+    virtual void MouseOffsetBy(double AValue);
+
     QL_CLASS_INFO()
 
 protected:
@@ -196,6 +208,9 @@ protected:
     // Scales the zoom window about its centre by AValue and corrects it, leaving the step
     // and the layout alone.
     void ScaleZoomWindow(double AValue);
+    // A drag of APixels along the axis in printed units of the present window; 0 while the
+    // data view has no length.
+    double DragToScale(int32_t APixels) const;
     // Min or Max changed: every limit anew, and a new layout.
     void LimitsChanged();
 
@@ -206,6 +221,9 @@ protected:
     double FZoomMin = 0.0;
     double FZoomMax = 0.0;
     bool FZoomed = false;
+    // The window when the drag started.
+    double FMouseZoomMin = 0.0;
+    double FMouseZoomMax = 0.0;
 
 private:
     std::unique_ptr<TQVDisplayAxisZoom> FZooming;

@@ -242,4 +242,55 @@ void TQVDisplayAxis::MouseWheelZoomInt(const TPoint& APoint, double AFactor)
     FZoomed = true;
 }
 
+// ---- Panning ----
+
+void TQVDisplayAxis::IntSaveMouseDownZoom(int32_t AX, int32_t AY)
+{
+    FLeftMouseDownPoint = TPoint{AX, AY};
+    SetMouseZoomValues();
+}
+
+void TQVDisplayAxis::SetMouseZoomValues()
+{
+    FMouseZoomMin = FScaleTick.GetZoomed().GetMin().GetValue();
+    FMouseZoomMax = FScaleTick.GetZoomed().GetMax().GetValue();
+}
+
+double TQVDisplayAxis::DragToScale(int32_t APixels) const
+{
+    const TRect View = GetDataViewRect();
+    const int32_t Length = GetIsVertical() ? QVRectHeight(View) : QVRectWidth(View);
+    if (Length <= 0)
+        return 0.0;
+    return APixels * GetScaleZoomedTickRange() / Length;
+}
+
+void TQVDisplayAxis::MouseMoveScale(const TPoint& AFrom, const TPoint& ATo)
+{
+    if (!FZoomed)
+        return;
+    FLeftMouseDownPoint = AFrom;
+    MouseOffsetBy(DragToScale(GetIsVertical() ? ATo.Y - AFrom.Y : ATo.X - AFrom.X));
+}
+
+void TQVDisplayAxis::MouseOffsetBy(double AValue)
+{
+    auto Guard = GetLock()->AcquireWrite();
+    if (FReversed)
+        AValue = 0.0 - AValue;
+    const double FullMin = FScaleTick.GetFull().GetMin().GetValue();
+    const double FullMax = FScaleTick.GetFull().GetMax().GetValue();
+    if (FMouseZoomMin - AValue < FullMin)
+        AValue = FMouseZoomMin - FullMin;
+    if (FMouseZoomMax - AValue > FullMax)
+        AValue = FMouseZoomMax - FullMax;
+    TQVDataDisplay* Display = GetDisplay();
+    const TQVRealRanges Kept = Display->GetZoomRanges();
+    FZoomMax = FMouseZoomMax - AValue;
+    FZoomMin = FMouseZoomMin - AValue;
+    CorrectMinMax();
+    Display->ZoomChanged(Kept, zoMousePan);
+    InvalidateMinMaxCache(false);
+}
+
 } // namespace qv

@@ -223,6 +223,29 @@ TEST_F(TZoomOperations, TheControlsWheelZoomsOverTheDataViewOnly)
     EXPECT_NEAR(X.WindowMax() - X.WindowMin(), 90.0, 1e-9);
 }
 
+TEST_F(TZoomOperations, ADragPansAZoomedAxisWithinItsData)
+{
+    X.ZoomTo(20, 40, false);
+    Reports.clear();
+    const double Width = QVRectWidth(DataView.GetDrawRect());
+    X.IntSaveMouseDownZoom(100, 100);
+    X.MouseMoveScale(TPoint{100, 100}, TPoint{300, 100});
+    EXPECT_NEAR(X.WindowMin(), 20.0 - 200 * 20.0 / Width, 1e-9) << "the window follows the pointer";
+    EXPECT_NEAR(X.WindowMax(), 40.0 - 200 * 20.0 / Width, 1e-9);
+    // Each move counts from where the drag began, and stops at the start of the data.
+    X.MouseMoveScale(TPoint{100, 100}, TPoint{3000, 100});
+    EXPECT_DOUBLE_EQ(X.WindowMin(), 0.0);
+    EXPECT_DOUBLE_EQ(X.WindowMax(), 20.0);
+    ASSERT_EQ(Reports.size(), 2u);
+    EXPECT_EQ(Reports[1].Operation, zoMousePan);
+
+    // An axis that is not zoomed shows all its data and does not move.
+    Y.IntSaveMouseDownZoom(100, 100);
+    Y.MouseMoveScale(TPoint{100, 100}, TPoint{100, 200});
+    EXPECT_FALSE(Y.IsZoomed());
+    EXPECT_EQ(Reports.size(), 2u);
+}
+
 TEST(ZoomSettings, TheScopesZoomSettingsRoundTripThroughTheStoredForm)
 {
     TQVScope Scope;
