@@ -3,6 +3,7 @@
 
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVScopeChannel.h"
+#include "qv/decor/QVDisplayTitle.h"
 #include "qv/display/QVDisplayZoom.h"
 #include "qv/display/QVDisplayZoomList.h"
 #include "qv/display/QVScope.h"

@@ -1,177 +1,107 @@
-// QVScope demo: draws a small scope-like picture through the canvas into a TQLBitmap, shows
-// it in a window or, with --offscreen, only writes it out.
+// QVScope demo: a live scope fed from a producer thread.
 //
-//   qv_demo [--offscreen] [--out DIR]
+// Three channels at 100,000 samples per second each: a noisy sine, a square wave that drops
+// out now and then (its line breaks there), and a repeating chirp. The scope keeps the last
+// 1,000,000 samples of each. Zoom with the wheel or by dragging a box; undo with the tool bar
+// or the right button, as the scope offers.
 //
-// --out DIR writes DIR/canvas.png (the directory is made when missing). --offscreen needs no
-// display and implies writing the picture (to the current directory without --out).
+//   qv_demo [--offscreen] [--out DIR] [--seconds N]
+//
+// With a display it opens a window. With --offscreen (the platform needs no display) it runs
+// for N seconds (default 3) and writes DIR/scope-1.png, DIR/scope-2.png, ... one a second,
+// and DIR/scope.png at the end (DIR defaults to the current directory).
 
-#include <qv/foundation/QLBitmap.h>
-#include <qv/foundation/QVMarkerShapes.h>
-#include <qv/qt/QLQtCanvas.h>
+#include <qv/QVScope.h>
 #include <qv/qt/QLQtImage.h>
+#include <qv/qt/QVScopeWidget.h>
 
 #include <QApplication>
 #include <QDir>
-#include <QLabel>
-#include <QPixmap>
+#include <QTimer>
 
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <exception>
 #include <numbers>
+#include <random>
 #include <stdexcept>
 #include <string>
+#include <thread>
+#include <vector>
 
 using namespace qv;
 
 namespace {
 
-constexpr int32_t PictureWidth = 640;
-constexpr int32_t PictureHeight = 420;
+constexpr double SampleRate = 100'000.0;
+constexpr uint32_t KeptSamples = 1'000'000;
+constexpr int BlockMs = 10;
+constexpr int BlockSamples = int(SampleRate) * BlockMs / 1000;
 
-constexpr TAlphaColor Background = 0xFF14161C;
-constexpr TAlphaColor FrameColor = 0xFFB0B4C0;
-constexpr TAlphaColor GridColor = 0xFF3A3F4C;
-constexpr TAlphaColor TextColor = 0xFFE0E2E8;
-
-void DrawTextCentred(TQLCanvas& C, int32_t X, int32_t Y, const std::string& AText)
-{
-    C.TextOut(X - C.TextWidth(AText) / 2, Y, AText);
-}
-
-// The plot: frame, dashed grid, ticks with labels, two signals, axis titles turned.
-void DrawPlot(TQLCanvas& C, const TRect& APlot)
-{
-    const int32_t W = APlot.Width();
-    const int32_t H = APlot.Height();
-    const int32_t MidY = APlot.Top + H / 2;
-
-    C.GetBrush().SetStyle(bsClear);
-    C.SetPenWidth(1);
-    C.GetPen().SetColor(GridColor);
-    C.SetPenStyle(psDash);
-    for (int32_t I = 1; I < 10; ++I) {
-        const int32_t X = APlot.Left + W * I / 10;
-        C.MoveTo(X, APlot.Top + 1);
-        C.LineTo(X, APlot.Bottom - 1);
-    }
-    for (int32_t I = 1; I < 8; ++I) {
-        const int32_t Y = APlot.Top + H * I / 8;
-        C.MoveTo(APlot.Left + 1, Y);
-        C.LineTo(APlot.Right - 1, Y);
+// Generates the three signals in real time, block by block, on its own thread: the scope
+// takes samples from any thread and never makes the producer wait for a paint.
+class TProducer {
+public:
+    explicit TProducer(TQVScope& AScope) : FScope(AScope), FThread([this] { Run(); }) {}
+    ~TProducer()
+    {
+        FStop = true;
+        FThread.join();
     }
 
-    C.SetPenStyle(psSolid);
-    C.GetPen().SetColor(FrameColor);
-    C.RectangleRect(APlot);
-
-    // Ticks and labels under the frame and left of it.
-    TQLCanvasFont Font = C.GetFont();
-    Font.Size = 8;
-    Font.Color = TextColor;
-    C.SetFont(Font);
-    const int32_t LineHeight = C.TextHeight("Xg");
-    for (int32_t I = 0; I <= 10; ++I) {
-        const int32_t X = APlot.Left + W * I / 10 - (I == 10 ? 1 : 0);
-        C.MoveTo(X, APlot.Bottom);
-        C.LineTo(X, APlot.Bottom + 5);
-        DrawTextCentred(C, X, APlot.Bottom + 6, std::to_string(I * 10) + " ms");
-    }
-    for (int32_t I = 0; I <= 4; ++I) {
-        const int32_t Y = APlot.Top + H * I / 4 - (I == 4 ? 1 : 0);
-        C.MoveTo(APlot.Left - 5, Y);
-        C.LineTo(APlot.Left, Y);
-        const std::string Label = std::to_string(2 - I) + " V";
-        C.TextOut(APlot.Left - 7 - C.TextWidth(Label), Y - LineHeight / 2, Label);
-    }
-
-    // Signals, clipped to the inside of the frame.
-    TQLCanvasSave Save(C);
-    C.SetClipRegion(TQLRegion(TRect{APlot.Left + 1, APlot.Top + 1, APlot.Right - 1, APlot.Bottom - 1}));
-    auto Plot = [&](TAlphaColor AColor, int32_t AWidth, auto AValue) {
-        C.GetPen().SetColor(AColor);
-        C.SetPenWidth(AWidth);
-        int32_t LastY = 0;
-        for (int32_t X = 0; X < W; ++X) {
-            const double V = AValue(static_cast<double>(X) / W); // volts, -2..2
-            LastY = MidY - static_cast<int32_t>(std::lround(V * H / 4.0));
-            if (X == 0)
-                C.MoveTo(APlot.Left + X, LastY);
-            else
-                C.LineTo(APlot.Left + X, LastY);
-        }
-        C.SetPixel(APlot.Right - 1, LastY, AColor); // a line stops short of its last point
-    };
-    const double Pi = std::numbers::pi;
-    Plot(0xFFFFD23C, 1, [&](double T) { return 1.5 * std::sin(2 * Pi * 3 * T); });
-    Plot(0xFF3CC8FF, 2, [&](double T) { return 1.8 * std::exp(-3 * T) * std::cos(2 * Pi * 7 * T); });
-
-    // Axis titles: reading upwards on the left, downwards on the right.
-    C.GetBrush().SetStyle(bsClear);
-    C.ClearClipRegion();
-    const std::string Left = "Amplitude [V]";
-    C.SetTextAngle(90);
-    C.TextOut(8, MidY + C.TextWidth(Left) / 2, Left);
-    const std::string Right = "Channel 1 and 2";
-    C.SetTextAngle(270);
-    C.TextOut(PictureWidth - 8, MidY - C.TextWidth(Right) / 2, Right);
-    C.SetTextAngle(0);
-}
-
-// The thirteen marker shapes, plain and turned, with their values under them.
-void DrawMarkerRows(TQLCanvas& C, int32_t ATop)
-{
-    const TAlphaColor Colors[] = {0xFFFF5A5A, 0xFFFFB43C, 0xFFFFF05A, 0xFF78E65A, 0xFF3CDCC8, 0xFF5AA0FF, 0xFFC882FF};
-    const int32_t Step = 42;
-    const int32_t X0 = (PictureWidth - Step * 12) / 2;
-    const int32_t LineHeight = C.TextHeight("Xg");
-    for (int32_t Row = 0; Row < 2; ++Row) {
-        const bool Turned = Row == 1;
-        const int32_t Y = ATop + Row * 52;
-        C.GetBrush().SetStyle(bsClear);
-        C.TextOut(8, Y - LineHeight / 2, Turned ? "turned" : "plain");
-        for (int32_t Shape = 0; Shape <= msVertLine; ++Shape) {
-            const int32_t X = X0 + Shape * Step;
-            const TAlphaColor Color = Colors[Shape % 7];
-            C.GetPen().SetColor(Color);
-            C.SetPenWidth(QVMarkerShapeNeedsWiderPen(static_cast<uint32_t>(Shape)) ? 2 : 1);
-            C.GetBrush().SetColor((Color & 0x00FFFFFF) | 0x60000000);
-            C.GetBrush().SetStyle(bsSolid);
-            QVDisplayMarkerDrawSize(C, X, Y, static_cast<TQVDisplayMarkerShape>(Shape), 6, 0, Turned);
-            C.GetBrush().SetStyle(bsClear);
-            C.SetPenWidth(1);
-            DrawTextCentred(C, X, Y + 16, std::to_string(Shape));
+private:
+    void Run()
+    {
+        std::mt19937 Gen(7);
+        std::normal_distribution<double> Noise(0.0, 0.08);
+        std::vector<double> Sine(BlockSamples), Square(BlockSamples), Chirp(BlockSamples);
+        const double Pi = std::numbers::pi;
+        int64_t N = 0;
+        int Block = 0;
+        auto Next = std::chrono::steady_clock::now();
+        while (!FStop) {
+            for (int i = 0; i < BlockSamples; ++i, ++N) {
+                const double T = double(N) / SampleRate;
+                Sine[size_t(i)] = std::sin(2 * Pi * 50.0 * T) + Noise(Gen);
+                Square[size_t(i)] = (std::fmod(T * 20.0, 1.0) < 0.5 ? 0.8 : -0.8) - 2.0;
+                const double Phase = std::fmod(T, 2.0); // a 2 s sweep from 5 Hz to 200 Hz
+                Chirp[size_t(i)] = 0.7 * std::sin(2 * Pi * (5.0 * Phase + 48.75 * Phase * Phase)) + 2.0;
+            }
+            auto& Channels = *FScope.GetChannels();
+            Channels.GetItem(0)->GetData()->AddYData(Sine.data(), BlockSamples);
+            // Every 40th block of the square wave is lost; the next one starts a new segment.
+            if (++Block % 40 != 0)
+                Channels.GetItem(1)->GetData()->AddYData(Square.data(), BlockSamples, Block % 40 == 1);
+            Channels.GetItem(2)->GetData()->AddYData(Chirp.data(), BlockSamples);
+            Next += std::chrono::milliseconds(BlockMs);
+            std::this_thread::sleep_until(Next);
         }
     }
-}
 
-TQLBitmap RenderPicture()
+    TQVScope& FScope;
+    std::atomic<bool> FStop{false};
+    std::thread FThread;
+};
+
+void SetUpScope(TQVScope& AScope)
 {
-    TQLBitmap Bitmap(PictureWidth, PictureHeight);
-    TQLQtCanvas Canvas(Bitmap);
-    Canvas.GetBrush().SetColor(Background);
-    Canvas.FillRect(TRect{0, 0, PictureWidth, PictureHeight});
-
-    TQLCanvasFont Title;
-    Title.Size = 11;
-    Title.Style = fsBold;
-    Title.Color = TextColor;
-    Canvas.SetFont(Title);
-    Canvas.GetBrush().SetColor(0xFF2A3040);
-    const std::string Caption = " QVScope canvas ";
-    DrawTextCentred(Canvas, PictureWidth / 2, 8, Caption);
-
-    const TRect Plot{70, 36, 590, 236};
-    DrawPlot(Canvas, Plot);
-    Canvas.DrawFocusRect(TRect{Plot.Left - 3, Plot.Top - 3, Plot.Right + 3, Plot.Bottom + 3});
-    DrawMarkerRows(Canvas, 300);
-    return Bitmap;
+    AScope.SetSizeLimit(KeptSamples);
+    auto& Channels = *AScope.GetChannels();
+    while (Channels.GetCount() < 3)
+        Channels.Add();
+    const char* Names[] = {"Noisy sine", "Square with drop-outs", "Chirp"};
+    for (int32_t i = 0; i < 3; ++i) {
+        Channels.GetItem(i)->SetName(Names[i]);
+        Channels.GetItem(i)->GetData()->SetSampleRate(SampleRate);
+    }
+    AScope.GetTitle()->SetText("Live signals, 3 x 100 kS/s");
 }
 
 void PrintUsage(std::FILE* AStream)
 {
-    std::fprintf(AStream, "usage: qv_demo [--offscreen] [--out DIR]\n");
+    std::fprintf(AStream, "usage: qv_demo [--offscreen] [--out DIR] [--seconds N]\n");
 }
 
 } // namespace
@@ -180,12 +110,19 @@ int main(int argc, char** argv)
 {
     bool Offscreen = false;
     QString OutDir;
+    int Seconds = 3;
     for (int I = 1; I < argc; ++I) {
         const std::string Arg = argv[I];
         if (Arg == "--offscreen") {
             Offscreen = true;
         } else if (Arg == "--out" && I + 1 < argc) {
             OutDir = QString::fromLocal8Bit(argv[++I]);
+        } else if (Arg == "--seconds" && I + 1 < argc) {
+            Seconds = std::atoi(argv[++I]);
+            if (Seconds < 1 || Seconds > 3600) {
+                std::fprintf(stderr, "qv_demo: --seconds takes 1 to 3600, not '%s'\n", argv[I]);
+                return 2;
+            }
         } else if (Arg == "--help" || Arg == "-h") {
             PrintUsage(stdout);
             return 0;
@@ -202,20 +139,35 @@ int main(int argc, char** argv)
 
     QApplication App(argc, argv);
     try {
-        const TQLBitmap Picture = RenderPicture();
-        if (!OutDir.isEmpty()) {
-            if (!QDir().mkpath(OutDir))
-                throw std::runtime_error("cannot make the directory '" + OutDir.toStdString() + "'");
-            const QString Path = QDir(OutDir).filePath(QStringLiteral("canvas.png"));
-            qt::QLSaveBitmapPng(Picture, Path);
+        if (!OutDir.isEmpty() && !QDir().mkpath(OutDir))
+            throw std::runtime_error("cannot make the directory '" + OutDir.toStdString() + "'");
+        TQVScopeWidget Widget;
+        Widget.setWindowTitle(QStringLiteral("QVScope demo"));
+        Widget.resize(1000, 600);
+        TQVScope& Scope = Widget.GetScope();
+        SetUpScope(Scope);
+        TProducer Producer(Scope);
+        Widget.show();
+
+        // Pictures of what is on screen: one a second, and the last one as scope.png.
+        int Shot = 0;
+        auto Save = [&](const QString& AName) {
+            Widget.repaint();
+            const QString Path = QDir(OutDir).filePath(AName);
+            qt::QLSaveBitmapPng(Scope.GetBitmap(), Path);
             std::printf("wrote %s\n", qPrintable(QDir::toNativeSeparators(Path)));
+        };
+        QTimer Shots;
+        if (!OutDir.isEmpty()) {
+            QObject::connect(&Shots, &QTimer::timeout, [&] {
+                Save(QStringLiteral("scope-%1.png").arg(++Shot));
+                if (Offscreen && Shot >= Seconds) {
+                    Save(QStringLiteral("scope.png"));
+                    App.quit();
+                }
+            });
+            Shots.start(1000);
         }
-        if (Offscreen)
-            return 0;
-        QLabel Window;
-        Window.setWindowTitle(QStringLiteral("QVScope demo"));
-        Window.setPixmap(QPixmap::fromImage(qt::QLBitmapToImage(Picture)));
-        Window.show();
         return App.exec();
     } catch (const std::exception& E) {
         std::fprintf(stderr, "qv_demo: %s\n", E.what());

@@ -20,6 +20,22 @@ TQVViewScreenAlign QVTurnedScreenAlign(TQVViewAlign AAlign, bool ATurned)
     return vsaClient;
 }
 
+void QVDrawAxisStrip(TQVDisplayAxis& AAxis, TQLCanvas& ACanvas, bool AVertical, bool APrinting, int32_t ATrackSize)
+{
+    if (!AAxis.IsVisible())
+        return;
+    TQLCanvasSave Save(ACanvas);
+    const TQVDisplayViewBackground* Background = AAxis.GetBackground();
+    if (!Background->GetUseControlColor()) {
+        ACanvas.GetBrush().SetStyle(bsSolid);
+        ACanvas.GetBrush().SetColor(Background->GetColor());
+        ACanvas.FillRect(AAxis.GetDrawRect());
+    }
+    AAxis.DrawTicks(ACanvas, true, AVertical);
+    if (AAxis.GetTrackCursor() && AAxis.GetMouseIsIn() && !APrinting && !AAxis.GetDisplay()->GetDesigning())
+        AAxis.DrawMouseMarker(ACanvas, ATrackSize);
+}
+
 TQVBasicDisplayXAxis::TQVBasicDisplayXAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
     : TQVDisplayAxis(ADisplay, AAlign)
 {

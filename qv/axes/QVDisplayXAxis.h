@@ -72,6 +72,10 @@ private:
     TQVScaleMode FScaleMode = smLinear;
 };
 
+// Draws an axis strip: its background unless it takes the control's colour, the base line
+// and ticks, and the track line opposite the mouse (not while printing or designing).
+void QVDrawAxisStrip(TQVDisplayAxis& AAxis, TQLCanvas& ACanvas, bool AVertical, bool APrinting, int32_t ATrackSize);
+
 // The screen side of an axis strip: as configured, or turned a quarter on a turned display.
 TQVViewScreenAlign QVTurnedScreenAlign(TQVViewAlign AAlign, bool ATurned);
 

@@ -32,6 +32,7 @@ int32_t EngineeringExponent(double ARatio)
 TQVBasicScopeXAxis::TQVBasicScopeXAxis(TQVDataChart* AChart, TQVViewAlign AAlign)
     : TQVDisplayXAxis(AChart, AAlign), FChart(AChart),
       FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
+      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(), [this] { Invalidate(); })),
       FMaxSample(std::make_unique<TQVScopeMaxSample>(this, GetLock(),
                                                      [this] {
                                                          SetSamples(FSamples);
@@ -43,6 +44,10 @@ TQVBasicScopeXAxis::TQVBasicScopeXAxis(TQVDataChart* AChart, TQVViewAlign AAlign
 {
     FZoomMin = -1.0;
     FZoomMax = 1.0;
+    // The zoom window follows the full printed minimum. Listening to the zoomed minimum
+    // instead would move the window by every change of the window itself.
+    FScaleTick.GetZoomed().GetMin().SetOnChange(nullptr);
+    FScaleTick.GetFull().GetMin().SetOnChange([this](double ADelta) { ScaleMinChange(ADelta); });
     GetMax()->SetValueDefault(1024.0);
     GetMax()->SetDataValueDefault(1024.0);
 }
@@ -386,6 +391,8 @@ double TQVBasicScopeXAxis::GetScaleFullRealMax() const
 
 void TQVBasicScopeXAxis::ScaleMinChange(double ADelta)
 {
+    if (!FZoomed || !std::isfinite(ADelta))
+        return;
     FZoomMin += ADelta;
     FZoomMax += ADelta;
 }
@@ -393,6 +400,9 @@ void TQVBasicScopeXAxis::ScaleMinChange(double ADelta)
 void TQVBasicScopeXAxis::InvalidateMinMaxCache(bool AAll)
 {
     TQVDisplayXAxis::InvalidateMinMaxCache(AAll);
+    if (AAll)
+        for (TQVDisplayAxis* Axis : GetDisplay()->GetYAxes())
+            Axis->InvalidateMinMaxCache(true);
     FMinMaxCalculated = false;
     FMaxFreq.Invalidate();
     FMaxTime.Invalidate();
@@ -418,6 +428,12 @@ void TQVBasicScopeXAxis::UnitScaleRefresh()
 {
     InvalidateRecalc();
     InvalidateMinMaxCache(false);
+}
+
+void TQVBasicScopeXAxis::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting)
+{
+    if (ADrawPart == ddpFeatures)
+        QVDrawAxisStrip(*this, ACanvas, AVertical, APrinting, FTrackSize);
 }
 
 // ---- Mouse support ----
@@ -477,6 +493,7 @@ const TQLClassInfo& TQVBasicScopeXAxis::StaticClassInfo()
             .Object("CursorSettings", &TQVBasicScopeXAxis::GetCursorSettings)
             .Object("MaxSample", &TQVBasicScopeXAxis::GetMaxSampleSettings)
             .Object("UnitScale", &TQVBasicScopeXAxis::GetUnitScale)
+            .Object("DataView", &TQVBasicScopeXAxis::GetDataView)
             .Defined("MinMaxRange", &TQVBasicScopeXAxis::GetHidden_, &TQVBasicScopeXAxis::ReadMinMaxRange)
             .StoredWhen(&TQVBasicScopeXAxis::GetLegacyStored)
             .Defined("DataTick", &TQVBasicScopeXAxis::GetHidden_, &TQVBasicScopeXAxis::ReadDataTick)

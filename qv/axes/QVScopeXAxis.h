@@ -10,6 +10,7 @@
 // caches are invalidated (a refresh with new data does that).
 
 #include "qv/axes/QVDisplayXAxis.h"
+#include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/display/QVDisplayCollection.h"
 #include "qv/display/QVDisplayCollectionItem.h"
@@ -35,6 +36,10 @@ public:
     void SetTicksMode(TQVDisplayAxisTicksMode AValue);
     TQVDisplayAxisCursorSettings* GetCursorSettings() const { return FCursorSettings.get(); }
     void SetCursorSettings(const TQVDisplayAxisCursorSettings* AValue) { FCursorSettings->Assign(AValue); }
+    // The grid lines the axis draws across the data view.
+    TQVDisplayGridDirectionalLinesSettings* GetDataView() const { return FDataView.get(); }
+    void SetDataView(const TQVDisplayGridDirectionalLinesSettings* AValue) { FDataView->Assign(AValue); }
+    const TQVDisplayGridDirectionalLinesSettings* GetViewGridOptions() const override { return FDataView.get(); }
     // The published property MaxSample. Its accessors carry a suffix: GetMaxSample is the
     // last sample in view.
     TQVScopeMaxSample* GetMaxSampleSettings() const { return FMaxSample.get(); }
@@ -104,8 +109,10 @@ public:
     double GetScaleFullTickMax() const override;
     double GetScaleFullRealMin() const override;
     double GetScaleFullRealMax() const override;
-    // The printed minimum moved: the zoom window moves with it.
+    // The full printed minimum moved by ADelta (a new start time, a fixed tick start): a
+    // zoom window moves with it.
     void ScaleMinChange(double ADelta) override;
+    // With AAll also the Y axes: their autoscaling reads the sample range of this axis.
     void InvalidateMinMaxCache(bool AAll) override;
     // The channels' domains or sample rates changed.
     void InvalidateFreq();
@@ -113,6 +120,10 @@ public:
     void InvalidateSamples();
     // UnitScale changed.
     void UnitScaleRefresh();
+
+    // ---- Drawing ----
+    // The strip: its background, base line and ticks, and the track line of the mouse.
+    void Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting) override;
 
     // ---- Mouse support ----
     // Limits a pan by AOffset printed units: never beyond the full printed scale, then
@@ -139,6 +150,7 @@ private:
     TQVDataChart* FChart;
     TQVDisplayAxisTicksMode FTicksMode = atmAuto;
     std::unique_ptr<TQVDisplayAxisCursorSettings> FCursorSettings;
+    std::unique_ptr<TQVDisplayGridDirectionalLinesSettings> FDataView;
     std::unique_ptr<TQVScopeMaxSample> FMaxSample;
     std::unique_ptr<TQVScopeXAxisUnitScale> FUnitScale;
     // Caches of the const limit getters.

@@ -3,6 +3,7 @@
 #include "qv/axes/QVScopeYAxis.h"
 
 #include "qv/axes/QVAxisDataRange.h"
+#include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVLegacyAxisData.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/display/QVDataChart.h"
@@ -35,7 +36,8 @@ TQVBasicScopeYAxis::TQVBasicScopeYAxis(TQVDataChart* AChart, TQVViewAlign AAlign
                                                              InvalidateMinMaxCache(true);
                                                              InvalidateRecalc();
                                                          })),
-      FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart))
+      FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
+      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(), [this] { Invalidate(); }))
 {
     FZoomMin = -1.0;
     FZoomMax = 1.0;
@@ -69,6 +71,19 @@ bool TQVBasicScopeYAxis::HasChannelWithMoreThan(int32_t AMinCount) const
 
 bool TQVBasicScopeYAxis::CalcCurrentExtremes(double& AMin, double& AMax) const
 {
+    if (!FExtremesValid) {
+        FExtremesFound = ScanCurrentExtremes(FExtremeMin, FExtremeMax);
+        FExtremesValid = true;
+    }
+    if (FExtremesFound) {
+        AMin = FExtremeMin;
+        AMax = FExtremeMax;
+    }
+    return FExtremesFound;
+}
+
+bool TQVBasicScopeYAxis::ScanCurrentExtremes(double& AMin, double& AMax) const
+{
     bool Found = false;
     for (const TQVScopeChannel* Channel : GetAssociatedChannels()) {
         if (!Channel->GetVisible())
@@ -97,19 +112,25 @@ bool TQVBasicScopeYAxis::CalcCurrentExtremes(double& AMin, double& AMax) const
     return Found;
 }
 
+// Without data the settings stand in for both extremes, so that the window collapses only
+// when Min.Value equals Max.Value, and then opens by half a unit each way.
 double TQVBasicScopeYAxis::GetCalcMinCurrentScale() const
 {
     double Min = 0.0, Max = 0.0;
-    if (!CalcCurrentExtremes(Min, Max))
-        Min = GetMin()->GetValue(); // Max stays 0 for the test below
+    if (!CalcCurrentExtremes(Min, Max)) {
+        Min = GetMin()->GetValue();
+        Max = GetMax()->GetValue();
+    }
     return Min == Max ? Min - 0.5 : Min;
 }
 
 double TQVBasicScopeYAxis::GetCalcMaxCurrentScale() const
 {
     double Min = 0.0, Max = 0.0;
-    if (!CalcCurrentExtremes(Min, Max))
-        Max = GetMax()->GetValue(); // Min stays 0 for the test below
+    if (!CalcCurrentExtremes(Min, Max)) {
+        Min = GetMin()->GetValue();
+        Max = GetMax()->GetValue();
+    }
     return Min == Max ? Max + 0.5 : Max;
 }
 
@@ -218,6 +239,18 @@ double TQVBasicScopeYAxis::GetRangeWidth(bool ALogarithmic) const
     return ALogarithmic ? QVLog10a(Hi) - QVLog10a(Lo) : Hi - Lo;
 }
 
+void TQVBasicScopeYAxis::InvalidateMinMaxCache(bool AAll)
+{
+    TQVDisplayYAxis::InvalidateMinMaxCache(AAll);
+    FExtremesValid = false;
+}
+
+void TQVBasicScopeYAxis::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting)
+{
+    if (ADrawPart == ddpFeatures)
+        QVDrawAxisStrip(*this, ACanvas, AVertical, APrinting, FTrackSize);
+}
+
 void TQVBasicScopeYAxis::InvalidateStep()
 {
     FValidStep = false;
@@ -273,6 +306,7 @@ const TQLClassInfo& TQVBasicScopeYAxis::StaticClassInfo()
             .Property("Reversed", &TQVBasicScopeYAxis::GetReversed, &TQVBasicScopeYAxis::SetReversed, false)
             .Object("AutoScaling", &TQVBasicScopeYAxis::GetAutoScaling)
             .Object("CursorSettings", &TQVBasicScopeYAxis::GetCursorSettings)
+            .Object("DataView", &TQVBasicScopeYAxis::GetDataView)
             .Defined("Data", &TQVBasicScopeYAxis::GetHidden_, &TQVBasicScopeYAxis::ReadData)
             .StoredWhen(&TQVBasicScopeYAxis::GetLegacyStored)
             .Build();

@@ -9,6 +9,7 @@
 // YAxisIndex (0 the main axis, N the additional axis N - 1).
 
 #include "qv/axes/QVDisplayYAxis.h"
+#include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/display/QVDisplayCollection.h"
 #include "qv/display/QVDisplayCollectionItem.h"
@@ -34,6 +35,10 @@ public:
     void SetAutoScaling(const TQVScopeAutoScaling* AValue) { FAutoScaling->Assign(AValue); }
     TQVDisplayAxisCursorSettings* GetCursorSettings() const { return FCursorSettings.get(); }
     void SetCursorSettings(const TQVDisplayAxisCursorSettings* AValue) { FCursorSettings->Assign(AValue); }
+    // The grid lines the axis draws across the data view.
+    TQVDisplayGridDirectionalLinesSettings* GetDataView() const { return FDataView.get(); }
+    void SetDataView(const TQVDisplayGridDirectionalLinesSettings* AValue) { FDataView->Assign(AValue); }
+    const TQVDisplayGridDirectionalLinesSettings* GetViewGridOptions() const override { return FDataView.get(); }
     // The text the axis title starts with: "Y Axis", "Y Axis N" on additional axes.
     const std::string& GetAxisLabelDefault() const { return FAxisLabelDefault; }
     void SetAxisLabelDefault(const std::string& AValue) { FAxisLabelDefault = AValue; }
@@ -65,7 +70,13 @@ public:
     double GetDataZoomedMax() const override;
     double GetRangeWidth(bool ALogarithmic) const override;
     bool GetRestrictMinMax() const override { return false; }
+    // The channels' extremes are read anew too.
+    void InvalidateMinMaxCache(bool AAll) override;
     void InvalidateStep() override;
+
+    // ---- Drawing ----
+    // The strip: its background, base line and ticks, and the track line of the mouse.
+    void Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting) override;
     bool GetIsZoomed() const { return FZoomed; }
 
     // ---- Mouse support ----
@@ -92,16 +103,23 @@ private:
     // Whether a visible channel on the axis holds more than AMinCount samples.
     bool HasChannelWithMoreThan(int32_t AMinCount) const;
     // The finite extremes of the visible channels on the axis; false when none qualified.
+    // Scanned once per invalidation of the limits.
     bool CalcCurrentExtremes(double& AMin, double& AMax) const;
+    bool ScanCurrentExtremes(double& AMin, double& AMax) const;
 
     TQVDataChart* FChart;
     std::unique_ptr<TQVScopeAutoScaling> FAutoScaling;
     std::unique_ptr<TQVDisplayAxisCursorSettings> FCursorSettings;
+    std::unique_ptr<TQVDisplayGridDirectionalLinesSettings> FDataView;
     uint32_t FValBufIndex = 0;
     uint32_t FValBufSize = 0;
     // Written by the const zoomed-limit getters: the hysteresis remembers them.
     mutable double FCurrentMin = 0.0;
     mutable double FCurrentMax = 0.0;
+    mutable bool FExtremesValid = false;
+    mutable bool FExtremesFound = false;
+    mutable double FExtremeMin = 0.0;
+    mutable double FExtremeMax = 0.0;
     std::string FAxisLabelDefault = "Y Axis";
 };
 

@@ -19,6 +19,7 @@
 namespace qv {
 
 class TQVTrackingOptionalAxis;
+class TQVDisplayGridDirectionalLinesSettings;
 
 // One tick of a walk: AZero when the value counts as zero, AHalfLength half the text length,
 // AMinor for a minor tick, the tick's value and its pixel along the axis.
@@ -64,6 +65,8 @@ public:
     virtual TQVAxisDirection GetDefaultVertDir() const { return adToDown; }
     // The default direction of the axis' orientation, turned round when reversed.
     virtual TQVAxisDirection GetDirection() const;
+    // The grid lines the axis draws across the data view at its ticks; none by default.
+    virtual const TQVDisplayGridDirectionalLinesSettings* GetViewGridOptions() const { return nullptr; }
 
     // ---- Tick walks ----
     void UpTickLines(TQVTrackingOptionalAxis* AAxis, const TQVAxisTickProc& ATickProc, bool AFromEnd,

@@ -1,4 +1,5 @@
 #include "qv/display/QVDataDisplay.h"
+#include "qv/display/QVLabelTemplate.h"
 
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/decor/QVDisplayTitle.h"
@@ -559,23 +560,11 @@ void TQVDataDisplay::SetToolTipText(const std::string& AText)
 std::string TQVDataDisplay::GetMeasurementLabelText(const std::string& AValue, const std::string& ALabelText,
                                                     const std::string& ADefaultTemplate)
 {
-    const std::string& Template = ALabelText.empty() ? ADefaultTemplate : ALabelText;
-    std::string Result;
-    Result.reserve(Template.size() + AValue.size());
-    for (size_t I = 0; I < Template.size(); ++I) {
-        if (Template[I] != '%') {
-            Result += Template[I];
-            continue;
-        }
-        if (++I >= Template.size())
-            break; // a '%' at the very end ends the text
-        const char Code = static_cast<char>(std::toupper(static_cast<unsigned char>(Template[I])));
-        if (Code == '%')
-            Result += '%';
-        else if (Code == 'V')
-            Result += AValue;
-    }
-    return Result;
+    return QVExpandLabelTemplate(ALabelText.empty() ? ADefaultTemplate : ALabelText,
+                                 [&](char ACode, std::string& AResult) {
+                                     if (ACode == 'V')
+                                         AResult += AValue;
+                                 });
 }
 
 // ---- Components ----

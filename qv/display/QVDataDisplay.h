@@ -330,6 +330,8 @@ protected:
     // Takes the destroy guard once: every later guard comes back empty and paint and
     // refresh do nothing. Derived destructors call it first.
     void BeginDestroy();
+    // The surface over the display's own picture; null without a canvas factory.
+    TQLCanvas* GetBitmapCanvas() const { return FBitmapCanvas.get(); }
 
     std::atomic<bool> FNeedsRecalc{true};
     std::atomic<bool> FRefreshImage{true};

@@ -1,6 +1,7 @@
 #include "qv/display/QVScope.h"
 
 #include "qv/channels/QVScopeChannel.h"
+#include "qv/channels/QVScopeDataView.h"
 #include "qv/decor/QVDisplayTitle.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -10,9 +11,11 @@ TQVScope::TQVScope()
 {
     GetTitle()->SetTextDefault("Scope");
     FChannels = std::make_unique<TQVScopeChannels>(this, GetLock(), this);
-    // The views dock in the order they are made: the axes before the data view.
+    // The views dock in the order they are made: the axes, then the data view, which takes
+    // what they leave.
     FXAxis = std::make_unique<TQVScopeXAxis>(this);
     FYAxis = std::make_unique<TQVScopeYAxis>(this);
+    FDataView = std::make_unique<TQVScopeDataView>(this);
     FChannels->Add();
 }
 
@@ -23,6 +26,7 @@ TQVScope::~TQVScope()
     FChannels.reset();
     FYAxis.reset();
     FXAxis.reset();
+    FDataView.reset();
 }
 
 void TQVScope::SetVertical(bool AValue)
@@ -46,6 +50,78 @@ void TQVScope::Loaded()
     TQVAxisValue* Min = FYAxis->GetMin();
     if (Min->GetValue() == FYAxis->GetMax()->GetValue())
         Min->SetValue(0.0 - Min->GetValue());
+}
+
+TQVDisplayComponent* TQVScope::GetDataView() const { return FDataView.get(); }
+
+namespace {
+// The part of ARegion inside ARect.
+TQLRegion ClipRegionTo(const TQLRegion& ARegion, const TRect& ARect)
+{
+    TQLRegion Result;
+    for (const TRect& R : ARegion.GetRects())
+        Result.Add(QLIntersectRect(R, ARect));
+    return Result;
+}
+} // namespace
+
+void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, const TRect& /*ARect*/,
+                                const TQLRegion& ARegion, bool APrinting)
+{
+    RecalculateViewRects();
+    // A print leaves the flag for the next screen paint.
+    const bool Recalculated = !APrinting && FNeedsRecalc.exchange(false, std::memory_order_acq_rel);
+    const TRect ViewRect = FDataView->GetDrawRect();
+    const bool ViewInRegion = !ViewRect.IsEmpty() && ARegion.RectInRegion(ViewRect);
+    // Elements clip at the view's bottom edge less one pixel.
+    TRect ClipRect = ViewRect;
+    ClipRect.Bottom -= 1;
+
+    ACanvas.GetBrush().SetStyle(bsSolid);
+    ACanvas.GetBrush().SetColor(GetColor());
+    ACanvas.SetPenStyle(psSolid);
+    ACanvas.GetPen().SetColor(0xFFFFFFFF);
+    ACanvas.SetTextColor(0xFFFFFFFF);
+    ACanvas.SetClipRegion(ARegion);
+    ACanvas.FillRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});
+
+    {
+        // Backgrounds of the measurement elements lie under the grid, inside the view.
+        TQLCanvasSave Save(ACanvas);
+        ACanvas.SetClipRegion(ClipRegionTo(ARegion, ViewRect));
+        ACanvas.ClearClipRegion();
+    }
+
+    ACanvas.GetBrush().SetColor(GetColor());
+    const bool Vertical = GetIsVertical();
+    for (TQVDisplayView* View : GetViews()) {
+        if (!View->IsVisible())
+            continue;
+        if (ARegion.RectInRegion(View->GetDrawRect()))
+            View->Draw(ddpFeatures, ACanvas, Vertical, APrinting);
+        else
+            View->DrawEx(ddpFeatures, ACanvas, Vertical);
+    }
+
+    {
+        TQLCanvasSave Save(ACanvas);
+        ACanvas.SetClipRegion(ClipRegionTo(ARegion, ViewRect));
+        ACanvas.GetBrush().SetColor(GetColor());
+        // What is dragged over the plot goes onto the control's own picture.
+        TQLCanvas* Own = GetBitmapCanvas();
+        FDataView->Draw(ddpForeground, Own ? *Own : ACanvas, Vertical, APrinting);
+        (void)ViewInRegion;
+        (void)ClipRect;
+        (void)Recalculated;
+        if (!APrinting)
+            for (TQVDisplayView* View : GetViews())
+                if (View->IsVisible() && ARegion.RectInRegion(View->GetDrawRect()))
+                    View->DrawMouseSelction(ACanvas);
+    }
+
+    // A printed picture shows no focus.
+    if (!APrinting && GetIsFocused())
+        ACanvas.DrawFocusRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});
 }
 
 void TQVScope::SetChannels(const TQVScopeChannels* AValue) { FChannels->Assign(AValue); }

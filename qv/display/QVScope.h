@@ -12,6 +12,7 @@
 namespace qv {
 
 class TQVScopeChannels;
+class TQVScopeDataView;
 
 class TQVScope : public TQVDataChart {
 public:
@@ -44,6 +45,16 @@ public:
     // A stored Y range of no width (1 to 1) opens to -1 to 1.
     void Loaded() override;
 
+    // The plot area.
+    TQVScopeDataView* GetScopeDataView() const { return FDataView.get(); }
+    TQVDisplayComponent* GetDataView() const override;
+
+    // The one draw order of the whole picture: background, element backgrounds under the
+    // grid, the docked views, element foregrounds, channels, cursors, hit points, tool bar
+    // and focus.
+    void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, const TQLRegion& ARegion,
+                          bool APrinting) override;
+
     // A user draw event is running: invalidation requests are ignored meanwhile.
     bool GetInDraw() const { return FInDraw.load(std::memory_order_acquire); }
 
@@ -60,6 +71,7 @@ private:
     // Producers read it on their threads.
     std::atomic<uint32_t> FSizeLimit{0};
     TQWCriticalSection FAllChannelSection;
+    std::unique_ptr<TQVScopeDataView> FDataView;
 };
 
 } // namespace qv

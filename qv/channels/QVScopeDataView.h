@@ -1,0 +1,44 @@
+#pragma once
+// The plot area of a chart: the client view in which channels and measurement elements are
+// drawn. It paints its background, its border and the grid lines of every axis.
+
+#include "qv/axes/QVDisplayGridSettings.h"
+#include "qv/display/QVDisplayView.h"
+
+#include <memory>
+
+namespace qv {
+
+class TQVTrackingOptionalAxis;
+
+class TQVScopeDataView : public TQVCustomColorDisplayView {
+public:
+    explicit TQVScopeDataView(TQVDataDisplay* ADisplay);
+    ~TQVScopeDataView() override;
+
+    // The frame round the view.
+    TQVDisplayGridLineSettings* GetBorder() const { return FBorder.get(); }
+    void SetBorder(const TQVDisplayGridLineSettings* AValue) { FBorder->Assign(AValue); }
+
+    TQVViewScreenAlign GetScreenAlign() const override { return vsaClient; }
+    // The background, border and grid in every part but the foreground.
+    void Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting) override;
+
+    // The grid's per-tick functions: a line across the view at a tick's Y (DrawUpLines) or X
+    // (DrawLeftLines), in the axis' major or minor line settings. Ticks that count as zero
+    // draw none.
+    void DrawUpLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
+                     bool AMinor, double AValue, int32_t APosition);
+    void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
+                       bool AMinor, double AValue, int32_t APosition);
+
+    QL_CLASS_INFO()
+
+private:
+    // The line settings for a tick, or null when no line is drawn there.
+    const TQVDisplayGridLineSettings* GridLineFor(TQVTrackingOptionalAxis* AAxis, bool AZero, bool AMinor) const;
+
+    std::unique_ptr<TQVDisplayGridLineSettings> FBorder;
+};
+
+} // namespace qv

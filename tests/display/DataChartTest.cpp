@@ -1,0 +1,257 @@
+// The chart's axes: additional axes resolved by index, channels choosing their axes, the
+// refresh tick's axis steps, the turned display, and the stored form of every axis setting.
+#include "axes/ScopeAxisTestSupport.h"
+
+#include "qv/foundation/QLStoredForm.h"
+
+#include <stdexcept>
+
+using namespace qv;
+using namespace qvtest;
+
+namespace {
+
+TQVBasicScopeYAxis* AddYAxis(TQVScope& AScope) { return AScope.GetYAxis()->GetAdditionalAxes()->Add()->GetAxis(); }
+TQVBasicScopeXAxis* AddXAxis(TQVScope& AScope) { return AScope.GetXAxis()->GetAdditionalAxes()->Add()->GetAxis(); }
+
+TQLStoredNode Text(const std::string& AText)
+{
+    TQLStoredNode Node = TQLStoredNode::Of(TQLStoredNode::snString);
+    Node.String = AText;
+    return Node;
+}
+
+TQLStoredNode YAxisWith(const std::string& AName, TQLStoredNode AValue)
+{
+    TQLStoredNode Axis = TQLStoredNode::MakeObject();
+    Axis.Add(AName, std::move(AValue));
+    TQLStoredNode Root = TQLStoredNode::MakeObject();
+    Root.Add("YAxis", std::move(Axis));
+    return Root;
+}
+
+} // namespace
+
+TEST(DataChart, AxesResolveByIndexAcrossBothKinds)
+{
+    TQVScope Scope;
+    TQVScopeXAxis* X = Scope.GetXAxis();
+    TQVScopeYAxis* Y = Scope.GetYAxis();
+    EXPECT_EQ(Scope.GetXAxisByIndex(0), X);
+    EXPECT_EQ(Scope.GetYAxisByIndex(0), Y);
+    EXPECT_EQ(Scope.GetXAxisByIndex(1), nullptr);
+    EXPECT_EQ(Scope.GetYAxisByIndex(-1), nullptr);
+
+    TQVBasicScopeXAxis* X1 = AddXAxis(Scope);
+    TQVBasicScopeYAxis* Y1 = AddYAxis(Scope);
+    TQVBasicScopeYAxis* Y2 = AddYAxis(Scope);
+    EXPECT_EQ(Scope.GetXAxisByIndex(1), X1);
+    EXPECT_EQ(Scope.GetYAxisByIndex(2), Y2);
+    EXPECT_EQ(Scope.GetXAxisIndexOf(X1), 1);
+    EXPECT_EQ(Scope.GetYAxisIndexOf(Y2), 2);
+    EXPECT_EQ(Scope.GetXAxisIndexOf(Y1), -1);
+    // All axes: the X axes first, then the Y axes.
+    EXPECT_EQ(Scope.GetAxisIndex(X), 0);
+    EXPECT_EQ(Scope.GetAxisIndex(X1), 1);
+    EXPECT_EQ(Scope.GetAxisIndex(Y), 2);
+    EXPECT_EQ(Scope.GetAxisIndex(Y1), 3);
+    EXPECT_EQ(Scope.GetAxisIndex(Y2), 4);
+    TQVScope Other;
+    EXPECT_EQ(Scope.GetAxisIndex(Other.GetYAxis()), -1);
+
+    // The display's lists know every axis, and the views dock the main axes first.
+    EXPECT_EQ(Scope.GetXAxes().GetCount(), 2);
+    EXPECT_EQ(Scope.GetYAxes().GetCount(), 3);
+    EXPECT_LT(Scope.GetViews().IndexOf(X), Scope.GetViews().IndexOf(Y));
+    EXPECT_LT(Scope.GetViews().IndexOf(Y), Scope.GetViews().IndexOf(Y1));
+
+    EXPECT_EQ(Y->GetAxisLabelDefault(), "Y Axis");
+    EXPECT_EQ(Y1->GetAxisLabelDefault(), "Y Axis 0");
+    EXPECT_EQ(Y2->GetAxisLabelDefault(), "Y Axis 1");
+
+    // A deleted axis leaves every list.
+    Scope.GetYAxis()->GetAdditionalAxes()->Delete(0);
+    EXPECT_EQ(Scope.GetYAxes().GetCount(), 2);
+    EXPECT_EQ(Scope.GetViews().IndexOf(Y2) >= 0, true);
+    EXPECT_EQ(Scope.GetYAxisByIndex(1), Y2);
+}
+
+TEST(DataChart, ChannelsChooseTheirAxesAndEachAxisScalesItsOwn)
+{
+    TQVScope Scope;
+    TQVScopeChannel& A = *Scope.GetChannels()->GetItem(0);
+    TQVScopeChannel& B = *Scope.GetChannels()->Add();
+    // An index with no axis yet draws against the main axis.
+    B.SetYAxisIndex(1);
+    B.SetXAxisIndex(1);
+    EXPECT_EQ(B.GetYAxis(), Scope.GetYAxis());
+    EXPECT_EQ(B.GetXAxis(), Scope.GetXAxis());
+    TQVBasicScopeYAxis* Y1 = AddYAxis(Scope);
+    TQVBasicScopeXAxis* X1 = AddXAxis(Scope);
+    EXPECT_EQ(B.GetYAxis(), Y1);
+    EXPECT_EQ(B.GetXAxis(), X1);
+    EXPECT_EQ(A.GetYAxis(), Scope.GetYAxis());
+
+    EXPECT_THROW(B.SetYAxisIndex(-1), std::out_of_range);
+    EXPECT_EQ(B.GetYAxisIndex(), 1);
+
+    A.GetData()->SetYData(Line(100, 0, 1).data(), 100);
+    B.GetData()->SetYData(Line(50, 100, 200).data(), 50);
+    B.GetData()->SetSampleRate(2000.0);
+    Scope.RefreshView();
+    EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), 0.0, 1.0);
+    EXPECT_LIMITS(Full(Y1->GetDataTotal()), 100.0, 200.0);
+    EXPECT_EQ(Scope.GetXAxis()->GetSamples(), 100);
+    EXPECT_EQ(X1->GetSamples(), 50);
+    EXPECT_DOUBLE_EQ(Scope.GetXAxis()->GetSampleRate(), 10000.0);
+    EXPECT_DOUBLE_EQ(X1->GetSampleRate(), 2000.0);
+    EXPECT_EQ(Y1->GetValBufSize(), 1u);
+
+    // Both axes forget their history together.
+    Scope.InvalidateHistory();
+    EXPECT_EQ(Scope.GetYAxis()->GetValBufSize(), 0u);
+    EXPECT_EQ(Y1->GetValBufSize(), 0u);
+
+    // Moving the channel back moves its data with it.
+    B.SetYAxisIndex(0);
+    EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), 0.0, 200.0);
+    EXPECT_LIMITS(Full(Y1->GetDataTotal()), -1.0, 1.0);
+}
+
+TEST(DataChart, TheTickUpdatesHistoryOnlyWithNewData)
+{
+    TQVScope Scope;
+    TQVScopeYAxis& Y = *Scope.GetYAxis();
+    Feed(Scope, Line(10, 0, 1));
+    EXPECT_EQ(Y.GetValBufSize(), 1u);
+    Scope.RefreshView(); // nothing new
+    EXPECT_EQ(Y.GetValBufSize(), 1u);
+    Scope.SetHold(true);
+    ChannelData(Scope).SetYData(Line(10, 0, 5).data(), 10);
+    Scope.RefreshView();
+    EXPECT_EQ(Y.GetValBufSize(), 1u);
+    EXPECT_LIMITS(Full(Y.GetDataTotal()), 0.0, 1.0);
+    Scope.SetHold(false);
+    Scope.RefreshView();
+    EXPECT_EQ(Y.GetValBufSize(), 2u);
+    EXPECT_LIMITS(Full(Y.GetDataTotal()), 0.0, 5.0);
+}
+
+TEST(DataChart, TurningTheScopeSwapsTheAxesOrientation)
+{
+    TQVScope Scope;
+    EXPECT_FALSE(Scope.GetIsVertical());
+    EXPECT_FALSE(Scope.GetXAxis()->GetIsVertical());
+    EXPECT_TRUE(Scope.GetYAxis()->GetIsVertical());
+    EXPECT_EQ(Scope.GetXAxis()->GetScreenAlign(), vsaBottom);
+    EXPECT_EQ(Scope.GetYAxis()->GetScreenAlign(), vsaLeft);
+    Scope.SetVertical(true);
+    EXPECT_TRUE(Scope.GetIsVertical());
+    EXPECT_TRUE(Scope.GetNeedsRecalc());
+    EXPECT_TRUE(Scope.GetXAxis()->GetIsVertical());
+    EXPECT_FALSE(Scope.GetYAxis()->GetIsVertical());
+    EXPECT_EQ(Scope.GetXAxis()->GetScreenAlign(), vsaLeft);
+    EXPECT_EQ(Scope.GetYAxis()->GetScreenAlign(), vsaBottom);
+    EXPECT_EQ(Scope.GetYAxis()->GetDirection(), adToLeft);
+}
+
+TEST(DataChart, StoredFormRoundTripsEveryAxisSetting)
+{
+    TQVScope Scope;
+    Scope.SetVertical(true);
+    TQVScopeXAxis& X = *Scope.GetXAxis();
+    X.SetTicksMode(atmTime);
+    X.GetMaxSampleSettings()->SetAutosize(false);
+    X.GetMaxSampleSettings()->SetValue(300);
+    X.GetUnitScale()->SetAutoScale(false);
+    X.GetUnitScale()->SetExponent(-3);
+    X.GetCursorSettings()->SetSnapToSample(true);
+    X.SetScaleMode(smLogarithmic);
+    X.SetAlign(vaTop);
+    X.GetMin()->SetAutoScale(false);
+    X.GetMin()->SetValue(5.0);
+    TQVScopeYAxis& Y = *Scope.GetYAxis();
+    Y.GetAutoScaling()->SetEnabled(false);
+    Y.GetAutoScaling()->GetSpaceAbove()->SetSpace(4);
+    Y.GetAutoScaling()->GetSpaceBelow()->SetThreshold(7);
+    Y.GetAutoScaling()->SetMaxHistory(9);
+    Y.SetReversed(true);
+    Y.SetScaleMode(smLogDecascale);
+    Y.SetAlign(vaRight);
+    Y.GetCursorSettings()->SetSnapToSample(true);
+    Y.GetMax()->SetValue(250.0);
+    AddXAxis(Scope)->SetTicksMode(atmFrequency);
+    AddYAxis(Scope);
+    TQVBasicScopeYAxis* Y2 = AddYAxis(Scope);
+    Y2->GetAutoScaling()->SetMaxHistory(3);
+    Y2->SetAlign(vaRight);
+    Y2->GetMin()->GetRange()->GetLow()->SetEnabled(true);
+    TQVScopeChannel& B = *Scope.GetChannels()->Add();
+    B.SetXAxisIndex(1);
+    B.SetYAxisIndex(2);
+
+    const TQLStoredNode Stored = QLSaveObject(Scope);
+    TQVScope Copy;
+    QLLoadObject(Copy, Stored);
+    EXPECT_EQ(QLSaveObject(Copy), Stored);
+
+    EXPECT_TRUE(Copy.GetIsVertical());
+    EXPECT_EQ(Copy.GetXAxis()->GetTicksMode(), atmTime);
+    EXPECT_EQ(Copy.GetXAxis()->GetMaxSampleSettings()->GetValue(), 300u);
+    EXPECT_EQ(Copy.GetXAxis()->GetUnitScale()->GetExponent(), -3);
+    EXPECT_EQ(Copy.GetXAxis()->GetScaleMode(), smLogarithmic);
+    EXPECT_EQ(Copy.GetYAxis()->GetAutoScaling()->GetMaxHistory(), 9u);
+    EXPECT_EQ(Copy.GetYAxis()->GetAutoScaling()->GetSpaceBelow()->GetThreshold(), 7u);
+    EXPECT_TRUE(Copy.GetYAxis()->GetReversed());
+    EXPECT_DOUBLE_EQ(Copy.GetYAxis()->GetMax()->GetValue(), 250.0);
+    ASSERT_EQ(Copy.GetYAxis()->GetAdditionalAxes()->GetCount(), 2);
+    TQVBasicScopeYAxis* CopyY2 = Copy.GetYAxisByIndex(2);
+    EXPECT_EQ(CopyY2->GetAutoScaling()->GetMaxHistory(), 3u);
+    EXPECT_EQ(CopyY2->GetAlign(), vaRight);
+    EXPECT_EQ(CopyY2->GetAxisLabelDefault(), "Y Axis 1");
+    EXPECT_EQ(Copy.GetXAxisByIndex(1)->GetTicksMode(), atmFrequency);
+    TQVScopeChannel& CopyB = *Copy.GetChannels()->GetItem(1);
+    EXPECT_EQ(CopyB.GetYAxis(), CopyY2);
+    EXPECT_EQ(CopyB.GetXAxis(), Copy.GetXAxisByIndex(1));
+
+    // A default scope stores nothing of its axes.
+    const TQLStoredNode Plain = QLSaveObject(TQVScope());
+    EXPECT_EQ(Plain.Find("XAxis"), nullptr);
+    EXPECT_EQ(Plain.Find("YAxis"), nullptr);
+}
+
+TEST(DataChart, OlderFormsOfTheYLimitsAreRead)
+{
+    TQVScope Scope;
+    QLLoadObject(Scope, YAxisWith("Data", Text("-2.5, 8 1 3; 7 9")));
+    TQVScopeYAxis& Y = *Scope.GetYAxis();
+    EXPECT_DOUBLE_EQ(Y.GetMin()->GetValue(), -2.5);
+    EXPECT_DOUBLE_EQ(Y.GetMax()->GetValue(), 8.0);
+    EXPECT_DOUBLE_EQ(Y.GetMin()->GetRange()->GetLow()->GetValue(), 1.0);
+    EXPECT_DOUBLE_EQ(Y.GetMin()->GetRange()->GetHigh()->GetValue(), 3.0);
+    EXPECT_DOUBLE_EQ(Y.GetMax()->GetRange()->GetLow()->GetValue(), 7.0);
+    EXPECT_DOUBLE_EQ(Y.GetMax()->GetRange()->GetHigh()->GetValue(), 9.0);
+    // Nothing writes the old form back.
+    EXPECT_EQ(QLSaveObject(Scope).Find("YAxis")->Find("Data"), nullptr);
+
+    for (const char* Bad : {"1 x", "4", "", "1 nan"}) {
+        TQVScope Fresh;
+        try {
+            QLLoadObject(Fresh, YAxisWith("Data", Text(Bad)));
+            ADD_FAILURE() << "accepted \"" << Bad << "\"";
+        } catch (const EQLPropertyError& E) {
+            EXPECT_EQ(E.GetPath(), "YAxis.Data");
+        }
+    }
+}
+
+TEST(DataChart, ALoadedYRangeOfNoWidthOpensDownwards)
+{
+    TQVScope Scope;
+    Scope.GetYAxis()->GetMin()->SetValue(3.0);
+    Scope.GetYAxis()->GetMax()->SetValue(3.0);
+    TQVScope Copy;
+    QLLoadObject(Copy, QLSaveObject(Scope));
+    EXPECT_DOUBLE_EQ(Copy.GetYAxis()->GetMin()->GetValue(), -3.0);
+    EXPECT_DOUBLE_EQ(Copy.GetYAxis()->GetMax()->GetValue(), 3.0);
+}
