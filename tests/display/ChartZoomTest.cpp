@@ -74,5 +74,35 @@ TEST_F(TChartZoom, TheScopeReportsItsMainAxesWindows)
     EXPECT_TRUE(Scope.CanUndoZoom());
 }
 
+TEST_F(TChartZoom, TheYAxisPansFreeOfItsFullScale)
+{
+    Scope.SetBounds(0, 0, 640, 400);
+    Scope.RecalculateViewRects();
+    const TRect View = Scope.GetDataView()->GetDrawRect();
+    ASSERT_GT(View.Bottom - View.Top, 10);
+    TQVScopeYAxis* Y = Scope.GetYAxis();
+    Y->IntSaveMouseDownZoom(View.Left + 5, View.Top + 5);
+    // Dragging down by the view's height moves the values up by the window's width.
+    const int32_t Height = QVRectHeight(View);
+    Y->MouseMoveScale(TPoint{View.Left + 5, View.Top}, TPoint{View.Left + 5, View.Top + Height});
+    EXPECT_NEAR(WindowMin(Y), 10.0, 1e-9);
+    EXPECT_NEAR(WindowMax(Y), 20.0, 1e-9);
+    Y->MouseMoveScale(TPoint{View.Left + 5, View.Top}, TPoint{View.Left + 5, View.Top + 100 * Height});
+    EXPECT_NEAR(WindowMin(Y), 1000.0, 1e-6) << "no full scale holds it";
+}
+
+TEST_F(TChartZoom, TheWheelOverTheDataViewZoomsEveryAxis)
+{
+    Scope.SetBounds(0, 0, 640, 400);
+    Scope.RecalculateViewRects();
+    Scope.ClearZoomUndo();
+    const TRect View = Scope.GetDataView()->GetDrawRect();
+    Scope.DoMouseWheelUp(0, TPoint{(View.Left + View.Right) / 2, (View.Top + View.Bottom) / 2});
+    EXPECT_NEAR(WindowMax(Scope.GetYAxis()) - WindowMin(Scope.GetYAxis()), 9.0, 1e-9);
+    EXPECT_NEAR(WindowMax(Extra) - WindowMin(Extra), 90.0, 1e-9);
+    EXPECT_TRUE(Scope.GetXAxis()->IsZoomed());
+    EXPECT_TRUE(Scope.CanUndoZoom());
+}
+
 } // namespace
 } // namespace qvtest
