@@ -70,6 +70,7 @@ std::unique_ptr<TQVAxisZoomList> TQVDataDisplay::GetAxisUndoList() const
 
 void TQVDataDisplay::SaveUndoZoom(bool AFromWheel)
 {
+    auto Guard = GetLock()->AcquireWrite();
     if (FWasMouseWheel && AFromWheel)
         return; // the burst goes on: still the same undo step
     FWasMouseWheel = AFromWheel;

@@ -40,6 +40,12 @@ TEST_F(TChartZoom, AnAdditionalYAxisFollowsTheMainOneAndComesBackOnUndo)
     EXPECT_DOUBLE_EQ(WindowMax(Scope.GetYAxis()), 10.0);
     EXPECT_DOUBLE_EQ(WindowMax(Extra), 100.0);
     EXPECT_EQ(Scope.GetXMinZoom(), XMin);
+    EXPECT_EQ(Scope.GetYMaxZoom(), 10.0);
+    EXPECT_TRUE(Scope.GetZooming()->IsZoomed());
+
+    Scope.ZoomOff();
+    EXPECT_FALSE(Scope.IsZoomed());
+    EXPECT_FALSE(Extra->IsZoomed());
 }
 
 TEST_F(TChartZoom, APanIsCappedByTheAxisWithTheLeastRoom)
@@ -60,18 +66,6 @@ TEST_F(TChartZoom, APanIsCappedByTheAxisWithTheLeastRoom)
     X = 5.0;
     Scope.AdjustOffsets(X, Y);
     EXPECT_EQ(X, 0.0);
-}
-
-TEST_F(TChartZoom, TheScopeReportsItsMainAxesWindows)
-{
-    EXPECT_TRUE(Scope.IsZoomed());
-    EXPECT_TRUE(Scope.GetZooming()->IsZoomed());
-    EXPECT_EQ(Scope.GetYMinZoom(), 0.0);
-    EXPECT_EQ(Scope.GetYMaxZoom(), 10.0);
-    Scope.ZoomOff();
-    EXPECT_FALSE(Scope.IsZoomed());
-    EXPECT_FALSE(Extra->IsZoomed());
-    EXPECT_TRUE(Scope.CanUndoZoom());
 }
 
 TEST_F(TChartZoom, TheYAxisPansFreeOfItsFullScale)

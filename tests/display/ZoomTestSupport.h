@@ -11,7 +11,7 @@
 
 namespace qvtest {
 
-// A test axis that sits in the display's X or Y list for its lifetime.
+// A test axis in the display's X or Y list for its lifetime.
 class TListedAxis : public TTestAxis {
 public:
     TListedAxis(TQVDataDisplay* ADisplay, bool AYAxis, double ALo = 0.0, double AHi = 100.0)
