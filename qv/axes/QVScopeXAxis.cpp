@@ -32,7 +32,8 @@ int32_t EngineeringExponent(double ARatio)
 TQVBasicScopeXAxis::TQVBasicScopeXAxis(TQVDataChart* AChart, TQVViewAlign AAlign)
     : TQVDisplayXAxis(AChart, AAlign), FChart(AChart),
       FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
-      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(), [this] { Invalidate(); })),
+      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(),
+                                                                         [this] { InvalidateView(); })),
       FMaxSample(std::make_unique<TQVScopeMaxSample>(this, GetLock(),
                                                      [this] {
                                                          SetSamples(FSamples);
@@ -491,9 +492,9 @@ const TQLClassInfo& TQVBasicScopeXAxis::StaticClassInfo()
         TQLClassBuilder<TQVBasicScopeXAxis>("TQVBasicScopeXAxis", &TQVDisplayXAxis::StaticClassInfo())
             .Property("TicksMode", &TQVBasicScopeXAxis::GetTicksMode, &TQVBasicScopeXAxis::SetTicksMode, atmAuto)
             .Object("CursorSettings", &TQVBasicScopeXAxis::GetCursorSettings)
+            .Object("DataView", &TQVBasicScopeXAxis::GetDataView)
             .Object("MaxSample", &TQVBasicScopeXAxis::GetMaxSampleSettings)
             .Object("UnitScale", &TQVBasicScopeXAxis::GetUnitScale)
-            .Object("DataView", &TQVBasicScopeXAxis::GetDataView)
             .Defined("MinMaxRange", &TQVBasicScopeXAxis::GetHidden_, &TQVBasicScopeXAxis::ReadMinMaxRange)
             .StoredWhen(&TQVBasicScopeXAxis::GetLegacyStored)
             .Defined("DataTick", &TQVBasicScopeXAxis::GetHidden_, &TQVBasicScopeXAxis::ReadDataTick)

@@ -9,8 +9,8 @@
 // channels, their sample rate and their domains are cached here too, and renewed when the
 // caches are invalidated (a refresh with new data does that).
 
-#include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVDisplayGridSettings.h"
+#include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/display/QVDisplayCollection.h"
 #include "qv/display/QVDisplayCollectionItem.h"
@@ -36,7 +36,7 @@ public:
     void SetTicksMode(TQVDisplayAxisTicksMode AValue);
     TQVDisplayAxisCursorSettings* GetCursorSettings() const { return FCursorSettings.get(); }
     void SetCursorSettings(const TQVDisplayAxisCursorSettings* AValue) { FCursorSettings->Assign(AValue); }
-    // The grid lines the axis draws across the data view.
+    // The grid lines drawn across the data view at this axis' ticks.
     TQVDisplayGridDirectionalLinesSettings* GetDataView() const { return FDataView.get(); }
     void SetDataView(const TQVDisplayGridDirectionalLinesSettings* AValue) { FDataView->Assign(AValue); }
     const TQVDisplayGridDirectionalLinesSettings* GetViewGridOptions() const override { return FDataView.get(); }

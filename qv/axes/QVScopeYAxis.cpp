@@ -37,7 +37,8 @@ TQVBasicScopeYAxis::TQVBasicScopeYAxis(TQVDataChart* AChart, TQVViewAlign AAlign
                                                              InvalidateRecalc();
                                                          })),
       FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
-      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(), [this] { Invalidate(); }))
+      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(),
+                                                                         [this] { InvalidateView(); }))
 {
     FZoomMin = -1.0;
     FZoomMax = 1.0;

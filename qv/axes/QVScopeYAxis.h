@@ -8,8 +8,8 @@
 // The main Y axis owns any number of additional Y axes; a channel picks its axis by
 // YAxisIndex (0 the main axis, N the additional axis N - 1).
 
-#include "qv/axes/QVDisplayYAxis.h"
 #include "qv/axes/QVDisplayGridSettings.h"
+#include "qv/axes/QVDisplayYAxis.h"
 #include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/display/QVDisplayCollection.h"
 #include "qv/display/QVDisplayCollectionItem.h"
@@ -35,7 +35,7 @@ public:
     void SetAutoScaling(const TQVScopeAutoScaling* AValue) { FAutoScaling->Assign(AValue); }
     TQVDisplayAxisCursorSettings* GetCursorSettings() const { return FCursorSettings.get(); }
     void SetCursorSettings(const TQVDisplayAxisCursorSettings* AValue) { FCursorSettings->Assign(AValue); }
-    // The grid lines the axis draws across the data view.
+    // The grid lines drawn across the data view at this axis' ticks.
     TQVDisplayGridDirectionalLinesSettings* GetDataView() const { return FDataView.get(); }
     void SetDataView(const TQVDisplayGridDirectionalLinesSettings* AValue) { FDataView->Assign(AValue); }
     const TQVDisplayGridDirectionalLinesSettings* GetViewGridOptions() const override { return FDataView.get(); }
@@ -59,9 +59,9 @@ public:
     void InvalidateHistory();
     uint32_t GetValBufIndex() const { return FValBufIndex; }
     uint32_t GetValBufSize() const { return FValBufSize; }
-    // The limits last handed out by an autoscaled, unzoomed axis.
-    double GetCurrentMin() const { return FCurrentMin; }
-    double GetCurrentMax() const { return FCurrentMax; }
+    // The limits last handed out while not zoomed; the hysteresis holds an edge at them.
+    double GetHeldMin() const { return FCurrentMin; }
+    double GetHeldMax() const { return FCurrentMax; }
 
     // ---- Limits ----
     double GetDataFullMin() const override;

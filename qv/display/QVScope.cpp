@@ -29,29 +29,6 @@ TQVScope::~TQVScope()
     FDataView.reset();
 }
 
-void TQVScope::SetVertical(bool AValue)
-{
-    Set(FVertical, AValue, [this] {
-        SetNeedsRecalc();
-        InvalidateRefresh();
-    });
-}
-
-void TQVScope::PopulateMaxSample()
-{
-    for (TQVDisplayAxis* Axis : GetXAxes())
-        if (auto* XAxis = dynamic_cast<TQVBasicDisplayXAxis*>(Axis))
-            XAxis->PopulateMaxSample();
-}
-
-void TQVScope::Loaded()
-{
-    TQVDataChart::Loaded();
-    TQVAxisValue* Min = FYAxis->GetMin();
-    if (Min->GetValue() == FYAxis->GetMax()->GetValue())
-        Min->SetValue(0.0 - Min->GetValue());
-}
-
 TQVDisplayComponent* TQVScope::GetDataView() const { return FDataView.get(); }
 
 namespace {
@@ -122,6 +99,29 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
     // A printed picture shows no focus.
     if (!APrinting && GetIsFocused())
         ACanvas.DrawFocusRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});
+}
+
+void TQVScope::SetVertical(bool AValue)
+{
+    Set(FVertical, AValue, [this] {
+        SetNeedsRecalc();
+        InvalidateRefresh();
+    });
+}
+
+void TQVScope::PopulateMaxSample()
+{
+    for (TQVDisplayAxis* Axis : GetXAxes())
+        if (auto* XAxis = dynamic_cast<TQVBasicDisplayXAxis*>(Axis))
+            XAxis->PopulateMaxSample();
+}
+
+void TQVScope::Loaded()
+{
+    TQVDataChart::Loaded();
+    TQVAxisValue* Min = FYAxis->GetMin();
+    if (Min->GetValue() == FYAxis->GetMax()->GetValue())
+        Min->SetValue(0.0 - Min->GetValue());
 }
 
 void TQVScope::SetChannels(const TQVScopeChannels* AValue) { FChannels->Assign(AValue); }

@@ -89,6 +89,12 @@ TEST(ScopeXAxis, FrequencyAxisRunsToHalfTheRateWhenAChannelHoldsASpectrum)
         EXPECT_NEAR(X.ScaleToSample(C.PrintedMax), 257.0, 1e-9);
         EXPECT_NEAR(X.SampleToScale(128.0), 128.0, 1e-9);
 
+        // A unit chosen by hand.
+        X.GetUnitScale()->SetAutoScale(false);
+        X.GetUnitScale()->SetExponent(0);
+        EXPECT_NEAR(Full(X.GetScaleTick()).Max, (C.Rate > 0 ? C.Rate : 10000.0) / 2, 1e-6);
+        X.GetUnitScale()->SetAutoScale(true);
+
         // Sample numbers asked for by hand win over the channel's domain.
         X.SetTicksMode(atmBufferSamples);
         EXPECT_FALSE(X.InFreqAxis());
@@ -172,7 +178,6 @@ TEST(ScopeXAxis, SampleRangeFollowsTheChannelsFiniteXValues)
 
     // No channel at all: the samples in view, from 0.
     Scope.GetChannels()->Clear();
-    X.InvalidateMinMaxCache(true);
     EXPECT_LIMITS(Full(X.GetDataTotal()), 0.0, 7.0);
 }
 

@@ -53,7 +53,7 @@ TEST(ScopeYAxis, ScaleGrowsAtOnceAndShrinksOnlyPastTheThreshold)
     EXPECT_LIMITS(Frame(Scope, Line(101, 0, 19.6)), -2.0, 22.0);
     // The top moves in well past it and follows; the bottom's move stays inside it.
     EXPECT_LIMITS(Frame(Scope, Line(101, 0, 15)), -2.0, 16.5);
-    EXPECT_DOUBLE_EQ(Scope.GetYAxis()->GetCurrentMax(), 16.5);
+    EXPECT_DOUBLE_EQ(Scope.GetYAxis()->GetHeldMax(), 16.5);
 }
 
 TEST(ScopeYAxis, OldExtremesLeaveTheHistoryAfterMaxHistoryFrames)
@@ -177,7 +177,7 @@ TEST(ScopeYAxis, AZoomedAxisIgnoresAutoscalingAndKeepsToItsRanges)
     TWindowYAxis Y(&Scope);
     Y.Window(-5.0, 5.0);
     EXPECT_LIMITS(Zoomed(Y.GetDataTotal()), -5.0, 5.0);
-    EXPECT_DOUBLE_EQ(Y.GetCurrentMin(), 0.0);
+    EXPECT_DOUBLE_EQ(Y.GetHeldMin(), 0.0);
     Y.GetMin()->GetRange()->GetLow()->SetValue(-3.0);
     Y.GetMin()->GetRange()->GetLow()->SetEnabled(true);
     Y.GetMax()->GetRange()->GetHigh()->SetValue(4.0);

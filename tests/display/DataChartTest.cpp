@@ -245,6 +245,23 @@ TEST(DataChart, OlderFormsOfTheYLimitsAreRead)
     }
 }
 
+TEST(DataChart, OlderFormsOfTheXRangesAreRead)
+{
+    TQVScope Scope;
+    TQLStoredNode Axis = TQLStoredNode::MakeObject();
+    Axis.Add("MinMaxRange", Text("1 2 3 4 5 6"));
+    Axis.Add("DataTick", Text("0.5 8"));
+    TQLStoredNode Root = TQLStoredNode::MakeObject();
+    Root.Add("XAxis", std::move(Axis));
+    QLLoadObject(Scope, Root);
+    TQVScopeXAxis& X = *Scope.GetXAxis();
+    EXPECT_DOUBLE_EQ(X.GetMin()->GetRange()->GetLow()->GetValue(), 1.0);
+    EXPECT_DOUBLE_EQ(X.GetMin()->GetRange()->GetHigh()->GetValue(), 2.0);
+    EXPECT_DOUBLE_EQ(X.GetMax()->GetRange()->GetLow()->GetValue(), 3.0);
+    EXPECT_DOUBLE_EQ(X.GetMax()->GetRange()->GetHigh()->GetValue(), 4.0);
+    EXPECT_THROW(X.ReadDataTick("1 two"), std::invalid_argument);
+}
+
 TEST(DataChart, ALoadedYRangeOfNoWidthOpensDownwards)
 {
     TQVScope Scope;
