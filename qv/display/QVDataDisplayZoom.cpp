@@ -205,14 +205,15 @@ void TQVDataDisplay::IntZoomTo(double XMin, double XMax, double YMin, double YMa
     TQVDisplayAxis* X = GetXAxis();
     TQVDisplayAxis* Y = GetYAxis();
     if (!AIsScale) {
-        // Data limits go through the main axes' conversion between their full ranges.
+        // Data limits become printed limits through the main axes' full ranges, as an
+        // axis' own ZoomToData does.
         if (X) {
-            XMin = X->ScaleTickToData(XMin);
-            XMax = X->ScaleTickToData(XMax);
+            XMin = X->DataToScaleTick(XMin);
+            XMax = X->DataToScaleTick(XMax);
         }
         if (Y) {
-            YMin = Y->ScaleTickToData(YMin);
-            YMax = Y->ScaleTickToData(YMax);
+            YMin = Y->DataToScaleTick(YMin);
+            YMax = Y->DataToScaleTick(YMax);
         }
     }
     ZoomDirectionTo(X, FXAxes, XMin, XMax, AOperation);

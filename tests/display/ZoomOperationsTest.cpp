@@ -57,13 +57,16 @@ public:
 
 TEST_F(TZoomOperations, ZoomToDataTakesDataUnitsAndHolds)
 {
+    // The tenfold axis as the main Y axis.
+    Display.GetYAxes().Remove(&Y);
     TTenfoldAxis Tenfold{&Display, true, 0.0, 100.0};
-    Display.ZoomToData(10, 50, 20, 40);
+    Display.ZoomToData(10, 50, 2, 4);
     EXPECT_TRUE(Display.GetHold());
     EXPECT_NEAR(X.WindowMin(), 10.0, 1e-9);
-    Tenfold.ZoomToData(2, 4);
     EXPECT_NEAR(Tenfold.WindowMin(), 20.0, 1e-9) << "data 2 is printed as 20";
     EXPECT_NEAR(Tenfold.WindowMax(), 40.0, 1e-9);
+    Tenfold.ZoomToData(5, 6);
+    EXPECT_NEAR(Tenfold.WindowMin(), 50.0, 1e-9);
 
     // Without HoldOnZoom, and for ZoomBy, the picture stays live.
     Display.SetHold(false);
