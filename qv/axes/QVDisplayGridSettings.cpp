@@ -29,8 +29,8 @@ TQVDisplayGridDirectionalLinesSettings::TQVDisplayGridDirectionalLinesSettings(T
                                                                                TQLLockPtr ALock,
                                                                                TQLNotifyProc ANotify)
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)),
-      FMajorLines(std::make_unique<TQVDisplayGridLineSettings>(this, GetLock(), TQLNotifyProc{}, 0xFF004000, true)),
-      FMinorLines(std::make_unique<TQVDisplayGridLineSettings>(this, GetLock(), TQLNotifyProc{}, 0xFF002800, false))
+      FLines(std::make_unique<TQVDisplayGridLineSettings>(this, GetLock(), TQLNotifyProc{}, 0xFF004000, true)),
+      FZeroLine(std::make_unique<TQVDisplayGridLineSettings>(this, GetLock(), TQLNotifyProc{}, 0xFF008000, true))
 {
 }
 
@@ -41,8 +41,8 @@ const TQLClassInfo& TQVDisplayGridDirectionalLinesSettings::StaticClassInfo()
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVDisplayGridDirectionalLinesSettings>("TQVDisplayGridDirectionalLinesSettings",
                                                                 &TQLPersistentNotify::StaticClassInfo())
-            .Object("MajorLines", &TQVDisplayGridDirectionalLinesSettings::GetMajorLines)
-            .Object("MinorLines", &TQVDisplayGridDirectionalLinesSettings::GetMinorLines)
+            .Object("Lines", &TQVDisplayGridDirectionalLinesSettings::GetLines)
+            .Object("ZeroLine", &TQVDisplayGridDirectionalLinesSettings::GetZeroLine)
             .Build();
     return Info;
 }

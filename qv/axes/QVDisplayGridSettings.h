@@ -29,25 +29,25 @@ private:
     std::unique_ptr<TQVDisplayPen> FPen;
 };
 
-// The lines an axis draws across the data view: MajorLines at major ticks (shown by default),
-// MinorLines at minor ticks (hidden by default).
+// The lines an axis draws across the data view at its major ticks: Lines at every tick, and
+// ZeroLine, brighter, at the tick of zero.
 class TQVDisplayGridDirectionalLinesSettings : public TQLPersistentNotify {
 public:
     TQVDisplayGridDirectionalLinesSettings(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify = {});
     ~TQVDisplayGridDirectionalLinesSettings() override;
 
-    TQVDisplayGridLineSettings* GetMajorLines() const { return FMajorLines.get(); }
-    void SetMajorLines(const TQVDisplayGridLineSettings* AValue) { FMajorLines->Assign(AValue); }
-    TQVDisplayGridLineSettings* GetMinorLines() const { return FMinorLines.get(); }
-    void SetMinorLines(const TQVDisplayGridLineSettings* AValue) { FMinorLines->Assign(AValue); }
-    // The settings of a major (AMinor false) or a minor line.
-    const TQVDisplayGridLineSettings& GetLines(bool AMinor) const { return AMinor ? *FMinorLines : *FMajorLines; }
+    TQVDisplayGridLineSettings* GetLines() const { return FLines.get(); }
+    void SetLines(const TQVDisplayGridLineSettings* AValue) { FLines->Assign(AValue); }
+    TQVDisplayGridLineSettings* GetZeroLine() const { return FZeroLine.get(); }
+    void SetZeroLine(const TQVDisplayGridLineSettings* AValue) { FZeroLine->Assign(AValue); }
+    // The settings of the line at a tick that counts as zero, or at any other.
+    const TQVDisplayGridLineSettings& GetLineAt(bool AZero) const { return AZero ? *FZeroLine : *FLines; }
 
     QL_CLASS_INFO()
 
 private:
-    std::unique_ptr<TQVDisplayGridLineSettings> FMajorLines;
-    std::unique_ptr<TQVDisplayGridLineSettings> FMinorLines;
+    std::unique_ptr<TQVDisplayGridLineSettings> FLines;
+    std::unique_ptr<TQVDisplayGridLineSettings> FZeroLine;
 };
 
 } // namespace qv

@@ -129,6 +129,24 @@ bool TQVBasicScopeXAxis::InIntensityAxis() const
     return FTicksMode == atmIntensity || (FTicksMode == atmAuto && GetChannelsInIntensityDomain());
 }
 
+std::string TQVBasicScopeXAxis::GetAxisLabelText() const
+{
+    const std::string& Text = GetAxisLabel()->GetText();
+    if (!Text.empty())
+        return Text;
+    TQVXAxisTitleState State;
+    State.TicksMode = FTicksMode;
+    State.Designing = GetDisplay()->GetDesigning();
+    State.InTimeAxis = InTimeAxis();
+    State.InFreqAxis = InFreqAxis();
+    State.InIntensityAxis = InIntensityAxis();
+    State.InXModeAxis = InXModeAxis();
+    // Only the rate decides the title's unit; the printed scale of a time axis also looks at
+    // the span, and the two may differ.
+    State.Exponent = QVGetUnitExponent(FSampleRate.GetValue(), *FUnitScale);
+    return QVGetScopeXAxisTitle(Text, State);
+}
+
 // ---- Sample rate, time and frequency ----
 
 double TQVBasicScopeXAxis::IntGetSampleRate() const

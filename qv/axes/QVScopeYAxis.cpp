@@ -46,6 +46,7 @@ TQVBasicScopeYAxis::TQVBasicScopeYAxis(TQVDataChart* AChart, TQVViewAlign AAlign
     GetMin()->SetDataValueDefault(-1.0);
     GetMax()->SetValueDefault(1.0);
     GetMax()->SetDataValueDefault(1.0);
+    GetAxisLabel()->SetTextDefault("Y Axis");
 }
 
 TQVBasicScopeYAxis::~TQVBasicScopeYAxis() = default;

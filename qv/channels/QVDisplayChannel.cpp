@@ -1,5 +1,6 @@
 #include "qv/channels/QVDisplayChannel.h"
 
+#include "qv/display/QVDisplayComponent.h"
 #include "qv/display/QVDataChart.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -10,7 +11,14 @@ namespace qv {
 
 TQVDisplayChannel::TQVDisplayChannel(TQLCollection* ACollection)
     : TQVOptionalDisplayCollectionItem(ACollection), FDrawGapsBuffer(std::make_shared<TQVIntegerBuffer>()),
-      FXDrawDataBuffer(std::make_shared<TQVChannelBuffer>()), FYDrawDataBuffer(std::make_shared<TQVChannelBuffer>())
+      FXDrawDataBuffer(std::make_shared<TQVChannelBuffer>()), FYDrawDataBuffer(std::make_shared<TQVChannelBuffer>()),
+      FPoints(std::make_unique<TQVScopePoints>(this, GetLock())),
+      FDownsampledGapsBuffer(std::make_shared<TQVIntegerBuffer>()),
+      FXScreenDataBuffer(std::make_shared<TQVRealBuffer>()), FYScreenDataBuffer(std::make_shared<TQVRealBuffer>()),
+      FScaledIntDrawBufferX(std::make_shared<TQVIntegerBuffer>()),
+      FScaledIntDrawBufferY(std::make_shared<TQVIntegerBuffer>()),
+      FScaledRealDrawBufferX(std::make_shared<TQVRealBuffer>()), FDownsampledIntDrawBufferX(FScaledIntDrawBufferX),
+      FDownsampledIntDrawBufferY(FScaledIntDrawBufferY)
 {
 }
 
@@ -28,6 +36,42 @@ void TQVDisplayChannel::SetColorDefault(TAlphaColor AValue)
 }
 
 void TQVDisplayChannel::SetWidth(int32_t AValue) { GetBasicLock().SetterMinMax(FWidth, AValue, 1, 2000); }
+
+void TQVDisplayChannel::SetChannelMode(TQVScopeChannelMode AValue)
+{
+    if (AValue > cmPoint)
+        throw std::invalid_argument("TQVDisplayChannel: invalid channel mode " + std::to_string(int(AValue)));
+    Set(FChannelMode, AValue);
+}
+
+void TQVDisplayChannel::SetStrokeDash(TQVStrokeDash AValue)
+{
+    if (AValue > sdDashDotDot)
+        throw std::invalid_argument("TQVDisplayChannel: invalid stroke dash " + std::to_string(int(AValue)));
+    Set(FStrokeDash, AValue);
+}
+
+namespace {
+TRect DataViewRect(const TQVDataDisplay* ADisplay)
+{
+    const TQVDisplayComponent* View = ADisplay ? ADisplay->GetDataView() : nullptr;
+    return View ? View->GetDrawRect() : TRect{};
+}
+} // namespace
+
+int32_t TQVDisplayChannel::GetDisplayOffset() const
+{
+    const TRect R = DataViewRect(GetDisplay());
+    return GetDisplay() && GetDisplay()->GetIsVertical() ? R.Top : R.Left;
+}
+
+int32_t TQVDisplayChannel::GetDisplayWidth() const
+{
+    const TRect R = DataViewRect(GetDisplay());
+    const int64_t Size = GetDisplay() && GetDisplay()->GetIsVertical() ? int64_t(R.Bottom) - R.Top
+                                                                        : int64_t(R.Right) - R.Left;
+    return static_cast<int32_t>(Size < 0 ? -Size : Size);
+}
 
 namespace {
 
@@ -104,6 +148,11 @@ const TQLClassInfo& TQVDisplayChannel::StaticClassInfo()
             .Color("Color", &TQVDisplayChannel::GetColor, &TQVDisplayChannel::SetColor,
                    &TQVDisplayChannel::GetColorDefault)
             .Property("Width", &TQVDisplayChannel::GetWidth, &TQVDisplayChannel::SetWidth, 1)
+            .Object("Points", &TQVDisplayChannel::GetPoints)
+            .Property("ChannelMode", &TQVDisplayChannel::GetChannelMode, &TQVDisplayChannel::SetChannelMode, cmLine)
+            .Property("MouseCursor", &TQVDisplayChannel::GetMouseCursor, &TQVDisplayChannel::SetMouseCursor,
+                      TCursor(0))
+            .Property("StrokeDash", &TQVDisplayChannel::GetStrokeDash, &TQVDisplayChannel::SetStrokeDash, sdSolid)
             .Property("XAxisIndex", &TQVDisplayChannel::GetXAxisIndex, &TQVDisplayChannel::SetXAxisIndex, 0)
             .Property("YAxisIndex", &TQVDisplayChannel::GetYAxisIndex, &TQVDisplayChannel::SetYAxisIndex, 0)
             .Build();

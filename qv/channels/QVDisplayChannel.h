@@ -5,6 +5,7 @@
 // thread under both sections, and read by painting without a lock.
 
 #include "qv/channels/QVChannelBuffer.h"
+#include "qv/channels/QVScopePoints.h"
 #include "qv/display/QVDisplayCollectionItem.h"
 #include "qv/foundation/QVBuffers.h"
 #include "qv/foundation/QWCriticalSection.h"
@@ -32,6 +33,48 @@ public:
     // Line width in pixels, kept in 1..2000.
     int32_t GetWidth() const { return FWidth; }
     void SetWidth(int32_t AValue);
+    // The symbols drawn at the samples; assignment copies.
+    TQVScopePoints* GetPoints() const { return FPoints.get(); }
+    void SetPoints(const TQVScopePoints* AValue) { FPoints->Assign(AValue); }
+    TQVScopeChannelMode GetChannelMode() const { return FChannelMode; }
+    // A value outside the enumeration raises std::invalid_argument naming it.
+    void SetChannelMode(TQVScopeChannelMode AValue);
+    // The mouse cursor shown over the channel.
+    TCursor GetMouseCursor() const { return FMouseCursor; }
+    void SetMouseCursor(TCursor AValue) { Set(FMouseCursor, AValue); }
+    // The dash pattern of lines and steps. A value outside the enumeration raises
+    // std::invalid_argument naming it.
+    TQVStrokeDash GetStrokeDash() const { return FStrokeDash; }
+    void SetStrokeDash(TQVStrokeDash AValue);
+
+    // ---- Screen stage (painting only; see QVScopeChannel.h) ----
+    // Left of the data view's draw rectangle, or its top in a vertical display.
+    int32_t GetDisplayOffset() const;
+    // Width of the data view's draw rectangle, or its height in a vertical display.
+    int32_t GetDisplayWidth() const;
+    // Draw-stage index of the first sample on screen.
+    int32_t GetScreenStartIndex() const { return FScreenStartIndex; }
+    // Pixel columns the data occupies in the last frame.
+    int32_t GetScreenUsedWidth() const { return FScreenUsedWidth; }
+    // The visible slice of the draw stage, in data units.
+    const std::shared_ptr<IQVRealBuffer>& GetXScreenDataBuffer() const { return FXScreenDataBuffer; }
+    const std::shared_ptr<IQVRealBuffer>& GetYScreenDataBuffer() const { return FYScreenDataBuffer; }
+    // Pixels of every screen sample, and the fractional X of each relative to the view.
+    const std::shared_ptr<IQVIntegerBuffer>& GetScaledIntDrawBufferX() const { return FScaledIntDrawBufferX; }
+    const std::shared_ptr<IQVIntegerBuffer>& GetScaledIntDrawBufferY() const { return FScaledIntDrawBufferY; }
+    const std::shared_ptr<IQVRealBuffer>& GetScaledRealDrawBufferX() const { return FScaledRealDrawBufferX; }
+    // The points plotted: the scaled buffers themselves unless the slice was downsampled.
+    // A point that is not there (a NaN sample) holds QVMissingPixel.
+    const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledIntDrawBufferX() const
+    {
+        return FDownsampledIntDrawBufferX;
+    }
+    const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledIntDrawBufferY() const
+    {
+        return FDownsampledIntDrawBufferY;
+    }
+    // Where the plotted line breaks, as point index plus GetScreenStartIndex().
+    const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledGapsBuffer() const { return FDownsampledGapsBuffer; }
 
     // ---- Axes ----
     // The X (Y) axis the channel is drawn against: 0 the main axis, N the additional axis
@@ -101,6 +144,22 @@ protected:
     TAlphaColor FColor = 0xFFFF0000;
     TAlphaColor FColorDefault = 0xFFFF0000;
     int32_t FWidth = 1;
+    std::unique_ptr<TQVScopePoints> FPoints;
+    TQVScopeChannelMode FChannelMode = cmLine;
+    TCursor FMouseCursor = 0;
+    TQVStrokeDash FStrokeDash = sdSolid;
+
+    // Screen stage: written and read by painting on the control's thread only.
+    std::shared_ptr<IQVIntegerBuffer> FDownsampledGapsBuffer;
+    std::shared_ptr<IQVRealBuffer> FXScreenDataBuffer;
+    std::shared_ptr<IQVRealBuffer> FYScreenDataBuffer;
+    std::shared_ptr<IQVIntegerBuffer> FScaledIntDrawBufferX;
+    std::shared_ptr<IQVIntegerBuffer> FScaledIntDrawBufferY;
+    std::shared_ptr<IQVRealBuffer> FScaledRealDrawBufferX;
+    std::shared_ptr<IQVIntegerBuffer> FDownsampledIntDrawBufferX;
+    std::shared_ptr<IQVIntegerBuffer> FDownsampledIntDrawBufferY;
+    int32_t FScreenStartIndex = 0;
+    int32_t FScreenUsedWidth = 0;
     int32_t FXAxisIndex = 0;
     int32_t FYAxisIndex = 0;
     bool FFrequencyDomain = false;

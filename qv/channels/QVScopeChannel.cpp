@@ -69,6 +69,13 @@ void TQVScopeChannel::PopulateDrawBuffers()
         FDrawIsRamp = FIsRamp.load(std::memory_order_relaxed);
         FDataChanged.store(true, std::memory_order_release);
     }
+    // An empty record plots nothing, and what a hit test reads of the last frame goes too.
+    if (FYDrawDataBuffer->GetSize() == 0) {
+        FScaledIntDrawBufferX->Resize(0, false);
+        FScaledIntDrawBufferY->Resize(0, false);
+        FDownsampledIntDrawBufferX = FScaledIntDrawBufferX;
+        FDownsampledIntDrawBufferY = FScaledIntDrawBufferY;
+    }
     // Cleared while producers are still kept out, so that a sample arriving now is not
     // mistaken for one already handed over.
     FHasNewBuffer.store(false, std::memory_order_release);
@@ -214,7 +221,10 @@ void TQVScopeChannel::ShiftPopulateRamp(uint32_t ACount)
 
 const TQLClassInfo& TQVScopeChannel::StaticClassInfo()
 {
-    static const TQLClassInfo Info("TQVScopeChannel", &TQVDisplayChannel::StaticClassInfo(), {});
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVScopeChannel>("TQVScopeChannel", &TQVDisplayChannel::StaticClassInfo())
+            .Property("ShadeMode", &TQVScopeChannel::GetShadeMode, &TQVScopeChannel::SetShadeMode, csmZero)
+            .Build();
     return Info;
 }
 

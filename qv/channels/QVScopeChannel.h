@@ -8,12 +8,31 @@
 #include "qv/display/QVDisplayCollection.h"
 
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <vector>
 
 namespace qv {
 
 class TQVChannelData;
+class TQVChannelMouseHitPoint;
+class TQVDisplayAxis;
 class TQVScope;
+class TQVScopeChannel;
+
+// Fired for each bar before it is drawn; clearing DefaultDraw leaves that bar out.
+using TQVSampleDrawEvent = std::function<void(TQLPersistent* Sender, double XValue, double YValue,
+                                              TQLCanvas& Canvas, bool Highlighted, bool& DefaultDraw)>;
+// Fired once per frame before the channel is plotted, with the draw stage's Y samples and
+// whether they changed since the last frame. It runs inside painting: the scope ignores
+// repaint requests meanwhile.
+using TQVChannelDrawEvent = std::function<void(TQLPersistent* Sender, int32_t ChannelIndex,
+                                               const double* ChannelData, int32_t DataSize, bool WasChanged)>;
+// A plotting procedure of the channel, handed the prepared screen stage.
+using TQVChannelDrawProc = void (TQVScopeChannel::*)(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect,
+                                                      double AYOffset, const double* AYData, const double* AXData,
+                                                      int32_t ASize, const IQVIntegerBuffer& AXInts,
+                                                      const IQVIntegerBuffer& AYInts, bool Printing);
 
 class TQVScopeChannel : public TQVDisplayChannel {
 public:
@@ -58,10 +77,68 @@ public:
     // The data stage's gap indexes, as a buffer of their own.
     std::shared_ptr<IQVIntegerBuffer> GetGapsBuffer() const;
 
+    // ---- Plotting (control's thread, inside painting) ----
+    // Where bars stand.
+    TQVChannelShadeMode GetShadeMode() const { return FShadeMode; }
+    // A value outside the enumeration raises std::invalid_argument naming it.
+    void SetShadeMode(TQVChannelShadeMode AValue);
+    void SetOnSampleDraw(TQVSampleDrawEvent AHandler) { FOnSampleDraw = std::move(AHandler); }
+    const TQVSampleDrawEvent& GetOnSampleDraw() const { return FOnSampleDraw; }
+    void SetOnChannelDraw(TQVChannelDrawEvent AHandler) { FOnChannelDraw = std::move(AHandler); }
+    const TQVChannelDrawEvent& GetOnChannelDraw() const { return FOnChannelDraw; }
+
+    // The axes the channel is plotted against; null when the display has none, and then
+    // nothing is plotted.
+    virtual TQVDisplayAxis* GetPlotXAxis() const;
+    virtual TQVDisplayAxis* GetPlotYAxis() const;
+
+    // Plots the channel into ARect, the data view's draw rectangle.
+    virtual void Draw(TQLCanvas& ACanvas, const TRect& ARect, bool Printing);
+    // Plots the channel in AColor, for its parts inside a highlighted zone.
+    virtual void ZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, bool Printing);
+    // Brings the screen stage up to date with the data, the view and the axes, then hands
+    // it to ADrawProc. A frame in which none of them changed reuses the last frame's pixels.
+    virtual void DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect,
+                          bool Printing);
+    // The two plotting procedures: the normal picture, and the picture inside a zone.
+    virtual void ChannelDataDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, double AYOffset,
+                                 const double* AYData, const double* AXData, int32_t ASize,
+                                 const IQVIntegerBuffer& AXInts, const IQVIntegerBuffer& AYInts, bool Printing);
+    virtual void ChannelDataZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, double AYOffset,
+                                     const double* AYData, const double* AXData, int32_t ASize,
+                                     const IQVIntegerBuffer& AXInts, const IQVIntegerBuffer& AYInts,
+                                     bool Printing);
+    // Draws the plotted points in the channel's mode, then the point symbols.
+    void PlotChannelData(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw,
+                         const TRect& ARect, double AYOffset, const double* AYData, const double* AXData);
+    // The mark at the sample under the mouse, at APoint, with AHitPoint's settings: brush in
+    // the display's colour, pen in the channel's colour or the hit point's own.
+    void DrawHitPoint(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint);
+    // The legend swatch: a bar in the channel's colour and the point symbol.
+    bool CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t AY) override;
+    // Forgets the frame cache: the next frame computes every pixel anew.
+    void InvalidateChannel();
+
+    // Whether the channel is drawn highlighted, and in which colour.
+    virtual bool GetPlotHighlighted(bool APrinting) const { return !APrinting && GetHighlighted(); }
+    virtual TAlphaColor GetPlotHighlightColor() const { return FColor; }
+
+    // Downsampled real values of the plotted points (empty when nothing is downsampled).
+    const std::vector<double>& GetDownsampledRealY() const { return FDownsampledRealY; }
+
     QL_CLASS_INFO()
 
 private:
     friend class TQVChannelData;
+
+    // Brushes and pens for one pass of PlotChannelData.
+    void PlotBars(TQLCanvas& ACanvas, bool AHighlighted, const TRect& ARect, double AYOffset, const double* AYData,
+                  const double* AXData, const int32_t* AX, const int32_t* AY, int32_t ACount);
+    void PlotSymbols(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw, const int32_t* AX,
+                     const int32_t* AY, int32_t ACount);
+    // The real X and Y of plotted point AIndex.
+    void PointValues(int32_t AIndex, const double* AYData, const double* AXData, double& AXValue,
+                     double& AYValue) const;
 
     uint32_t GetSizeLimit() const;
     // The end of every intake operation: new data for the next hand-over, and a recalculation
@@ -77,6 +154,44 @@ private:
     std::atomic<bool> FHasNewBuffer{false};
     std::atomic<double> FSampleRate{0.0};
     std::unique_ptr<TQVChannelData> FData;
+
+    TQVChannelShadeMode FShadeMode = csmZero;
+    TQVSampleDrawEvent FOnSampleDraw;
+    TQVChannelDrawEvent FOnChannelDraw;
+
+    // Frame cache: what the last computation of the screen stage was made from.
+    int32_t FCurrentDataSize = -1;
+    int32_t FCurrentDownsampledDataSize = -1;
+    int32_t FCurrentWidth = -1;
+    int32_t FCurrentHeight = -1;
+    int32_t FCurrentXBegin = -1;
+    int32_t FCurrentYBegin = -1;
+    double FCurrentXMin = -1.0;
+    double FCurrentXMax = -1.0;
+    int32_t FCurrentXDataOffset = -1;
+    double FCurrentYMin = -1.0;
+    double FCurrentYMax = -1.0;
+    double FCurrentAxisXMin = -1.0;
+    double FCurrentAxisXMax = -1.0;
+    double FCurrentAxisYMin = -1.0;
+    double FCurrentAxisYMax = -1.0;
+    int32_t FXDrawMinValue = -1;
+    int32_t FXDrawMaxValue = -1;
+    int32_t FYDrawMinValue = -1;
+    int32_t FYDrawMaxValue = -1;
+    bool FCurrentXLogarithmic = false;
+    bool FCurrentYLogarithmic = false;
+    // The mapping the last computation used.
+    double FCurrentXOffset = -1.0;
+    double FCurrentXScale = -1.0;
+    double FCurrentXRatio = -1.0;
+    double FCurrentYOffset = -1.0;
+    double FCurrentYScale = -1.0;
+    bool FCurrentVertical = false;
+    // Whether the last computation downsampled, and the values of its points.
+    bool FDownsampled = false;
+    std::vector<double> FDownsampledRealX;
+    std::vector<double> FDownsampledRealY;
 };
 
 class TQVScopeChannels : public TQVPaletteDisplayCollection<TQVScopeChannel> {

@@ -53,12 +53,12 @@ void TQVScopeDataView::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bo
 const TQVDisplayGridLineSettings* TQVScopeDataView::GridLineFor(TQVTrackingOptionalAxis* AAxis, bool AZero,
                                                                 bool AMinor) const
 {
-    if (AZero || !AAxis)
+    if (AMinor || !AAxis)
         return nullptr;
     const TQVDisplayGridDirectionalLinesSettings* Options = AAxis->GetViewGridOptions();
     if (!Options)
         return nullptr;
-    const TQVDisplayGridLineSettings& Line = Options->GetLines(AMinor);
+    const TQVDisplayGridLineSettings& Line = Options->GetLineAt(AZero);
     return Line.GetVisible() ? &Line : nullptr;
 }
 

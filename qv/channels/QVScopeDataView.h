@@ -24,9 +24,9 @@ public:
     // The background, border and grid in every part but the foreground.
     void Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting) override;
 
-    // The grid's per-tick functions: a line across the view at a tick's Y (DrawUpLines) or X
-    // (DrawLeftLines), in the axis' major or minor line settings. Ticks that count as zero
-    // draw none.
+    // The grid's per-tick functions: a line across the view at a major tick's Y (DrawUpLines)
+    // or X (DrawLeftLines), in the axis' zero-line settings at zero and its line settings
+    // elsewhere. Minor ticks draw none.
     void DrawUpLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
                      bool AMinor, double AValue, int32_t APosition);
     void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,

@@ -87,8 +87,13 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
         // What is dragged over the plot goes onto the control's own picture.
         TQLCanvas* Own = GetBitmapCanvas();
         FDataView->Draw(ddpForeground, Own ? *Own : ACanvas, Vertical, APrinting);
-        (void)ViewInRegion;
-        (void)ClipRect;
+        // Channels, in index order, over the grid.
+        if (ViewInRegion)
+            for (TQVScopeChannel* Channel : *FChannels)
+                if (Channel->GetVisible())
+                    Channel->Draw(ACanvas, ClipRect, APrinting);
+        // The hit tests of the plot run on a recalculated frame once the data view
+        // interacts with the mouse.
         (void)Recalculated;
         if (!APrinting)
             for (TQVDisplayView* View : GetViews())

@@ -57,6 +57,8 @@ public:
 
     // A user draw event is running: invalidation requests are ignored meanwhile.
     bool GetInDraw() const { return FInDraw.load(std::memory_order_acquire); }
+    // Set by a channel around its user draw event.
+    void SetInDraw(bool AValue) { FInDraw.store(AValue, std::memory_order_release); }
 
     QL_CLASS_INFO()
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
 using namespace qv;
 
@@ -103,4 +104,38 @@ TEST(ScopeDrawOrder, HiddenBorderAndOwnBackgroundColour)
     ASSERT_EQ(Fills.size(), 2u);
     EXPECT_EQ(Fills[1].ArgRect(), View.GetDrawRect());
     EXPECT_EQ(Fills[1].BrushColor, 0xFF102030u);
+}
+
+TEST(ScopeDrawOrder, GridLinesCrossTheViewWithABrighterZeroLine)
+{
+    TPaintedScope P;
+    P.Paint();
+    const TRect View = P.Scope.GetScopeDataView()->GetDrawRect();
+    // Both walks of an axis begin at zero, so the zero line may be drawn twice at one place.
+    int Horizontal = 0, Vertical = 0;
+    std::set<int32_t> Zero;
+    for (const TQLCanvasRecord& R : P.Canvas.Of("LineTo")) {
+        const bool AcrossX = R.PenPos.X == View.Left && R.Args[0] == View.Right - 1 && R.Args[1] == R.PenPos.Y;
+        const bool AcrossY = R.PenPos.Y == View.Top && R.Args[1] == View.Bottom - 1 && R.Args[0] == R.PenPos.X;
+        Horizontal += AcrossX;
+        Vertical += AcrossY;
+        if (AcrossX && R.PenColor == 0xFF008000u) {
+            Zero.insert(R.PenPos.Y);
+            // The default Y range is -1 to 1: zero lies in the middle of the view.
+            EXPECT_NEAR(R.PenPos.Y, (View.Top + View.Bottom) / 2, 1);
+        }
+    }
+    EXPECT_GE(Horizontal, 3);
+    EXPECT_GE(Vertical, 3);
+    EXPECT_EQ(Zero.size(), 1u);
+
+    // Hidden lines are not drawn; the zero line stays on its own.
+    P.Scope.GetYAxis()->GetDataView()->GetLines()->SetVisible(false);
+    P.Scope.GetXAxis()->GetDataView()->GetLines()->SetVisible(false);
+    P.Paint();
+    std::set<int32_t> Remaining;
+    for (const TQLCanvasRecord& R : P.Canvas.Of("LineTo"))
+        if (R.PenPos.X == View.Left && R.Args[0] == View.Right - 1)
+            Remaining.insert(R.PenPos.Y);
+    EXPECT_EQ(Remaining, Zero);
 }

@@ -1,0 +1,128 @@
+// Plotting a scope channel of a million samples into a 1000-pixel-wide view.
+//
+// DrawNewData: every frame follows a hand-over of new data, so the whole pipeline runs:
+// extents, slice, X and Y mapping and the min/max cut to two points per column.
+// DrawUnchanged: frames with nothing new; the cached pixels are drawn again.
+// Downsample: the min/max cut alone, over a million samples and their pixel columns.
+// Drawing goes to a surface that only counts calls, so the figures are the channel's own.
+
+#include "qv/axes/QVScopeYAxis.h"
+#include "qv/channels/QVChannelData.h"
+#include "qv/channels/QVChannelPlot.h"
+#include "qv/channels/QVScopeChannel.h"
+#include "qv/display/QVDisplayView.h"
+#include "qv/display/QVScope.h"
+#include "qv/foundation/QLCanvas.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <vector>
+
+namespace {
+
+using namespace qv;
+
+constexpr int32_t kSamples = 1000000;
+const TRect kView{0, 0, 1000, 600};
+
+class TCountingCanvas : public TQLCanvas {
+public:
+    void* GetPlatformCanvas() override { return nullptr; }
+    void* GetDeviceHandle() override { return nullptr; }
+    void SetPixel(int32_t, int32_t, TAlphaColor) override { ++Calls; }
+    void Ellipse(int32_t, int32_t, int32_t, int32_t) override { ++Calls; }
+    void Rectangle(int32_t, int32_t, int32_t, int32_t) override { ++Calls; }
+    void FillRect(const TRect&) override { ++Calls; }
+    void DrawFocusRect(const TRect&) override {}
+    void Polygon(const TPoint*, int32_t) override { ++Calls; }
+    void LineTo(int32_t AX, int32_t AY) override
+    {
+        ++Calls;
+        FPenPos = TPoint{AX, AY};
+    }
+    TSize TextExtent(const std::string&) override { return TSize{0, 0}; }
+    void TextOut(int32_t, int32_t, const std::string&) override {}
+    void ClearClipRegion() override {}
+    void SetClipRegion(const TQLRegion&) override {}
+    void DrawBitmap(int32_t, int32_t, const TQLBitmap&) override {}
+    void StretchDrawBitmap(const TRect&, const TQLBitmap&) override {}
+    int64_t Calls = 0;
+};
+
+class TBenchScope : public TQVScope {
+public:
+    TBenchScope()
+    {
+        View.SetDrawRect(kView);
+        TQVScopeYAxis* Y = GetYAxis();
+        Y->GetAutoScaling()->SetEnabled(false);
+        Y->GetMin()->SetValue(-2.0);
+        Y->GetMax()->SetValue(2.0);
+    }
+    TQVDisplayComponent* GetDataView() const override { return const_cast<TQVCustomColorDisplayView*>(&View); }
+    TQVCustomColorDisplayView View{this};
+};
+
+std::vector<double> Signal()
+{
+    std::vector<double> Y(kSamples);
+    for (int32_t j = 0; j < kSamples; ++j)
+        Y[size_t(j)] = std::sin(j * 0.001) + 0.1 * std::sin(j * 0.37);
+    return Y;
+}
+
+void DrawNewData(benchmark::State& AState)
+{
+    TBenchScope Scope;
+    Scope.SetSizeLimit(kSamples);
+    TQVScopeChannel* Channel = Scope.GetChannels()->GetItem(0);
+    const std::vector<double> Y = Signal();
+    Channel->GetData()->AddYData(Y.data(), kSamples);
+    TCountingCanvas Canvas;
+    for (auto _ : AState) {
+        AState.PauseTiming();
+        // One more sample and a hand-over: the draw stage is new and everything is computed.
+        Channel->GetData()->AddYPoint(0.5);
+        Scope.PopulateDrawBuffers();
+        AState.ResumeTiming();
+        Channel->Draw(Canvas, kView, false);
+    }
+    AState.SetItemsProcessed(AState.iterations() * kSamples);
+    AState.counters["points"] = double(Channel->GetDownsampledIntDrawBufferY()->GetSize());
+}
+BENCHMARK(DrawNewData)->Unit(benchmark::kMillisecond);
+
+void DrawUnchanged(benchmark::State& AState)
+{
+    TBenchScope Scope;
+    TQVScopeChannel* Channel = Scope.GetChannels()->GetItem(0);
+    const std::vector<double> Y = Signal();
+    Channel->GetData()->AddYData(Y.data(), kSamples);
+    Scope.PopulateDrawBuffers();
+    TCountingCanvas Canvas;
+    Channel->Draw(Canvas, kView, false);
+    for (auto _ : AState)
+        Channel->Draw(Canvas, kView, false);
+}
+BENCHMARK(DrawUnchanged)->Unit(benchmark::kMicrosecond);
+
+void Downsample(benchmark::State& AState)
+{
+    const std::vector<double> Y = Signal();
+    std::vector<int32_t> X(kSamples);
+    for (int32_t j = 0; j < kSamples; ++j)
+        X[size_t(j)] = int32_t(int64_t(j) * 1000 / kSamples);
+    std::vector<int32_t> OX(2000), OG(1);
+    std::vector<double> OY(2000);
+    for (auto _ : AState) {
+        const TQVDownsampled R = QVDownsampleMinMax(Y.data(), X.data(), kSamples, 0, 999, nullptr, 0, OX.data(),
+                                                    OY.data(), nullptr, OG.data());
+        benchmark::DoNotOptimize(R);
+        benchmark::DoNotOptimize(OY.data());
+    }
+    AState.SetItemsProcessed(AState.iterations() * kSamples);
+}
+BENCHMARK(Downsample)->Unit(benchmark::kMicrosecond);
+
+} // namespace

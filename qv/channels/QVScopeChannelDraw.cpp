@@ -1,0 +1,498 @@
+// Plotting of a scope channel: from the draw stage to pixels, cached across frames, and the
+// drawing of those pixels in the channel's mode.
+
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/axes/QVScopeYAxis.h"
+#include "qv/channels/QVChannelMouseHitPoint.h"
+#include "qv/channels/QVChannelPlot.h"
+#include "qv/channels/QVScopeChannel.h"
+#include "qv/display/QVScope.h"
+#include "qv/foundation/QLCanvas.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+namespace qv {
+
+namespace {
+
+// Equal, counting two NaN as equal, so that a record without numbers does not look changed
+// on every frame.
+inline bool Same(double A, double B) { return A == B || (A != A && B != B); }
+
+// Clears the scope's in-draw flag also when a user handler throws.
+class TInDrawScope {
+public:
+    explicit TInDrawScope(TQVScope* AScope) : FScope(AScope)
+    {
+        if (FScope)
+            FScope->SetInDraw(true);
+    }
+    ~TInDrawScope()
+    {
+        if (FScope)
+            FScope->SetInDraw(false);
+    }
+    TInDrawScope(const TInDrawScope&) = delete;
+    TInDrawScope& operator=(const TInDrawScope&) = delete;
+
+private:
+    TQVScope* FScope;
+};
+
+// The width of a scale's full range, for the ratio of two scales.
+inline double FullSpan(const TQVLimitCachedMinMaxValue& AScale)
+{
+    return AScale.GetFull().GetMax().GetValue() - AScale.GetFull().GetMin().GetValue();
+}
+
+} // namespace
+
+void TQVScopeChannel::SetShadeMode(TQVChannelShadeMode AValue)
+{
+    if (AValue > csmBottom)
+        throw std::invalid_argument("TQVScopeChannel: invalid shade mode " + std::to_string(int(AValue)));
+    Set(FShadeMode, AValue);
+}
+
+TQVDisplayAxis* TQVScopeChannel::GetPlotXAxis() const { return GetXAxis(); }
+
+TQVDisplayAxis* TQVScopeChannel::GetPlotYAxis() const { return GetYAxis(); }
+
+void TQVScopeChannel::InvalidateChannel()
+{
+    FCurrentDataSize = FCurrentDownsampledDataSize = FCurrentWidth = FCurrentHeight = -1;
+    FCurrentXBegin = FCurrentYBegin = FCurrentXDataOffset = -1;
+    FXDrawMinValue = FXDrawMaxValue = FYDrawMinValue = FYDrawMaxValue = -1;
+    FCurrentXMin = FCurrentXMax = FCurrentYMin = FCurrentYMax = -1.0;
+    FCurrentAxisXMin = FCurrentAxisXMax = FCurrentAxisYMin = FCurrentAxisYMax = -1.0;
+    FCurrentXOffset = FCurrentXScale = FCurrentXRatio = FCurrentYOffset = FCurrentYScale = -1.0;
+}
+
+void TQVScopeChannel::Draw(TQLCanvas& ACanvas, const TRect& ARect, bool Printing)
+{
+    DrawCall(&TQVScopeChannel::ChannelDataDraw, ACanvas, 0xFF000000, ARect, Printing);
+    ACanvas.SetPenWidth(1);
+}
+
+void TQVScopeChannel::ZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, bool Printing)
+{
+    DrawCall(&TQVScopeChannel::ChannelDataZoneDraw, ACanvas, AColor, ARect, Printing);
+}
+
+void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas, TAlphaColor AColor,
+                               const TRect& ARect, bool Printing)
+{
+    const IQVRealBuffer& XDraw = *FXDrawDataBuffer;
+    const IQVRealBuffer& YDraw = *FYDrawDataBuffer;
+    // X and Y have the same size after every hand-over; the smaller one rules if not.
+    const int32_t n = std::min(YDraw.GetSize(), XDraw.GetSize());
+    TQVDisplayAxis* XAxis = GetPlotXAxis();
+    TQVDisplayAxis* YAxis = GetPlotYAxis();
+    if (!GetVisible() || n == 0 || !XAxis || !YAxis)
+        return;
+
+    // The scale: the X axis' zoomed window in real units (a flat one opened by 1 on each
+    // side) and in data units, and the mapping of both axes.
+    double smin = XAxis->GetScaleTotalReal().GetZoomed().GetMin().GetValue();
+    double smax = XAxis->GetScaleTotalReal().GetZoomed().GetMax().GetValue();
+    if (smin == smax) {
+        smin -= 1.0;
+        smax += 1.0;
+    }
+    const double dmin = XAxis->ScaleRealToData(smin);
+    const double dmax = XAxis->ScaleRealToData(smax);
+    double xoff = 0.0, xscale = 0.0;
+    XAxis->GetScaleInfo(xoff, xscale, smin, smax);
+    xscale = 0.0 - xscale;
+    const double ymax = YAxis->GetDataTotal().GetZoomed().GetMax().GetValue();
+    const double ymin = YAxis->GetDataTotal().GetZoomed().GetMin().GetValue();
+    double yoff = 0.0, yscale = 0.0;
+    YAxis->GetScaleInfo(yoff, yscale, ymin, ymax);
+    const bool ylog = YAxis->GetIntScaleMode() != smLinear;
+    const bool xlog = XAxis->GetIntScaleMode() != smLinear;
+    const bool vertical = GetDisplay() && GetDisplay()->GetIsVertical();
+    // A rectangle given the wrong way round has no size.
+    const int32_t w = std::max(0, vertical ? ARect.Bottom - ARect.Top : ARect.Right - ARect.Left);
+    const int32_t h = std::max(0, vertical ? ARect.Right - ARect.Left : ARect.Bottom - ARect.Top);
+    const int32_t xb = vertical ? ARect.Top : ARect.Left;
+    const int32_t yb = vertical ? ARect.Left : ARect.Top;
+    FScreenUsedWidth = w;
+
+    // The user's look at the data, inside painting.
+    if (FOnChannelDraw) {
+        TInDrawScope InDraw(FOwner);
+        FOnChannelDraw(this, GetIndex(), YDraw.Read(), n, GetDataChanged());
+    }
+
+    // The extents of the data; scanned only when the data is new, or when the cache that
+    // holds them was forgotten.
+    const bool DataChanged = GetDataChanged();
+    double xmin = FCurrentXMin, xmax = FCurrentXMax, ymin2 = FCurrentYMin, ymax2 = FCurrentYMax;
+    if (DataChanged || FCurrentDataSize != n) {
+        // A ramp counts up evenly: its ends are its extremes.
+        const double* XR = XDraw.Read();
+        const bool Ordered = FDrawIsRamp && XR[0] == XR[0] && XR[n - 1] == XR[n - 1] && XR[0] <= XR[n - 1];
+        xmin = Ordered ? XR[0] : XDraw.Min();
+        xmax = Ordered ? XR[n - 1] : XDraw.Max();
+        ymin2 = YDraw.Min();
+        ymax2 = YDraw.Max();
+    }
+
+    // The columns the data occupies, the samples on screen, and whether they are cut down.
+    const bool IsRamp = FDrawIsRamp;
+    FScreenUsedWidth = QVScreenUsedWidth(w, xmin, xmax, dmin, dmax);
+    const TQVScreenSlice Slice = QVScreenSlice(n, IsRamp, xlog, FScreenUsedWidth, xmin, xmax, dmin, dmax);
+    FScreenStartIndex = Slice.Start;
+    const int32_t c = Slice.Count;
+    const bool Downsampled = QVIsDownsampled(IsRamp, xlog, FScreenUsedWidth, c);
+    const int32_t d = Downsampled ? 2 * FScreenUsedWidth : std::max(c, 0);
+
+    // What changed since the last computation. Besides the limits, the mapping
+    // itself is compared (offsets, factors, the turn): reversing an axis or turning the
+    // display keeps every limit and still moves every pixel.
+    const double DataSpan = FullSpan(XAxis->GetDataTotal());
+    const double ratio = DataSpan == 0.0 ? 1.0 : FullSpan(XAxis->GetScaleTotalReal()) / DataSpan;
+    const bool xchanged = !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && w == FCurrentWidth &&
+                            xb == FCurrentXBegin && Same(xmin, FCurrentXMin) && Same(xmax, FCurrentXMax) &&
+                            Same(smin, FCurrentAxisXMin) && Same(smax, FCurrentAxisXMax) &&
+                            xlog == FCurrentXLogarithmic && Same(xoff, FCurrentXOffset) &&
+                            Same(xscale, FCurrentXScale) && Same(ratio, FCurrentXRatio) &&
+                            vertical == FCurrentVertical);
+    const bool ychanged = !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && h == FCurrentHeight &&
+                            yb == FCurrentYBegin && Same(ymin2, FCurrentYMin) && Same(ymax2, FCurrentYMax) &&
+                            Same(ymin, FCurrentAxisYMin) && Same(ymax, FCurrentAxisYMax) &&
+                            ylog == FCurrentYLogarithmic && Same(yoff, FCurrentYOffset) &&
+                            Same(yscale, FCurrentYScale) && vertical == FCurrentVertical);
+    FCurrentXLogarithmic = xlog;
+    FCurrentYLogarithmic = ylog;
+
+    if (DataChanged || xchanged || ychanged) {
+        ClearDataChanged();
+
+        // The screen slice: the draw stage itself when it is all on screen.
+        if (c == n) {
+            FXScreenDataBuffer = FXDrawDataBuffer;
+            FYScreenDataBuffer = FYDrawDataBuffer;
+        } else {
+            FXScreenDataBuffer = std::make_shared<TQVRealBuffer>(XDraw.Read() + FScreenStartIndex, c);
+            FYScreenDataBuffer = std::make_shared<TQVRealBuffer>(YDraw.Read() + FScreenStartIndex, c);
+        }
+        const double* XS = FXScreenDataBuffer->Read();
+        const double* YS = FYScreenDataBuffer->Read();
+
+        // Recomputation.
+        double span = smax - smin;
+        if (span == 0.0)
+            span = 1.0;
+        const double Columns1 = std::max(w - 1, 1);
+
+        if (DataChanged || xchanged) {
+            XAxis->InvalidateMinMaxCache(false);
+            FScaledIntDrawBufferX->Resize(c, false);
+            FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
+            // Pixel = value * scale + xb - offset, with the offset lowered by the view's width
+            // so that the scale's minimum lands on the view's first column.
+            const double LoweredOffset = xoff - (w - 1);
+            int32_t* XInts = FScaledIntDrawBufferX->Write();
+            double* XReal = FScaledRealDrawBufferX->Write();
+            if (!xlog) {
+                const double Scale = xscale * ratio;
+                QVMapX(XS, c, Scale, xb - LoweredOffset, false, Scale * span / Columns1, XInts, XReal);
+            } else {
+                const double RealScale = xscale * span / Columns1;
+                for (int32_t i = 0; i < c; ++i) {
+                    XReal[i] = QVPlotLog(XS[i]) * RealScale;
+                    XInts[i] = QVPixelOf(QVPlotLog(XS[i] * ratio) * xscale + xb - LoweredOffset);
+                }
+            }
+            FCurrentXDataOffset = std::min(0, QVClampRound(LoweredOffset, -int32_t(QVPixelClipBound), 0));
+        }
+
+        // Y side.
+        YAxis->InvalidateMinMaxCache(false);
+        FScaledIntDrawBufferY->Resize(c, false);
+        const double PlotBase = vertical ? ARect.Right - yoff - 1.0 : ARect.Bottom - yoff;
+        if (!Downsampled) {
+            FDownsampledIntDrawBufferX = FScaledIntDrawBufferX;
+            FDownsampledIntDrawBufferY = FScaledIntDrawBufferY;
+            FDownsampledGapsBuffer = FDrawGapsBuffer;
+            FDownsampledRealX.clear();
+            FDownsampledRealY.clear();
+        } else {
+            // The gaps inside the slice, relative to it.
+            std::vector<int32_t> Gaps;
+            const int32_t* G = FDrawGapsBuffer->Read();
+            for (int32_t k = 0, Count = FDrawGapsBuffer->GetSize(); k < Count; ++k)
+                if (G[k] > FScreenStartIndex && G[k] < FScreenStartIndex + c)
+                    Gaps.push_back(G[k] - FScreenStartIndex);
+            // Two points for each pixel column of the view that the samples reach; samples
+            // beyond the view's edges join its first or last column.
+            const int32_t Columns = std::max(w, 1);
+            std::vector<int32_t> DX(size_t(2) * Columns);
+            std::vector<int32_t> First(static_cast<size_t>(Columns));
+            std::vector<int32_t> ColumnGaps(std::min<size_t>(Gaps.size(), size_t(Columns)) + 1);
+            FDownsampledRealY.resize(size_t(2) * Columns);
+            const TQVDownsampled Cut = QVDownsampleMinMax(
+                YS, FScaledIntDrawBufferX->Read(), c, xb, xb + Columns - 1, Gaps.data(), int32_t(Gaps.size()),
+                DX.data(), FDownsampledRealY.data(), First.data(), ColumnGaps.data());
+            FDownsampledRealY.resize(size_t(Cut.Points));
+            FDownsampledRealX.resize(size_t(Cut.Points));
+            for (int32_t k = 0; k < Cut.Points; ++k)
+                FDownsampledRealX[size_t(k)] = XS[First[size_t(k / 2)]];
+            FDownsampledIntDrawBufferX = std::make_shared<TQVIntegerBuffer>(DX.data(), Cut.Points);
+            FDownsampledIntDrawBufferY = std::make_shared<TQVIntegerBuffer>(uint32_t(Cut.Points));
+            QVMapY(FDownsampledRealY.data(), Cut.Points, yscale, ylog, PlotBase, FDownsampledIntDrawBufferY->Write());
+            // Gap entries count points from the slice's start, as the plain gap list does.
+            auto DG = std::make_shared<TQVIntegerBuffer>(uint32_t(Cut.GapCount));
+            int32_t* DGW = DG->Write();
+            for (int32_t k = 0; k < Cut.GapCount; ++k)
+                DGW[k] = ColumnGaps[size_t(k)] + FScreenStartIndex;
+            FDownsampledGapsBuffer = std::move(DG);
+        }
+        QVMapY(YS, c, yscale, ylog, PlotBase, FScaledIntDrawBufferY->Write());
+
+        FCurrentDownsampledDataSize = d;
+        FCurrentDataSize = n;
+        FCurrentWidth = w;
+        FCurrentHeight = h;
+        FCurrentXBegin = xb;
+        FCurrentYBegin = yb;
+        FCurrentXMin = xmin;
+        FCurrentXMax = xmax;
+        FCurrentYMin = ymin2;
+        FCurrentYMax = ymax2;
+        FCurrentAxisXMin = smin;
+        FCurrentAxisXMax = smax;
+        FCurrentAxisYMin = ymin;
+        FCurrentAxisYMax = ymax;
+        FCurrentXOffset = xoff;
+        FCurrentXScale = xscale;
+        FCurrentXRatio = ratio;
+        FCurrentYOffset = yoff;
+        FCurrentYScale = yscale;
+        FCurrentVertical = vertical;
+        FDownsampled = Downsampled;
+        if (!QVPixelRange(FDownsampledIntDrawBufferX->Read(), FDownsampledIntDrawBufferX->GetSize(),
+                          FXDrawMinValue, FXDrawMaxValue))
+            FXDrawMinValue = FXDrawMaxValue = -1;
+        if (!QVPixelRange(FDownsampledIntDrawBufferY->Read(), FDownsampledIntDrawBufferY->GetSize(),
+                          FYDrawMinValue, FYDrawMaxValue))
+            FYDrawMinValue = FYDrawMaxValue = -1;
+    }
+
+    // The plot.
+    (this->*ADrawProc)(ACanvas, AColor, ARect, yoff, FYScreenDataBuffer->Read(), FXScreenDataBuffer->Read(),
+                       FYScreenDataBuffer->GetSize(), *FScaledIntDrawBufferX, *FScaledIntDrawBufferY, Printing);
+}
+
+void TQVScopeChannel::ChannelDataDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, double AYOffset,
+                                      const double* AYData, const double* AXData, int32_t /*ASize*/,
+                                      const IQVIntegerBuffer& /*AXInts*/, const IQVIntegerBuffer& /*AYInts*/,
+                                      bool Printing)
+{
+    // The highlighted pass lies under the plain one.
+    if (GetPlotHighlighted(Printing))
+        PlotChannelData(ACanvas, AColor, true, false, ARect, AYOffset, AYData, AXData);
+    PlotChannelData(ACanvas, AColor, false, false, ARect, AYOffset, AYData, AXData);
+}
+
+void TQVScopeChannel::ChannelDataZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect,
+                                          double AYOffset, const double* AYData, const double* AXData,
+                                          int32_t /*ASize*/, const IQVIntegerBuffer& /*AXInts*/,
+                                          const IQVIntegerBuffer& /*AYInts*/, bool Printing)
+{
+    if (GetPlotHighlighted(Printing))
+        PlotChannelData(ACanvas, AColor, true, true, ARect, AYOffset, AYData, AXData);
+    PlotChannelData(ACanvas, AColor, false, true, ARect, AYOffset, AYData, AXData);
+}
+
+void TQVScopeChannel::PointValues(int32_t AIndex, const double* AYData, const double* AXData, double& AXValue,
+                                  double& AYValue) const
+{
+    if (FDownsampled) {
+        AXValue = FDownsampledRealX[size_t(AIndex)];
+        AYValue = FDownsampledRealY[size_t(AIndex)];
+    } else {
+        AXValue = AXData[AIndex];
+        AYValue = AYData[AIndex];
+    }
+}
+
+void TQVScopeChannel::PlotChannelData(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw,
+                                      const TRect& ARect, double AYOffset, const double* AYData,
+                                      const double* AXData)
+{
+    const IQVIntegerBuffer& PX = *FDownsampledIntDrawBufferX;
+    const IQVIntegerBuffer& PY = *FDownsampledIntDrawBufferY;
+    const int32_t m = std::min(PX.GetSize(), PY.GetSize());
+    const bool vertical = GetDisplay() && GetDisplay()->GetIsVertical();
+
+    TQLCanvasSave Save(ACanvas);
+    TAlphaColor Color = FColor;
+    int32_t PenWidth = FWidth;
+    if (AZoneDraw) {
+        Color = AColor;
+        PenWidth = FWidth + (AHighlighted ? 4 : 2);
+    } else if (AHighlighted) {
+        Color = GetPlotHighlightColor();
+        PenWidth = FWidth + 2;
+    }
+    ACanvas.GetPen().SetColor(Color);
+    ACanvas.GetBrush().SetColor(Color);
+    ACanvas.SetPenWidth(PenWidth);
+    ACanvas.SetPenStyle(QVPenStyleOf(FStrokeDash));
+
+    TQVPlotPoints Points;
+    Points.X = PX.Read();
+    Points.Y = PY.Read();
+    Points.Vertical = vertical;
+    Points.Count = m;
+    Points.Gaps = FDownsampledGapsBuffer->Read();
+    Points.GapCount = FDownsampledGapsBuffer->GetSize();
+    Points.IndexBase = FScreenStartIndex;
+
+    switch (FChannelMode) {
+    case cmLine:
+        ACanvas.GetBrush().SetStyle(bsClear);
+        QVPlotLine(ACanvas, Points, FColor);
+        break;
+    case cmStep: QVPlotStep(ACanvas, Points, FColor); break;
+    case cmBar: PlotBars(ACanvas, AHighlighted, ARect, AYOffset, AYData, AXData, Points.X, Points.Y, m); break;
+    case cmPoint:
+        if (!FPoints->GetVisible()) {
+            for (int32_t i = 0; i < m; ++i) {
+                if (Points.X[i] == QVMissingPixel || Points.Y[i] == QVMissingPixel)
+                    continue;
+                const int32_t SX = vertical ? Points.Y[i] : Points.X[i];
+                const int32_t SY = vertical ? Points.X[i] : Points.Y[i];
+                if (AHighlighted) {
+                    ACanvas.SetPenWidth(1);
+                    ACanvas.Rectangle(SX - 1, SY - 1, SX + 2, SY + 2);
+                } else {
+                    ACanvas.SetPixel(SX, SY, FColor);
+                }
+            }
+        }
+        break;
+    }
+    if (FPoints->GetVisible())
+        PlotSymbols(ACanvas, AColor, AHighlighted, AZoneDraw, Points.X, Points.Y, m);
+}
+
+void TQVScopeChannel::PlotBars(TQLCanvas& ACanvas, bool AHighlighted, const TRect& ARect, double AYOffset,
+                               const double* AYData, const double* AXData, const int32_t* AX, const int32_t* AY,
+                               int32_t ACount)
+{
+    ACanvas.SetPenWidth(1);
+    ACanvas.GetBrush().SetStyle(bsSolid);
+    const bool vertical = GetDisplay() && GetDisplay()->GetIsVertical();
+    const TQVDisplayAxis* YAxis = GetPlotYAxis();
+    const bool Reversed = YAxis && YAxis->GetIsReversedDirect();
+    const int32_t Thickness = FWidth + (AHighlighted ? 2 : 0);
+    const int32_t Extra = AHighlighted ? 1 : 0;
+    const int32_t Low = vertical ? ARect.Left : ARect.Top;
+    const int32_t High = (vertical ? ARect.Right : ARect.Bottom) + 1;
+    int32_t Base = 0;
+    if (FShadeMode == csmTop)
+        Base = Reversed ? High : Low;
+    else if (FShadeMode == csmBottom)
+        Base = Reversed ? Low : High;
+    const int32_t Far = vertical ? ARect.Right : ARect.Bottom;
+    const int32_t Zero =
+        Far - QVClampRound(AYOffset, -int32_t(QVPixelClipBound), int32_t(QVPixelClipBound));
+
+    for (int32_t i = 0; i < ACount; ++i) {
+        if (AX[i] == QVMissingPixel || AY[i] == QVMissingPixel)
+            continue;
+        bool DefaultDraw = true;
+        if (FOnSampleDraw) {
+            double XValue = 0.0, YValue = 0.0;
+            PointValues(i, AYData, AXData, XValue, YValue);
+            FOnSampleDraw(this, XValue, YValue, ACanvas, AHighlighted, DefaultDraw);
+        }
+        if (!DefaultDraw)
+            continue;
+        const TRect R = QVBarRect(FShadeMode, vertical, AX[i], AY[i], Thickness, Extra, Base, Zero);
+        ACanvas.Rectangle(R.Left, R.Top, R.Right, R.Bottom);
+    }
+}
+
+void TQVScopeChannel::PlotSymbols(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw,
+                                  const int32_t* AX, const int32_t* AY, int32_t ACount)
+{
+    ACanvas.SetPenWidth(1);
+    TQLCanvasSave Save(ACanvas);
+    const TQVScopePoints& S = *FPoints;
+    const TQVScopePointsShape Shape = S.GetShape();
+    const bool LineShape = Shape == psPlus || Shape == psCross || Shape == psStar;
+    int32_t Inset = 0;
+    if (AZoneDraw || AHighlighted) {
+        const TAlphaColor Color = AZoneDraw ? AColor : GetPlotHighlightColor();
+        ACanvas.GetPen().SetColor(Color);
+        ACanvas.GetBrush().SetColor(Color);
+        ACanvas.GetBrush().SetStyle(bsSolid);
+        Inset = (AZoneDraw ? 1 : 0) + (AHighlighted ? 1 : 0);
+        if (AHighlighted && LineShape)
+            ACanvas.SetPenWidth(1 + (AZoneDraw ? 4 : 2));
+    } else if (S.GetUseChannelColor()) {
+        ACanvas.GetPen().SetColor(FColor);
+        ACanvas.GetBrush().SetColor(FColor);
+        ACanvas.GetBrush().SetStyle(bsSolid);
+    } else {
+        ACanvas.ApplyPen(*S.GetPen());
+        ACanvas.ApplyBrush(*S.GetBrush());
+    }
+    const int32_t Size = int32_t(S.GetSize()) + (AHighlighted ? 1 : 0) + (AZoneDraw ? 1 : 0);
+    const bool vertical = GetDisplay() && GetDisplay()->GetIsVertical();
+    for (int32_t i = 0; i < ACount; ++i) {
+        if (AX[i] == QVMissingPixel || AY[i] == QVMissingPixel)
+            continue;
+        QVDrawPointSymbol(ACanvas, Shape, vertical ? AY[i] : AX[i], vertical ? AX[i] : AY[i], Size, Inset);
+    }
+}
+
+bool TQVScopeChannel::CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t AY)
+{
+    TQLCanvasSave Save(ACanvas);
+    ACanvas.SetPenStyle(psSolid);
+    const auto Solid = [&](TAlphaColor AColor) {
+        ACanvas.GetPen().SetColor(AColor);
+        ACanvas.GetBrush().SetColor(AColor);
+        ACanvas.GetBrush().SetStyle(bsSolid);
+    };
+    if (FChannelMode != cmPoint) {
+        Solid(FColor);
+        ACanvas.RectangleRect(TRect{AX, AY - 1, AX + 13, AY + 2});
+    }
+    const TQVScopePoints& S = *FPoints;
+    if (S.GetVisible()) {
+        if (S.GetUseChannelColor()) {
+            Solid(FColor);
+        } else {
+            ACanvas.ApplyPen(*S.GetPen());
+            ACanvas.ApplyBrush(*S.GetBrush());
+        }
+        ACanvas.SetPenWidth(1);
+        QVDrawPointSymbolRect(ACanvas, S.GetShape(), TRect{AX + 3, AY - 3, AX + 10, AY + 4}, 0);
+    } else if (FChannelMode == cmPoint) {
+        Solid(FColor);
+        ACanvas.EllipseRect(TRect{AX + 5, AY - 1, AX + 8, AY + 2});
+    }
+    return true;
+}
+
+void TQVScopeChannel::DrawHitPoint(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint)
+{
+    ACanvas.SetPenStyle(psSolid);
+    TQVDataDisplay* Display = GetDisplay();
+    if (!Display || !AHitPoint.GetEnabled())
+        return;
+    ACanvas.GetBrush().SetColor(Display->GetColor());
+    ACanvas.GetBrush().SetStyle(bsSolid);
+    ACanvas.GetPen().SetColor(AHitPoint.GetUseChannelColor() ? FColor : AHitPoint.GetColor());
+    Display->DrawHitTest(ACanvas, APoint, AHitPoint);
+}
+
+} // namespace qv

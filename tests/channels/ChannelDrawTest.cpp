@@ -1,0 +1,319 @@
+// A scope channel plotted end to end: samples handed over to the draw stage, mapped through
+// the scope's axes to pixel points, and drawn.
+#include "channels/PlotTestSupport.h"
+
+#include <limits>
+#include <random>
+
+using namespace qv;
+using namespace qvtest;
+
+namespace {
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double Inf = std::numeric_limits<double>::infinity();
+
+std::vector<double> Noise(int32_t ACount, unsigned ASeed)
+{
+    std::mt19937 Rng(ASeed);
+    std::normal_distribution<double> D(50.0, 8.0);
+    std::vector<double> Y(static_cast<size_t>(ACount));
+    for (double& V : Y)
+        V = D(Rng);
+    return Y;
+}
+} // namespace
+
+TEST_F(TPlotFixture, MillionSampleRampPlotsTwoPointsPerColumnWithTheExtremesOfEachColumn)
+{
+    const int32_t N = 1000000;
+    std::vector<double> Y = Noise(N, 3);
+    for (int32_t j = 1234; j < N; j += 7919) // spikes, so that columns differ
+        Y[size_t(j)] += (j % 2 ? 40.0 : -40.0);
+    Ramp(Y, 0);
+    Channel(1)->GetData()->AddXYData(Seq(0.0, N).data(), Y.data(), N);
+    Scope.PopulateDrawBuffers();
+    Draw(0);
+    EXPECT_EQ(Canvas.Of("LineTo").size(), 999u);
+    Draw(1);
+    ASSERT_EQ(Plotted(1).size(), size_t(N)); // explicit X: sample by sample
+    // Column by column, the two points are the highest and lowest pixel of the samples
+    // drawn one by one.
+    const auto Down = ColumnExtents(Plotted(0));
+    EXPECT_EQ(Plotted(0).size(), 1000u);
+    EXPECT_EQ(Down.size(), 500u);
+    EXPECT_EQ(Down, ColumnExtents(Plotted(1)));
+}
+
+TEST_F(TPlotFixture, DownsamplingBeginsOneSampleAboveTwiceTheUsedWidthPlusEight)
+{
+    Ramp(Noise(1008, 1)); // X follows the data: the whole record fills the 500 columns
+    Draw();
+    EXPECT_EQ(Plotted().size(), 1008u);
+    EXPECT_EQ(Channel()->GetDownsampledIntDrawBufferY(), Channel()->GetScaledIntDrawBufferY());
+    Ramp({50.0});
+    Draw();
+    EXPECT_LE(Plotted().size(), 1000u);
+    EXPECT_EQ(Channel()->GetScaledIntDrawBufferY()->GetSize(), 1009);
+
+    // A logarithmic X axis plots a long ramp sample by sample, a decade per equal width.
+    Ramp(Noise(100000 - 1009, 2));
+    XAxis().SetScaleMode(smLogarithmic);
+    Draw();
+    const auto P = Plotted();
+    ASSERT_EQ(P.size(), 100000u);
+    EXPECT_NEAR(P[9].first - P[0].first, P[99].first - P[9].first, 1);
+    EXPECT_NEAR(P[99999].first, Rect.Right - 1, 1);
+}
+
+TEST_F(TPlotFixture, FrameWithoutChangeReusesItsPixelsAndChangesRecomputeThem)
+{
+    Ramp(Noise(200000, 4));
+    std::vector<bool> WasChanged;
+    Channel()->SetOnChannelDraw([&](TQLPersistent*, int32_t AIndex, const double* AData, int32_t ASize, bool AChanged) {
+        EXPECT_TRUE(AIndex == 0 && AData && ASize == Channel()->GetYDrawDataBuffer()->GetSize());
+        EXPECT_TRUE(Scope.GetInDraw());
+        WasChanged.push_back(AChanged);
+    });
+    Draw();
+    auto Last = Channel()->GetDownsampledIntDrawBufferY();
+    const auto Points = Plotted();
+    Draw();
+    EXPECT_EQ(Channel()->GetDownsampledIntDrawBufferY(), Last) << "a frame without change computed anew";
+    EXPECT_EQ(WasChanged, (std::vector<bool>{true, false}));
+    EXPECT_FALSE(Scope.GetInDraw());
+
+    // Forgetting the cache, zooming, moving the view and new data each recompute.
+    const auto Recomputed = [&] {
+        Draw();
+        const bool New = Channel()->GetDownsampledIntDrawBufferY() != Last;
+        Last = Channel()->GetDownsampledIntDrawBufferY();
+        return New;
+    };
+    Channel()->InvalidateChannel();
+    EXPECT_TRUE(Recomputed());
+    EXPECT_EQ(Plotted(), Points);
+    SetXRange(0.0, 99999.0);
+    EXPECT_TRUE(Recomputed());
+    const auto Zoomed = Plotted();
+    EXPECT_NE(Zoomed, Points);
+    Rect = TRect{0, 10, 500, 410};
+    EXPECT_TRUE(Recomputed());
+    EXPECT_EQ(Plotted()[0].second, Zoomed[0].second + 10);
+    Scope.GetYAxis()->SetReversed(true); // the same limits, turned round
+    EXPECT_TRUE(Recomputed());
+    Channel()->GetData()->AddYPoint(50.0);
+    Scope.PopulateDrawBuffers();
+    EXPECT_TRUE(Recomputed());
+}
+
+TEST_F(TPlotFixture, ZoomedRampIsCutToTheViewAndAShortRecordUsesPartOfTheWidth)
+{
+    Ramp(Noise(100000, 5));
+    SetXRange(50000.0, 59999.0);
+    Draw();
+    EXPECT_EQ(Channel()->GetScreenStartIndex(), 50000);
+    EXPECT_EQ(Channel()->GetYScreenDataBuffer()->GetSize(), 9999 + 8); // round(100000 * 9999 / 99999)
+    EXPECT_EQ(ColumnExtents(Plotted()).size(), 500u);
+
+    Ramp(Noise(100, 6), 1); // 100 samples on an axis of 0..199: half the view
+    SetXRange(0.0, 199.0);
+    Draw(1);
+    EXPECT_EQ(Channel(1)->GetScreenUsedWidth(), 249);
+    for (const auto& [X, Y] : Plotted(1))
+        EXPECT_LT(X, 250);
+}
+
+TEST_F(TPlotFixture, GapsBreakALineAlsoWhenDownsampledAndAreCrossedByASteps)
+{
+    Ramp(Noise(50, 7));
+    Ramp(Noise(50, 8), 0, true); // a separate block: broken in front of sample 50
+    Draw();
+    const auto P = Plotted();
+    ASSERT_EQ(Canvas.Of("MoveTo").size(), 2u);
+    EXPECT_EQ(Canvas.Of("MoveTo")[1].Args, (std::vector<int32_t>{P[50].first, P[50].second}));
+    Channel()->SetChannelMode(cmStep);
+    Draw();
+    EXPECT_EQ(Canvas.Of("MoveTo").size(), 1u);
+
+    Ramp(Noise(100000, 9), 1);
+    Ramp(Noise(100000, 10), 1, true);
+    Draw(1);
+    ASSERT_EQ(Canvas.Of("MoveTo").size(), 2u);
+    EXPECT_EQ(Canvas.Of("MoveTo")[1].Args[0], Rect.Left + 250);
+}
+
+TEST_F(TPlotFixture, NaNAndInfiniteSamplesNeitherCrashNorTakePartInColumns)
+{
+    Draw(); // no data at all
+    EXPECT_TRUE(Canvas.GetRecords().empty());
+    std::vector<double> Y(20, 50.0);
+    Y[5] = NaN;
+    Y[10] = Inf;
+    Y[11] = -Inf;
+    Ramp(Y);
+    Draw();
+    const auto P = Plotted();
+    EXPECT_EQ(P[5].second, QVMissingPixel);
+    EXPECT_EQ(P[10].second, -10000000);
+    EXPECT_EQ(P[11].second, 10000000);
+    EXPECT_EQ(Canvas.Of("MoveTo").size(), 2u); // broken at the NaN
+
+    // Downsampled: a NaN is never a column's extreme; an all-NaN stretch is missing.
+    std::vector<double> Long(100000, 50.0);
+    for (int32_t j = 0; j < 100000; j += 3)
+        Long[size_t(j)] = NaN;
+    std::fill(Long.begin() + 60000, Long.begin() + 70000, NaN);
+    Ramp(Long, 1);
+    Draw(1);
+    int32_t Missing = 0;
+    for (const auto& [X, Yp] : Plotted(1)) {
+        Missing += Yp == QVMissingPixel ? 1 : 0;
+        EXPECT_TRUE(Yp == QVMissingPixel || Yp == 200) << Yp;
+    }
+    EXPECT_GT(Missing, 40);
+    EXPECT_EQ(Canvas.Of("MoveTo").size(), 2u);
+
+    // NaN X and Y from an explicit-X record: nothing drawn, nothing raised.
+    const std::vector<double> NX{NaN, NaN, 3}, NY{NaN, NaN, NaN};
+    Channel(2)->GetData()->AddXYData(NX.data(), NY.data(), 3);
+    Scope.PopulateDrawBuffers();
+    Draw(2);
+    EXPECT_TRUE(Canvas.Of("LineTo").empty());
+    // Cleared, a channel keeps no points of its last frame.
+    Channel(1)->GetData()->Clear();
+    Scope.PopulateDrawBuffers();
+    EXPECT_TRUE(Plotted(1).empty());
+}
+
+TEST_F(TPlotFixture, UnboundedAxesAndEmptyViewsDrawWithoutFault)
+{
+    Ramp(Noise(5000, 13));
+    const std::vector<std::pair<double, double>> Ranges{{-Inf, Inf}, {-1e308, 1e308}, {5.0, 5.0}, {0.0, 1e-300}};
+    for (const auto& [Lo, Hi] : Ranges) {
+        SetYRange(Lo, Hi);
+        SetXRange(Lo, Hi);
+        for (TQVScopeChannelMode Mode : {cmLine, cmStep, cmBar, cmPoint}) {
+            Channel()->SetChannelMode(Mode);
+            Draw();
+            for (const auto& [X, Y] : Plotted()) {
+                EXPECT_TRUE(X == QVMissingPixel || std::abs(X) <= 10000000) << Lo << ".." << Hi;
+                EXPECT_TRUE(Y == QVMissingPixel || std::abs(Y) <= 10000000) << Lo << ".." << Hi;
+            }
+        }
+    }
+    Rect = TRect{10, 10, 5, 5}; // no size at all
+    Draw();
+}
+
+TEST_F(TPlotFixture, BarsFollowWidthShadeAndTheSampleDrawEvent)
+{
+    Ramp({25.0, 50.0, 75.0, 100.0});
+    Channel()->SetChannelMode(cmBar);
+    Channel()->SetShadeMode(csmBottom);
+    Channel()->SetWidth(5);
+    int Calls = 0;
+    Channel()->SetOnSampleDraw([&](TQLPersistent*, double AX, double AY, TQLCanvas&, bool, bool& ADefault) {
+        ++Calls;
+        ADefault = !(AX == 2.0 && AY == 75.0); // leaves out the third bar
+    });
+    Draw();
+    EXPECT_EQ(Calls, 4);
+    const auto Bars = Canvas.Of("Rectangle");
+    ASSERT_EQ(Bars.size(), 3u);
+    const int32_t X = Plotted()[0].first;
+    EXPECT_EQ(Bars[0].ArgRect(), (TRect{X - 2, 300, X + 3, 401}));
+    EXPECT_EQ(Bars[0].BrushColor, Channel()->GetColor());
+    // On the zero line of a -100..100 axis, a bar below zero hangs down from it.
+    Channel()->SetOnSampleDraw({});
+    Channel()->SetShadeMode(csmZero);
+    SetYRange(-100.0, 100.0);
+    Draw();
+    EXPECT_EQ(Canvas.Of("Rectangle")[0].ArgRect().Top, Plotted()[0].second);
+    EXPECT_EQ(Canvas.Of("Rectangle")[0].ArgRect().Bottom, 201); // from the zero line 200 + 1
+}
+
+TEST_F(TPlotFixture, PointsSymbolsAndLegendUseTheChannelsLook)
+{
+    Ramp({50.0, 50.0});
+    Channel()->SetChannelMode(cmPoint);
+    Draw();
+    ASSERT_EQ(Canvas.Of("SetPixel").size(), 2u);
+    TQVScopePoints* Points = Channel()->GetPoints();
+    Points->SetVisible(true);
+    Points->SetShape(psSquare);
+    Points->SetSize(2);
+    Points->SetUseChannelColor(false);
+    Points->GetPen()->SetColor(0xFF123456);
+    Draw();
+    EXPECT_TRUE(Canvas.Of("SetPixel").empty());
+    ASSERT_EQ(Canvas.Of("RectangleRect").size(), 2u);
+    const int32_t X = Plotted()[0].first;
+    EXPECT_EQ(Canvas.Of("RectangleRect")[0].ArgRect(), (TRect{X - 2, 198, X + 3, 203}));
+    EXPECT_EQ(Canvas.Of("RectangleRect")[0].PenColor, 0xFF123456u);
+
+    Canvas.ClearRecords();
+    Channel()->SetChannelMode(cmLine);
+    Points->SetShape(psPlus);
+    EXPECT_TRUE(Channel()->CustomLegendDraw(Canvas, 10, 20));
+    EXPECT_EQ(Canvas.Of("RectangleRect").at(0).ArgRect(), (TRect{10, 19, 23, 22}));
+    EXPECT_EQ(Canvas.Of("MoveTo").at(0).Args, (std::vector<int32_t>{16, 17})); // the plus round (16, 20)
+}
+
+TEST_F(TPlotFixture, SampleRateChangesTheRealScaleButNotThePicture)
+{
+    Ramp(Noise(100000, 12));
+    Draw();
+    const auto Samples = Plotted();
+    Channel()->GetData()->SetSampleRate(1000.0);
+    XAxis().SetTicksMode(atmTime);
+    XAxis().InvalidateMinMaxCache(true);
+    Draw();
+    const double Seconds = XAxis().GetScaleTotalReal().GetFull().GetMax().GetValue();
+    EXPECT_NEAR(Seconds, 100.0, 0.01);
+    EXPECT_EQ(Plotted(), Samples);
+    const auto& Real = *Channel()->GetScaledRealDrawBufferX();
+    EXPECT_NEAR(Real.GetItem(99999) - Real.GetItem(0), Seconds, 1e-6);
+}
+
+TEST_F(TPlotFixture, VerticalDisplayRunsXDownTheScreen)
+{
+    Scope.SetVertical(true);
+    EXPECT_EQ(Channel()->GetDisplayWidth(), 400);
+    Ramp({0.0, 100.0});
+    Draw();
+    const auto Lines = Canvas.Of("LineTo");
+    ASSERT_EQ(Lines.size(), 1u);
+    EXPECT_LT(Lines[0].PenPos.Y, Lines[0].Args[1]); // X 0 above X 1
+    EXPECT_GT(Lines[0].PenPos.X, Lines[0].Args[0]); // turned a quarter: Y grows to the left
+}
+
+TEST(ScopeChannelSettings, PlotSettingsAreCheckedCopiedAndNotified)
+{
+    TTestScope Scope;
+    TQVScopeChannel* A = Scope.GetChannels()->GetItem(0);
+    TQVScopeChannel* B = Scope.GetChannels()->Add();
+    A->SetWidth(0);
+    EXPECT_EQ(A->GetWidth(), 1);
+    A->SetWidth(5000);
+    EXPECT_EQ(A->GetWidth(), 2000);
+    ExpectError([&] { A->SetChannelMode(static_cast<TQVScopeChannelMode>(9)); }, "9");
+    ExpectError([&] { A->SetShadeMode(static_cast<TQVChannelShadeMode>(7)); }, "7");
+    ExpectError([&] { A->GetPoints()->SetShape(static_cast<TQVScopePointsShape>(6)); }, "6");
+    ExpectError([&] { A->SetStrokeDash(static_cast<TQVStrokeDash>(5)); }, "5");
+    int Notified = 0;
+    Scope.SetOnInvalidate([&] { ++Notified; });
+    A->GetPoints()->GetBrush()->SetColor(0xFF00FF00);
+    EXPECT_GT(Notified, 0) << "a change of the symbols' brush must reach the display";
+
+    A->SetChannelMode(cmBar);
+    A->SetShadeMode(csmTop);
+    A->SetStrokeDash(sdDot);
+    A->GetPoints()->SetSize(7);
+    B->Assign(A);
+    EXPECT_EQ(B->GetChannelMode(), cmBar);
+    EXPECT_EQ(B->GetShadeMode(), csmTop);
+    EXPECT_EQ(B->GetStrokeDash(), sdDot);
+    EXPECT_EQ(B->GetPoints()->GetSize(), 7u);
+    EXPECT_EQ(B->GetPoints()->GetBrush()->GetColor(), 0xFF00FF00u);
+    EXPECT_NE(B->GetPoints(), A->GetPoints());
+}

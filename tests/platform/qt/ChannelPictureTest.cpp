@@ -1,0 +1,163 @@
+// Channels rendered for real by QPainter: a million-sample ramp, cut down to two points per
+// pixel column, must paint in every column exactly the rows that the same samples paint when
+// drawn one by one; bars land on the pixels their geometry says.
+#include <qv/qt/QLQtCanvas.h>
+#include <qv/qt/QLQtImage.h>
+
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/axes/QVScopeYAxis.h"
+#include "qv/channels/QVChannelData.h"
+#include "qv/channels/QVScopeChannel.h"
+#include "qv/display/QVDisplayView.h"
+#include "qv/display/QVScope.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+#include <vector>
+
+using namespace qv;
+
+namespace {
+
+constexpr TAlphaColor CBackground = 0xFF000000;
+
+class TPictureScope : public TQVScope {
+public:
+    TQVDisplayComponent* GetDataView() const override { return View; }
+    TQVDisplayComponent* View = nullptr;
+};
+
+class TPictureView : public TQVCustomColorDisplayView {
+public:
+    using TQVCustomColorDisplayView::TQVCustomColorDisplayView;
+};
+
+class ChannelPicture : public ::testing::Test {
+protected:
+    ChannelPicture()
+    {
+        Scope.View = &View;
+        View.SetDrawRect(Rect);
+        // Y fixed to 0..100; X follows the samples.
+        TQVScopeYAxis* Y = Scope.GetYAxis();
+        Y->GetAutoScaling()->SetEnabled(false);
+        Y->GetAutoScaling()->GetSpaceAbove()->SetSpace(0);
+        Y->GetAutoScaling()->GetSpaceBelow()->SetSpace(0);
+        Y->GetMin()->SetValue(0.0);
+        Y->GetMax()->SetValue(100.0);
+    }
+    TQVScopeChannel* Channel(int32_t AIndex)
+    {
+        while (Scope.GetChannels()->GetCount() <= AIndex)
+            Scope.GetChannels()->Add();
+        return Scope.GetChannels()->GetItem(AIndex);
+    }
+    // The channel alone on a black picture of the data view's size.
+    TQLBitmap Render(int32_t AIndex)
+    {
+        TQLBitmap Picture(Rect.Right, Rect.Bottom);
+        TQLQtCanvas Canvas(Picture);
+        Canvas.GetBrush().SetStyle(bsSolid);
+        Canvas.GetBrush().SetColor(CBackground);
+        Canvas.FillRect(Rect);
+        Channel(AIndex)->Draw(Canvas, Rect, false);
+        return Picture;
+    }
+    static bool Painted(const TQLBitmap& APicture, int32_t AX, int32_t AY)
+    {
+        return (APicture.GetPixel(AX, AY) & 0x00FFFFFF) != (CBackground & 0x00FFFFFF);
+    }
+    // The first and last painted row of each column; (-1, -1) for an empty column.
+    std::vector<std::pair<int32_t, int32_t>> Extents(const TQLBitmap& APicture) const
+    {
+        std::vector<std::pair<int32_t, int32_t>> Result;
+        for (int32_t X = 0; X < Rect.Right; ++X) {
+            int32_t Top = -1, Bottom = -1;
+            for (int32_t Y = 0; Y < Rect.Bottom; ++Y)
+                if (Painted(APicture, X, Y)) {
+                    if (Top < 0)
+                        Top = Y;
+                    Bottom = Y;
+                }
+            Result.emplace_back(Top, Bottom);
+        }
+        return Result;
+    }
+
+    TRect Rect{0, 0, 500, 300};
+    TPictureScope Scope;
+    TPictureView View{&Scope};
+};
+
+} // namespace
+
+TEST_F(ChannelPicture, DownsampledRampPaintsEachColumnAsTheSamplesDrawnOneByOne)
+{
+    const int32_t N = 1000000;
+    std::mt19937 Rng(11);
+    std::normal_distribution<double> Noise(50.0, 6.0);
+    std::vector<double> Y(N), X(N);
+    std::iota(X.begin(), X.end(), 0.0);
+    // Spikes beyond the noise, all inside the Y axis' range, so that every extreme is on the
+    // picture.
+    for (int32_t j = 0; j < N; ++j)
+        Y[size_t(j)] = std::clamp(Noise(Rng) + (j % 20011 == 0 ? 45.0 : 0.0) - (j % 30013 == 0 ? 45.0 : 0.0), 0.5, 99.5);
+    Channel(0)->GetData()->AddYData(Y.data(), N);
+    Channel(1)->GetData()->AddXYData(X.data(), Y.data(), N);
+    Scope.PopulateDrawBuffers();
+
+    // Points: each column shows the topmost and bottommost pixel, nothing else.
+    Channel(0)->SetChannelMode(cmPoint);
+    Channel(1)->SetChannelMode(cmPoint);
+    const TQLBitmap Down = Render(0);
+    const TQLBitmap Full = Render(1);
+    qt::QLSaveBitmapPng(Down, QCoreApplication::applicationDirPath() + "/ChannelPictureDown.png");
+    EXPECT_EQ(Channel(0)->GetDownsampledIntDrawBufferY()->GetSize(), 1000);
+    const auto DownExtents = Extents(Down);
+    const auto FullExtents = Extents(Full);
+    for (size_t Col = 0; Col < DownExtents.size(); ++Col)
+        EXPECT_EQ(DownExtents[Col], FullExtents[Col]) << "column " << Col;
+    int32_t Spikes = 0;
+    for (const auto& [Top, Bottom] : DownExtents)
+        Spikes += Top >= 0 && (Top < 45 || Bottom > 255) ? 1 : 0;
+    EXPECT_GT(Spikes, 40); // the spikes reach past the noise, column by column
+
+    // As a line, every row between a column's extremes is painted.
+    Channel(0)->SetChannelMode(cmLine);
+    const TQLBitmap Line = Render(0);
+    for (int32_t Col = 0; Col < Rect.Right; ++Col) {
+        const auto [Top, Bottom] = DownExtents[size_t(Col)];
+        if (Top < 0)
+            continue;
+        for (int32_t Row = Top; Row <= Bottom; ++Row)
+            ASSERT_TRUE(Painted(Line, Col, Row)) << "column " << Col << " row " << Row;
+    }
+}
+
+TEST_F(ChannelPicture, BarsCoverTheirWidthFromTheBottomToTheirValue)
+{
+    const std::vector<double> Y{50, 50, 50, 50, 50, 50, 50, 50, 50, 50};
+    Channel(0)->GetData()->AddYData(Y.data(), 10);
+    Scope.PopulateDrawBuffers();
+    Channel(0)->SetChannelMode(cmBar);
+    Channel(0)->SetShadeMode(csmBottom);
+    for (int32_t Width : {4, 5}) {
+        Channel(0)->SetWidth(Width);
+        const TQLBitmap Picture = Render(0);
+        const int32_t At = Channel(0)->GetDownsampledIntDrawBufferX()->GetItem(3);
+        const int32_t Row = 250;
+        for (int32_t Col = At - Width / 2; Col < At + Width - Width / 2; ++Col)
+            EXPECT_TRUE(Painted(Picture, Col, Row)) << "width " << Width << " column " << Col;
+        EXPECT_FALSE(Painted(Picture, At - Width / 2 - 1, Row)) << "width " << Width;
+        EXPECT_FALSE(Painted(Picture, At + Width - Width / 2, Row)) << "width " << Width;
+        // From the bottom edge up to the value's row, and not above it.
+        EXPECT_TRUE(Painted(Picture, At, Rect.Bottom - 1));
+        EXPECT_TRUE(Painted(Picture, At, 150));
+        EXPECT_FALSE(Painted(Picture, At, 148));
+    }
+}
