@@ -97,6 +97,9 @@ void SetUpScope(TQVScope& AScope)
         Channels.GetItem(i)->GetData()->SetSampleRate(SampleRate);
     }
     AScope.GetTitle()->SetText("Live signals, 3 x 100 kS/s");
+    // The X axis reads the samples as time, from the channels' sample rate.
+    AScope.GetXAxis()->SetTicksMode(atmTime);
+    AScope.GetYAxis()->GetAxisLabel()->SetText("Amplitude (V)");
 }
 
 void PrintUsage(std::FILE* AStream)
