@@ -1,6 +1,7 @@
 #pragma once
 // The plot area of a chart: the client view in which channels and measurement elements are
-// drawn. It paints its background, its border and the grid lines of every axis.
+// drawn. It paints its background, its border and the grid lines of every axis, and turns a
+// left-button drag into a rubber-band zoom (navigate mode zoom) or a pan (navigate mode pan).
 
 #include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/display/QVDisplayView.h"
@@ -32,6 +33,22 @@ public:
     void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
                        bool AMinor, double AValue, int32_t APosition);
 
+    // ---- Mouse ----
+    void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
+                   bool& AHandled) override;
+    void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled) override;
+    void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
+    void MouseLeave() override;
+    // The rubber band of a zoom drag.
+    void DrawMouseSelction(TQLCanvas& ACanvas) override;
+    // Zooms the display to the box from the press point to (AX, AY); a box under 5 pixels
+    // both ways zooms nothing.
+    void MouseZoom(int32_t AX, int32_t AY);
+    // A zoom box is being dragged: the data stays frozen meanwhile.
+    bool InMouseZooming() const;
+    // Where the mouse is; X is -1000 once it left the control.
+    TPoint GetCurrentMousePoint() const { return FCurrentMousePoint; }
+
     QL_CLASS_INFO()
 
 private:
@@ -39,6 +56,8 @@ private:
     const TQVDisplayGridLineSettings* GridLineFor(TQVTrackingOptionalAxis* AAxis, bool AZero, bool AMinor) const;
 
     std::unique_ptr<TQVDisplayGridLineSettings> FBorder;
+    // A pan moved an axis since the button went down.
+    bool FViewMouseMoved = false;
 };
 
 } // namespace qv
