@@ -120,8 +120,8 @@ public:
     void InvalidateChannel();
 
     // Whether the channel is drawn highlighted, and in which colour.
-    virtual bool GetPlotHighlighted(bool APrinting) const { return !APrinting && GetHighlighted(); }
-    virtual TAlphaColor GetPlotHighlightColor() const { return FColor; }
+    virtual bool GetPlotHighlighted(bool APrinting) const { return GetDrawnHighlighted(APrinting); }
+    virtual TAlphaColor GetPlotHighlightColor() const { return GetHighlightColor(); }
 
     // Downsampled real values of the plotted points (empty when nothing is downsampled).
     const std::vector<double>& GetDownsampledRealY() const { return FDownsampledRealY; }

@@ -3,6 +3,7 @@
 // drawn. It paints its background, its border and the grid lines of every axis.
 
 #include "qv/axes/QVDisplayGridSettings.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/display/QVDisplayView.h"
 
 #include <memory>
@@ -10,6 +11,9 @@
 namespace qv {
 
 class TQVTrackingOptionalAxis;
+class TQVDisplayChannel;
+class TQVDisplayChannelLink;
+class TQVBasicDisplayZone;
 
 class TQVScopeDataView : public TQVCustomColorDisplayView {
 public:
@@ -32,9 +36,38 @@ public:
     void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
                        bool AMinor, double AValue, int32_t APosition);
 
+    // ---- Highlighting (QVScopeDataViewHighlight.cpp) ----
+    // The data view of a display, when it has one of this kind.
+    static TQVScopeDataView* Of(const TQVDataDisplay* ADisplay);
+    // What is lit and dragged in the plot; the elements' hit tests write it.
+    TQVHighlightInfo& GetHighlightInfo() { return FHighlightInfo; }
+    const TQVHighlightInfo& GetHighlightInfo() const { return FHighlightInfo; }
+    // The channel under the mouse and the point of the hit on it; cleared by each hit test.
+    TQLPersistent* GetHighlightedChannel() const { return FHighlightedChannel; }
+    const TPoint& GetHighlightedChannelPoint() const { return FHighlightedChannelPoint; }
+    void SetHighlightedChannel(TQLPersistent* AChannel, const TPoint& APoint);
+    // The elements the legend points at, by kind.
+    TQVDisplayChannel* GetExtHighlightChannel() const { return FExtHighlightChannel; }
+    void SetExtHighlightChannel(TQVDisplayChannel* AValue) { FExtHighlightChannel = AValue; }
+    TQVDisplayChannelLink* GetExtHighlightChannelLink() const { return FExtHighlightChannelLink; }
+    void SetExtHighlightChannelLink(TQVDisplayChannelLink* AValue) { FExtHighlightChannelLink = AValue; }
+    TQVBasicDisplayZone* GetExtHighlightZone() const { return FExtHighlightZone; }
+    void SetExtHighlightZone(TQVBasicDisplayZone* AValue) { FExtHighlightZone = AValue; }
+    // An element is going away: no highlight or drag may name it any longer.
+    void ForgetItem(const TQLPersistent* AItem);
+    // The mouse left the control: nothing is under it or pointed at; drags stay.
+    void MouseLeave() override;
+
     QL_CLASS_INFO()
 
 private:
+    TQLPersistent* FHighlightedChannel = nullptr;
+    TPoint FHighlightedChannelPoint{0, 0};
+    TQVBasicDisplayZone* FExtHighlightZone = nullptr;
+    TQVDisplayChannel* FExtHighlightChannel = nullptr;
+    TQVDisplayChannelLink* FExtHighlightChannelLink = nullptr;
+    TQVHighlightInfo FHighlightInfo;
+
     // The line settings for a tick, or null when no line is drawn there.
     const TQVDisplayGridLineSettings* GridLineFor(TQVTrackingOptionalAxis* AAxis, bool AZero, bool AMinor) const;
 

@@ -1,0 +1,119 @@
+// A scope's channels lit from the legend and under the mouse: what the legend shows, what
+// the plot draws in the highlight colour, and that no highlight outlives its channel.
+#include "qv/QVScope.h"
+#include "qv/channels/QVScopeChannel.h"
+#include "qv/channels/QVScopeDataView.h"
+#include "support/RecordingCanvas.h"
+
+#include <gtest/gtest.h>
+
+using namespace qv;
+
+namespace {
+
+class ChannelHighlight : public ::testing::Test {
+protected:
+    ChannelHighlight()
+    {
+        Scope.SetBounds(0, 0, 400, 300);
+        Scope.GetChannels()->Add();
+        View = Scope.GetScopeDataView();
+        Settings = Scope.GetHighlighting()->GetChannels();
+    }
+    TQVScopeChannel* Channel(int32_t AIndex) { return Scope.GetChannels()->GetItem(AIndex); }
+
+    TQVScope Scope;
+    TQVScopeDataView* View = nullptr;
+    TQVChannelItemHighlighting* Settings = nullptr;
+};
+
+} // namespace
+
+TEST_F(ChannelHighlight, LegendPointsAtOneChannelAtATime)
+{
+    EXPECT_FALSE(Channel(0)->GetHighlighted());
+    Channel(0)->SetHighlighted(true);
+    EXPECT_EQ(View->GetExtHighlightChannel(), Channel(0));
+    EXPECT_TRUE(Channel(0)->GetHighlighted());
+    EXPECT_TRUE(Channel(0)->GetDrawnHighlighted(false));
+    EXPECT_FALSE(Channel(0)->GetDrawnHighlighted(true)); // never on paper
+    EXPECT_FALSE(Channel(1)->GetHighlighted());
+
+    Channel(1)->SetHighlighted(true);
+    EXPECT_EQ(View->GetExtHighlightChannel(), Channel(1));
+    EXPECT_FALSE(Channel(0)->GetHighlighted());
+    // Pointing away clears the slot, whichever channel says so.
+    Channel(0)->SetHighlighted(false);
+    EXPECT_EQ(View->GetExtHighlightChannel(), nullptr);
+
+    // Without HiglightFromLegend the legend lights nothing; without HiglightLegendButton the
+    // plot still draws the channel lit but its legend button stays dark.
+    Settings->SetHiglightFromLegend(false);
+    Channel(0)->SetHighlighted(true);
+    EXPECT_EQ(View->GetExtHighlightChannel(), nullptr);
+    Settings->SetHiglightFromLegend(true);
+    Settings->SetHiglightLegendButton(false);
+    Channel(0)->SetHighlighted(true);
+    EXPECT_FALSE(Channel(0)->GetHighlighted());
+    EXPECT_TRUE(Channel(0)->GetDrawnHighlighted(false));
+}
+
+TEST_F(ChannelHighlight, ChannelUnderTheMouseLightsItsButtonAndItsLineOnlyWhenAsked)
+{
+    View->GetHighlightInfo().FHighlightedItem = Channel(1);
+    EXPECT_TRUE(Channel(1)->GetHighlighted());
+    EXPECT_FALSE(Channel(1)->GetDrawnHighlighted(false)); // channels do not light from the mouse
+    Settings->SetHiglightFromMouse(true);
+    EXPECT_TRUE(Channel(1)->GetDrawnHighlighted(false));
+    EXPECT_FALSE(Channel(0)->GetDrawnHighlighted(false));
+    EXPECT_EQ(Channel(1)->GetHighlightColor(), 0xFFE67FE7u);
+    Settings->SetColor(0xFF123456);
+    EXPECT_EQ(Channel(1)->GetHighlightColor(), 0xFF123456u);
+
+    // Leaving the control forgets what was under the mouse and pointed at.
+    Channel(0)->SetHighlighted(true);
+    View->MouseLeave();
+    EXPECT_FALSE(Channel(1)->GetHighlighted());
+    EXPECT_EQ(View->GetExtHighlightChannel(), nullptr);
+}
+
+TEST_F(ChannelHighlight, TheLitChannelIsDrawnUnderItsPlainLineInTheHighlightColour)
+{
+    for (int I = 0; I < 100; ++I)
+        Channel(0)->GetData()->AddYPoint(I % 10);
+    Scope.RefreshView();
+    TQLBitmap Bitmap(400, 300);
+    auto LitLines = [&] {
+        TQLRecordingCanvas Canvas;
+        Scope.PaintToCanvas(Bitmap, Canvas, false);
+        size_t Count = 0;
+        for (const TQLCanvasRecord& R : Canvas.Of({"LineTo", "Polygon"}))
+            Count += R.PenColor == 0xFFE67FE7u ? 1 : 0;
+        return Count;
+    };
+    EXPECT_EQ(LitLines(), 0u);
+    Channel(0)->SetHighlighted(true);
+    Scope.RefreshView();
+    EXPECT_GT(LitLines(), 0u);
+}
+
+TEST_F(ChannelHighlight, NoHighlightOrDragOutlivesItsChannel)
+{
+    TQVScopeChannel* Doomed = Channel(1);
+    Doomed->SetHighlighted(true);
+    TQVHighlightInfo& Info = View->GetHighlightInfo();
+    Info.FHighlightedItem = Doomed;
+    Info.FMouseDownElement = Doomed;
+    View->SetHighlightedChannel(Doomed, TPoint{5, 6});
+    Scope.GetChannels()->Delete(1);
+    EXPECT_EQ(View->GetExtHighlightChannel(), nullptr);
+    EXPECT_EQ(Info.FHighlightedItem, nullptr);
+    EXPECT_EQ(Info.FMouseDownElement, nullptr);
+    EXPECT_EQ(View->GetHighlightedChannel(), nullptr);
+    EXPECT_FALSE(Channel(0)->GetHighlighted());
+    // Another channel's highlight is left alone.
+    Channel(0)->SetHighlighted(true);
+    Scope.GetChannels()->Add();
+    Scope.GetChannels()->Delete(1);
+    EXPECT_EQ(View->GetExtHighlightChannel(), Channel(0));
+}
