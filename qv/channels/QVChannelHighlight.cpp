@@ -3,6 +3,7 @@
 
 #include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVHighlightInfo.h"
+#include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/display/QVDataDisplay.h"
 
@@ -57,6 +58,22 @@ TAlphaColor TQVDisplayChannel::GetHighlightColor() const
 {
     const TQVChannelItemHighlighting* Settings = ChannelSettings(GetDisplay());
     return Settings ? Settings->GetColor() : FColor;
+}
+
+void TQVScopeChannel::DrawHitPoint(TQLCanvas& ACanvas)
+{
+    ACanvas.SetPenStyle(psSolid);
+    const TQVScopeDataView* View = TQVScopeDataView::Of(GetDisplay());
+    const TQVDisplayHighlighting* Highlighting = GetDisplay()->GetHighlighting();
+    if (!View || !Highlighting)
+        return;
+    const TQLPersistent* Item = View->GetHighlightInfo().FHighlightedItem;
+    if (!Item)
+        return;
+    const TQLPersistent* Self = this;
+    if (Item != Self && View->GetHighlightedChannel() != Self)
+        return;
+    DrawHitPoint(ACanvas, View->GetHighlightedChannelPoint(), *Highlighting->GetMouseHitPoint());
 }
 
 void TQVDisplayChannel::ForgetHighlights()

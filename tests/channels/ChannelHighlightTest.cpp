@@ -117,3 +117,36 @@ TEST_F(ChannelHighlight, NoHighlightOrDragOutlivesItsChannel)
     Scope.GetChannels()->Delete(1);
     EXPECT_EQ(View->GetExtHighlightChannel(), Channel(0));
 }
+
+TEST_F(ChannelHighlight, HitPointMarkIsDrawnOnlyOnTheChannelUnderTheMouse)
+{
+    TQLRecordingCanvas Canvas;
+    auto Drawn = [&](int32_t AIndex) {
+        Canvas.ClearRecords();
+        Channel(AIndex)->DrawHitPoint(Canvas);
+        return Canvas.GetRecords().size();
+    };
+    // Nothing under the mouse: no mark.
+    EXPECT_EQ(Drawn(1), 0u);
+    View->GetHighlightInfo().FHighlightedItem = Channel(1);
+    View->SetHighlightedChannel(Channel(1), TPoint{120, 80});
+    EXPECT_GT(Drawn(1), 0u);
+    // In the channel's own colour, round the hit point.
+    bool InColour = false;
+    for (const TQLCanvasRecord& R : Canvas.GetRecords())
+        InColour = InColour || R.PenColor == Channel(1)->GetColor();
+    EXPECT_TRUE(InColour);
+    EXPECT_EQ(Drawn(0), 0u);
+
+    // The hit point's own colour when asked; nothing when switched off.
+    TQVChannelMouseHitPoint* HitPoint = Scope.GetHighlighting()->GetMouseHitPoint();
+    HitPoint->SetUseChannelColor(false);
+    HitPoint->SetColor(0xFF0000FF);
+    Drawn(1);
+    bool InOwnColour = false;
+    for (const TQLCanvasRecord& R : Canvas.GetRecords())
+        InOwnColour = InOwnColour || R.PenColor == 0xFF0000FFu;
+    EXPECT_TRUE(InOwnColour);
+    HitPoint->SetEnabled(false);
+    EXPECT_EQ(Drawn(1), 0u);
+}
