@@ -92,18 +92,15 @@ TEST(ScaleTickText, ExactFormsOfPlainScientificFixedAndDegenerateInput)
         {2e15, 0, 1e16, false, 3, false, "2000000000000000"},
         {2.5e-9, 0, 1e-8, false, 3, false, "0.0000000025"},
         {1000.0005, 1000, 1000.001, false, 3, false, "1000.0005"},
-        {3.14159265, 0, 10, false, 3, false, "3.14"},
         {3.14159265, 0, 10, false, 6, false, "3.14159"}, // more precision, more digits
         {123456789, 0, 1e9, false, 3, false, "123000000"},
         {2e297, -1e300, 1e300, false, 3, false, "2" + Zeros297}, // no binary noise
         {0.0006, -1, 1, false, 3, false, "0.001"},               // below the resolution
         {-0.0, -1, 1, false, 3, false, "0"},
         {2.5e-6, 0, 1e-5, false, 3, true, "2.5E-6"},
-        {-45000, -1e5, 1e5, false, 3, true, "-4.5E4"},
         {5.5e-17, -1, 1, false, 3, true, "0"}, // a walk's noise is zero
         {1500, 0, 5000, true, 3, true, "1.500E3"},
         {1.5, 0, 1000, true, 3, false, "1.500"},
-        {1.26, 0, 0.001, true, 1, false, "1.3"},
         {-0.0001, -1, 1, true, 2, false, "0.00"},
         {0.5, 0, 1, true, 40, false, "0." + std::string(1, '5') + std::string(17, '0')}, // 18 at most
         {std::nan(""), 0, 1, false, 3, false, "NaN"},
@@ -111,7 +108,6 @@ TEST(ScaleTickText, ExactFormsOfPlainScientificFixedAndDegenerateInput)
         {-HUGE_VAL, 0, 1, true, 3, false, "-INF"},
         {5, 5, 5, false, 3, false, "5"},             // no width: the value's size
         {0.25, 0, HUGE_VAL, false, 3, false, "0.25"}, // unbounded
-        {0.25, std::nan(""), 1, false, 3, false, "0.25"},
     };
     for (const TCase& C : Cases)
         EXPECT_EQ(QVGetScaleTickText(C.Value, C.Min, C.Max, C.Fixed, C.Precision, C.Scientific), C.Text)
