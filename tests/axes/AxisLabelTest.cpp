@@ -175,6 +175,7 @@ TEST_F(AxisLabel, TitlesAreCentredOnTheDataViewAndTurnedOnVerticalStrips)
     EXPECT_EQ(Texts[1].Args, (std::vector<int32_t>{2, 186}));
     EXPECT_EQ(Texts[1].TextAngle, 90);
     EXPECT_EQ(Left.GetLabelBox(Canvas, *Left.GetAxisLabel()->GetFont(), true).Box, (TRect{2, 155, 15, 186}));
+    EXPECT_EQ(Canvas.GetTextAngle(), 0); // measuring leaves the canvas as it was
     // Right: downward from the box's top right, 2 inside the outer edge.
     EXPECT_EQ(Texts[2].Args, (std::vector<int32_t>{519, 158}));
     EXPECT_EQ(Texts[2].TextAngle, 270);
