@@ -114,14 +114,19 @@ public:
     // The mark at the sample under the mouse, at APoint, with AHitPoint's settings: brush in
     // the display's colour, pen in the channel's colour or the hit point's own.
     void DrawHitPoint(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint);
+    // The mark of the plot's hit, drawn after all channels when not printing: only on the
+    // channel under the mouse (the highlighted item or the data view's highlighted channel),
+    // at the data view's hit point, with the chart's Highlighting.MouseHitPoint.
+    // (QVChannelHighlight.cpp)
+    void DrawHitPoint(TQLCanvas& ACanvas);
     // The legend swatch: a bar in the channel's colour and the point symbol.
     bool CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t AY) override;
     // Forgets the frame cache: the next frame computes every pixel anew.
     void InvalidateChannel();
 
     // Whether the channel is drawn highlighted, and in which colour.
-    virtual bool GetPlotHighlighted(bool APrinting) const { return !APrinting && GetHighlighted(); }
-    virtual TAlphaColor GetPlotHighlightColor() const { return FColor; }
+    virtual bool GetPlotHighlighted(bool APrinting) const { return GetDrawnHighlighted(APrinting); }
+    virtual TAlphaColor GetPlotHighlightColor() const { return GetHighlightColor(); }
 
     // Downsampled real values of the plotted points (empty when nothing is downsampled).
     const std::vector<double>& GetDownsampledRealY() const { return FDownsampledRealY; }

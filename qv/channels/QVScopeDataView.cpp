@@ -159,12 +159,6 @@ void TQVScopeDataView::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t
     Invalidate();
 }
 
-void TQVScopeDataView::MouseLeave()
-{
-    TQVCustomColorDisplayView::MouseLeave();
-    FCurrentMousePoint.X = -1000;
-}
-
 bool TQVScopeDataView::InMouseZooming() const
 {
     return FLeftMouseDown && GetDisplay()->GetZooming()->GetMouseZoom();

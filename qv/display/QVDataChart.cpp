@@ -1,6 +1,7 @@
 #include "qv/display/QVDataChart.h"
 #include "qv/display/QVLabelTemplate.h"
 
+#include "qv/channels/QVScopeDataView.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
@@ -8,6 +9,12 @@ namespace qv {
 TQVDataChart::TQVDataChart() : FHighlighting(std::make_unique<TQVDataDisplayHighlighting>(this)) {}
 
 TQVDataChart::~TQVDataChart() = default;
+
+TQVHighlightInfo* TQVDataChart::GetHighlightInfo() const
+{
+    TQVScopeDataView* View = TQVScopeDataView::Of(this);
+    return View ? &View->GetHighlightInfo() : nullptr;
+}
 
 int32_t TQVDataChart::GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const
 {
