@@ -191,7 +191,11 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         if (DataChanged || xchanged) {
             XAxis->InvalidateMinMaxCache(false);
             FScaledIntDrawBufferX->Resize(c, false);
-            FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
+            // Filled anew; a buffer nobody else holds is reused rather than reallocated.
+            if (FScaledRealDrawBufferX.use_count() == 1)
+                FScaledRealDrawBufferX->Resize(c, false);
+            else
+                FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
             // Pixel = value * scale + xb - offset, with the offset lowered by the view's width
             // so that the scale's minimum lands on the view's first column.
             const double LoweredOffset = xoff - (w - 1);

@@ -42,6 +42,13 @@ TEST_F(TPlotFixture, MillionSampleRampPlotsTwoPointsPerColumnWithTheExtremesOfEa
     EXPECT_EQ(Plotted(0).size(), 1000u);
     EXPECT_EQ(Down.size(), 500u);
     EXPECT_EQ(Down, ColumnExtents(Plotted(1)));
+    // The same on a reversed X axis, where the columns come right to left.
+    XAxis().SetReversed(true);
+    Draw(0);
+    Draw(1);
+    EXPECT_EQ(Plotted(0).size(), 1000u);
+    EXPECT_GT(Plotted(0).front().first, Plotted(0).back().first);
+    EXPECT_EQ(ColumnExtents(Plotted(0)), ColumnExtents(Plotted(1)));
 }
 
 TEST_F(TPlotFixture, DownsamplingBeginsOneSampleAboveTwiceTheUsedWidthPlusEight)
