@@ -15,6 +15,13 @@ TQVDisplayAxis::TQVDisplayAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
       FMin(std::make_unique<TQVAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FMax(std::make_unique<TQVMaxAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FFont(std::make_unique<TQVDisplayFont>(this, GetLock(), [this] { FontChanged(); }, "Arial", 8, 0xFFFFFFFF)),
+      // Another number format or title changes the texts' sizes, and so the step and layout.
+      FFormat(std::make_unique<TQVAxisFormat>(this, GetLock(), [this] {
+          FValidStep = false;
+          InvalidateRecalc();
+      })),
+      FAxisLabel(std::make_unique<TQVDisplayTitleLabel>(this, GetLock(), [this] { InvalidateRecalc(); })),
+      FButton(std::make_unique<TQVViewButtonSettings>(this, GetLock(), [this] { Invalidate(); })),
       FDataTotal([this] { return GetDataFullMin(); }, [this] { return GetDataFullMax(); },
                  [this] { return GetDataZoomedMin(); }, [this] { return GetDataZoomedMax(); }),
       FScaleTotalReal([this] { return GetScaleFullRealMin(); }, [this] { return GetScaleFullRealMax(); },
@@ -273,10 +280,13 @@ const TQLClassInfo& TQVDisplayAxis::StaticClassInfo()
 {
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVDisplayAxis>("TQVDisplayAxis", &TQVTrackingOptionalAxis::StaticClassInfo())
+            .Object("Format", &TQVDisplayAxis::GetFormat)
             .Color("Color", &TQVDisplayAxis::GetColor, &TQVDisplayAxis::SetColor, TAlphaColor(0xFFFFFFFF))
             .Object("Font", &TQVDisplayAxis::GetFont)
+            .Object("Button", &TQVDisplayAxis::GetButton)
             .Object("Min", &TQVDisplayAxis::GetMin)
             .Object("Max", &TQVDisplayAxis::GetMax)
+            .Object("AxisLabel", &TQVDisplayAxis::GetAxisLabel)
             .Build();
     return Info;
 }

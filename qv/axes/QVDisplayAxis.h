@@ -17,10 +17,14 @@
 // Axis code never raises: zero widths are replaced by small constants.
 
 #include "qv/axes/QVAxisCache.h"
+#include "qv/axes/QVAxisFormat.h"
 #include "qv/axes/QVAxisValues.h"
 #include "qv/axes/QVTrackingOptionalAxis.h"
+#include "qv/decor/QVDisplayLabel.h"
+#include "qv/display/QVViewButtonSettings.h"
 
 #include <memory>
+#include <string>
 
 namespace qv {
 
@@ -128,6 +132,67 @@ public:
     // then its width inside the zoom width range.
     virtual void CorrectMinMax();
 
+    // ---- Tick texts, the title and the strip's size (QVDisplayAxisLabel.cpp) ----
+    TQVAxisFormat* GetFormat() const { return FFormat.get(); }
+    void SetFormat(const TQVAxisFormat* AValue) { FFormat->Assign(AValue); }
+    TQVDisplayTitleLabel* GetAxisLabel() const { return FAxisLabel.get(); }
+    void SetAxisLabel(const TQVDisplayTitleLabel* AValue) { FAxisLabel->Assign(AValue); }
+    TQVViewButtonSettings* GetButton() const { return FButton.get(); }
+    void SetButton(const TQVViewButtonSettings* AValue) { FButton->Assign(AValue); }
+    void SetOnCustomLabel(TQVCustomAxisLabelEvent AHandler) { FOnCustomLabel = std::move(AHandler); }
+    const TQVCustomAxisLabelEvent& GetOnCustomLabel() const { return FOnCustomLabel; }
+    // The text of a tick in the axis' Format, on the zoomed printed scale (on a logarithmic
+    // axis, on the decade of the value, whose ticks lie closer than the scale's width says).
+    // OnCustomLabel, when assigned, may then change it; a text given to SetTickText from
+    // inside the handler wins over what the handler left in its argument.
+    std::string GetTickText(double AValue) const override;
+    // For OnCustomLabel handlers: the text of the tick being asked for.
+    void SetTickText(const std::string& AValue);
+    // The title: AxisLabel.Text here; the X and Y axes name their units.
+    virtual std::string GetAxisLabelText() const;
+    // Automatic size: the wider tick text of the zoomed data ends plus 16 across a vertical
+    // axis, a line plus 16 across a horizontal one, plus a line and 4 for a visible title.
+    // Also sets the depth of the track line. A fixed ViewSize wins.
+    TSize GetDefaultSize() const override;
+    TSize GetAutoSize() const override;
+    // The title's box and where and how its text goes, with AFont applied to ACanvas and the
+    // canvas turned for a vertical title (AVertical: GetIsVertical of a drawn axis). The same
+    // box serves drawing and hit tests.
+    struct TLabelBox {
+        TRect Box;
+        TPoint TextPos;
+        int32_t TextAngle = 0;
+        std::string Text;
+    };
+    TLabelBox GetLabelBox(TQLCanvas& ACanvas, const TQVDisplayFont& AFont, bool AVertical) const;
+    // The title along a horizontal axis, and turned along a vertical one; drawn as a button
+    // while the mouse is over it, unless printing. The canvas state comes back after.
+    void DrawHorizontalLabel(TQLCanvas& ACanvas, const TQVDisplayFont& AFont, bool APrinting);
+    void DrawVerticalLabel(TQLCanvas& ACanvas, const TQVDisplayFont& AFont, bool APrinting);
+    // The title in its own font and orientation, when AxisLabel is visible.
+    void DrawAxisLabel(TQLCanvas& ACanvas, bool APrinting);
+    // The title acting as a button: the mouse is over it, and it is pressed.
+    bool GetLabelButtonShown() const { return FLabelButtonShown; }
+    bool GetLabelButtonDown() const { return FLabelButtonDown; }
+    // Set when a press of the title asked the display for the axis' setup.
+    bool GetDialogShown() const { return FDialogShown; }
+
+    // ---- The title as a button (QVDisplayAxisButton.cpp) ----
+    // Whether the point (control coordinates) is on the visible title of the strip; shows the
+    // button and the button's cursor while it is, and repaints the title when that changes
+    // or AForceInvalidate. Nothing while Button is not enabled.
+    void ButtonHitTest(int32_t AX, int32_t AY, bool AForceInvalidate);
+    // Moving lights the button under the mouse.
+    void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled) override;
+    // A left press on the title presses the button: Button.OnClick, and unless that handles
+    // it, the display's axis click with this axis' index.
+    void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
+                   bool& AHandled) override;
+    // Releasing the left button releases the button.
+    void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
+    // Leaving the control puts the button out.
+    void MouseLeave() override;
+
     // ---- Drawing ----
     // The base line along the data view, then every tick with its text.
     virtual void DrawTicks(TQLCanvas& ACanvas, bool ADrawLine, bool AVertical);
@@ -151,11 +216,28 @@ protected:
     double FZoomMin = 0.0;
     double FZoomMax = 0.0;
     bool FZoomed = false;
+    bool FLabelButtonShown = false;
+    bool FLabelButtonDown = false;
+    bool FDialogShown = false;
 
 private:
     std::unique_ptr<TQVAxisValue> FMin;
     std::unique_ptr<TQVMaxAxisValue> FMax;
     std::unique_ptr<TQVDisplayFont> FFont;
+    std::unique_ptr<TQVAxisFormat> FFormat;
+    std::unique_ptr<TQVDisplayTitleLabel> FAxisLabel;
+    std::unique_ptr<TQVViewButtonSettings> FButton;
+    TQVCustomAxisLabelEvent FOnCustomLabel;
+    // This axis replaced the display's cursor with the button's.
+    bool FButtonCursorSet = false;
+    // What SetTickText left for the tick text being asked for.
+    bool FNewText = false;
+    std::string FNewTickText;
+    // Draws the title's box as a button: fill, a border one pixel outside, rounded corners.
+    void DrawLabelButton(TQLCanvas& ACanvas, const TRect& ABox) const;
+    void DrawLabel(TQLCanvas& ACanvas, const TQVDisplayFont& AFont, bool APrinting, bool AVertical);
+    // Repaints the title's box and one pixel round it, where the button's border lies.
+    void InvalidateLabelBox();
 
 protected:
     TQVLimitCachedMinMaxValue FDataTotal;

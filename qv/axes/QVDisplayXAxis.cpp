@@ -32,6 +32,7 @@ void QVDrawAxisStrip(TQVDisplayAxis& AAxis, TQLCanvas& ACanvas, bool AVertical, 
         ACanvas.FillRect(AAxis.GetDrawRect());
     }
     AAxis.DrawTicks(ACanvas, true, AVertical);
+    AAxis.DrawAxisLabel(ACanvas, APrinting);
     if (AAxis.GetTrackCursor() && AAxis.GetMouseIsIn() && !APrinting && !AAxis.GetDisplay()->GetDesigning())
         AAxis.DrawMouseMarker(ACanvas, ATrackSize);
 }
@@ -113,6 +114,12 @@ void TQVDisplayXAxis::SetIntScaleMode(TQVScaleMode AValue)
         InvalidateMinMaxCache(true);
         InvalidateStep();
     });
+}
+
+std::string TQVBasicDisplayXAxis::GetAxisLabelText() const
+{
+    const std::string& Text = GetAxisLabel()->GetText();
+    return Text.empty() ? std::string("X Axis") : Text;
 }
 
 const TQLClassInfo& TQVBasicDisplayXAxis::StaticClassInfo()

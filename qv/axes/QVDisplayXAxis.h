@@ -45,6 +45,12 @@ public:
     double GetDataZoomedMin() const override;
     double GetDataZoomedMax() const override;
 
+    // ---- Title ----
+    // AxisLabel.Text, or "X Axis" when that is empty.
+    std::string GetAxisLabelText() const override;
+    // The text unchanged: the waterfall's X axis turns it into its own form.
+    std::string GetLabelText(const std::string& AText) const { return AText; }
+
     bool GetIsZoomed() const { return FZoomed; }
     // The last mouse position of a drag.
     const TPoint& GetOldMousePos() const { return FOldMousePos; }
@@ -73,7 +79,8 @@ private:
 };
 
 // Draws an axis strip: its background unless it takes the control's colour, the base line
-// and ticks, and the track line opposite the mouse (not while printing or designing).
+// and ticks, the title when visible, and the track line opposite the mouse (not while
+// printing or designing).
 void QVDrawAxisStrip(TQVDisplayAxis& AAxis, TQLCanvas& ACanvas, bool AVertical, bool APrinting, int32_t ATrackSize);
 
 // The screen side of an axis strip: as configured, or turned a quarter on a turned display.

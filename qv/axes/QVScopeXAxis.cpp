@@ -129,6 +129,24 @@ bool TQVBasicScopeXAxis::InIntensityAxis() const
     return FTicksMode == atmIntensity || (FTicksMode == atmAuto && GetChannelsInIntensityDomain());
 }
 
+std::string TQVBasicScopeXAxis::GetAxisLabelText() const
+{
+    const std::string& Text = GetAxisLabel()->GetText();
+    if (!Text.empty())
+        return Text;
+    TQVXAxisTitleState State;
+    State.TicksMode = FTicksMode;
+    State.Designing = GetDisplay()->GetDesigning();
+    State.InTimeAxis = InTimeAxis();
+    State.InFreqAxis = InFreqAxis();
+    State.InIntensityAxis = InIntensityAxis();
+    State.InXModeAxis = InXModeAxis();
+    // Only the rate decides the title's unit; the printed scale of a time axis also looks at
+    // the span, and the two may differ.
+    State.Exponent = QVGetUnitExponent(FSampleRate.GetValue(), *FUnitScale);
+    return QVGetScopeXAxisTitle(Text, State);
+}
+
 // ---- Sample rate, time and frequency ----
 
 double TQVBasicScopeXAxis::IntGetSampleRate() const
@@ -549,6 +567,13 @@ const TQLClassInfo& TQVScopeXAxesCollectionItem::StaticClassInfo()
 void TQVScopeXAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
 {
     TQVDisplayCollection<TQVScopeXAxesCollectionItem>::NewItemCreated(AItem);
+    // The new strip docks behind the axis before it, ahead of the data view.
+    auto* Item = static_cast<TQVScopeXAxesCollectionItem*>(AItem);
+    const int32_t Index = Item->GetIndex();
+    TQVDisplayView* Before = Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : dynamic_cast<TQVDisplayView*>(GetOwner());
+    TQVDisplayViews& Views = GetDisplay()->GetViews();
+    Views.Remove(Item->GetAxis());
+    Views.AddAfter(Before, Item->GetAxis());
     if (TQVDataDisplay* Display = GetDisplay())
         Display->InvalidateRecalc();
 }

@@ -51,6 +51,12 @@ public:
     // The channels whose X axis this is, in the chart's order.
     std::vector<TQVScopeChannel*> GetAssociatedChannels() const;
 
+    // ---- Title ----
+    // AxisLabel.Text when set; else "X Axis" for manual ticks and in a designer, or the unit
+    // of a time or frequency axis at the exponent the sample rate alone decides (or
+    // UnitScale.Exponent), "Intensity", "X Axis" for the channels' X values, or "Samples".
+    std::string GetAxisLabelText() const override;
+
     // ---- Domains: what the samples mean ----
     bool InTimeAxis() const;
     bool InFreqAxis() const;

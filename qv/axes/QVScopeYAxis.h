@@ -40,8 +40,9 @@ public:
     void SetDataView(const TQVDisplayGridDirectionalLinesSettings* AValue) { FDataView->Assign(AValue); }
     const TQVDisplayGridDirectionalLinesSettings* GetViewGridOptions() const override { return FDataView.get(); }
     // The text the axis title starts with: "Y Axis", "Y Axis N" on additional axes.
-    const std::string& GetAxisLabelDefault() const { return FAxisLabelDefault; }
-    void SetAxisLabelDefault(const std::string& AValue) { FAxisLabelDefault = AValue; }
+    // It is AxisLabel's default text: the title follows it until the user gives one.
+    const std::string& GetAxisLabelDefault() const { return GetAxisLabel()->GetTextDefault(); }
+    void SetAxisLabelDefault(const std::string& AValue) { GetAxisLabel()->SetTextDefault(AValue); }
 
     // ---- Channels on the axis ----
     // The channels whose Y axis this is, in the chart's order.
@@ -118,7 +119,6 @@ private:
     mutable bool FExtremesFound = false;
     mutable double FExtremeMin = 0.0;
     mutable double FExtremeMax = 0.0;
-    std::string FAxisLabelDefault = "Y Axis";
 };
 
 class TQVScopeYAxesCollectionItem;

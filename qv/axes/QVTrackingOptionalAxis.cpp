@@ -1,12 +1,12 @@
 #include "qv/axes/QVTrackingOptionalAxis.h"
 
+#include "qv/axes/QVScaleTickText.h"
 #include "qv/display/QVDataDisplay.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
-#include <cstdio>
 
 namespace qv {
 
@@ -92,9 +92,8 @@ void TQVTrackingOptionalAxis::SetTrackColor(TAlphaColor AValue)
 
 std::string TQVTrackingOptionalAxis::GetTickText(double AValue) const
 {
-    char Buffer[32];
-    std::snprintf(Buffer, sizeof Buffer, "%.6g", AValue == 0.0 ? 0.0 : AValue); // no "-0"
-    return Buffer;
+    // Without a number format of its own a strip reads its zoomed width in the free form.
+    return QVGetScaleTickText(AValue, 0.0, GetRangeWidth(false), false, 3, false);
 }
 
 void TQVTrackingOptionalAxis::FontChanged() { InvalidateRecalc(); }

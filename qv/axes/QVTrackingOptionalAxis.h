@@ -100,8 +100,8 @@ protected:
     TAlphaColor FTrackColor = 0xFFFF0000;
     bool FMouseIsIn = false;
     TQVCustomStepEvent FOnCustomStep;
-    // Depth of the track line; set by the strip's size computation.
-    int32_t FTrackSize = 0;
+    // Depth of the track line; set by the strip's size computation, which is a const query.
+    mutable int32_t FTrackSize = 0;
 
 private:
     struct TTickWalk;

@@ -4,7 +4,7 @@
 
 namespace qv {
 
-TQVDataChart::TQVDataChart() = default;
+TQVDataChart::TQVDataChart() : FHighlighting(std::make_unique<TQVDataDisplayHighlighting>(this)) {}
 
 TQVDataChart::~TQVDataChart() = default;
 
@@ -96,6 +96,7 @@ const TQLClassInfo& TQVDataChart::StaticClassInfo()
     static const TQLClassInfo Info = TQLClassBuilder<TQVDataChart>("TQVDataChart", &TQVDataDisplay::StaticClassInfo())
                                          .Object("XAxis", &TQVDataChart::GetXAxis)
                                          .Object("YAxis", &TQVDataChart::GetYAxis)
+                                         .Object("Highlighting", &TQVDataChart::GetHighlighting)
                                          .Build();
     return Info;
 }

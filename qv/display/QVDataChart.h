@@ -5,6 +5,8 @@
 // Across both kinds (GetAxisIndex) the X axes come first, then the Y axes.
 
 #include "qv/axes/QVScopeXAxis.h"
+#include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/display/QVDataDisplay.h"
 
@@ -38,6 +40,13 @@ public:
     TQVBasicScopeXAxis* GetXAxisByIndex(int32_t AIndex) const override;
     TQVBasicScopeYAxis* GetYAxisByIndex(int32_t AIndex) const override;
 
+    // ---- Highlighting ----
+    // How the chart's elements light up; made before any element that reads it.
+    TQVDataDisplayHighlighting* GetHighlighting() const override { return FHighlighting.get(); }
+    void SetHighlighting(const TQVDataDisplayHighlighting* AValue) { FHighlighting->Assign(AValue); }
+    // The plot's run-time record of what is lit and dragged; elements' hit tests write it.
+    TQVHighlightInfo* GetHighlightInfo() const override { return &FHighlightInfo; }
+
     // Forgets the autoscaling history of every Y axis, then repaints.
     void InvalidateHistory() override;
     // What the X axes learn from the channels (domains, sample rates, ranges) and what the
@@ -50,6 +59,11 @@ protected:
     // Created by the derived chart's constructor in its order of views; freed before it.
     std::unique_ptr<TQVScopeXAxis> FXAxis;
     std::unique_ptr<TQVScopeYAxis> FYAxis;
+
+private:
+    std::unique_ptr<TQVDataDisplayHighlighting> FHighlighting;
+    // Written by hit tests that run in const queries as well.
+    mutable TQVHighlightInfo FHighlightInfo;
 };
 
 } // namespace qv

@@ -25,6 +25,8 @@ namespace qv {
 class TQVDisplayComponent;
 class TQVDisplayTitle;
 class TQVChannelMouseHitPoint;
+class TQVDisplayHighlighting;
+class TQVHighlightInfo;
 class TQVDisplayAxis;
 
 enum TQVDisplayNavigateMode : uint8_t { nmZoom, nmPan };
@@ -163,8 +165,15 @@ public:
     // The main X and Y axes.
     virtual TQVDisplayAxis* GetXAxis() const { return nullptr; }
     virtual TQVDisplayAxis* GetYAxis() const { return nullptr; }
+    // How the display's elements light up, and which of them are lit or dragged; none on a
+    // display without such elements.
+    virtual TQVDisplayHighlighting* GetHighlighting() const { return nullptr; }
+    virtual TQVHighlightInfo* GetHighlightInfo() const { return nullptr; }
     // The position of an axis among all axes of the display; -1 when it has none.
     virtual int32_t GetAxisIndex(const TQVDisplayAxis* AAxis) const { return -1; }
+    // A press on an axis title asks for the setup of the axis AIndex (GetAxisIndex); a
+    // display without setup dialogs has nothing to show.
+    virtual void DoAxisClick(int32_t AIndex) {}
     // The index of an X (Y) axis among the X (Y) axes, and back; -1 and null when unknown.
     virtual int32_t GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const { return -1; }
     virtual TQVDisplayAxis* GetXAxisByIndex(int32_t AIndex) const { return nullptr; }

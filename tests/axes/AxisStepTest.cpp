@@ -40,9 +40,14 @@ TEST_F(AxisStep, TheAutomaticStepRoundsTheSmallestSpacingUpToTheNextMantissa)
 TEST_F(AxisStep, TheTextTestMovesTheStepOnWhenTheTextsAreLonger)
 {
     // The spacing comes from the maximum's text ("1"), the room from the longer minimum
-    // ("-1.23457e+08", 72 pixels + 2): 1e7 and 2e7 are too close, 2.5e7 fits.
+    // ("-123500000", 60 pixels + 2): the spacing alone asks for 1e7, too close for that
+    // text; 2e7 fits.
     XAxis.SetLimits(-123456789.0, 1.0);
-    EXPECT_NEAR(XAxis.ComputeValueStep(), 2.5e7, 1e-3);
+    EXPECT_NEAR(XAxis.ComputeValueStep(), 2e7, 1e-3);
+    // Six decimals more on the minimum's text push the step on to 5e7.
+    XAxis.GetFormat()->SetFixedPrecision(true);
+    XAxis.GetFormat()->SetPrecision(6);
+    EXPECT_NEAR(XAxis.ComputeValueStep(), 5e7, 1e-3);
 }
 
 TEST_F(AxisStep, ALogarithmicStepIsInDecadesAndADecascaleStepIsOne)

@@ -24,7 +24,9 @@ public:
     bool GetIsVertical() const override { return Turned; }
     TQLCanvas* GetCanvas() const override { return Canvas; }
     void ClearRecalc() { FNeedsRecalc = false; }
+    void DoAxisClick(int32_t AIndex) override { AxisClicks.push_back(AIndex); }
 
+    std::vector<int32_t> AxisClicks;
     TQVDisplayComponent* DataView = nullptr;
     bool Turned = false;
     TQLCanvas* Canvas = nullptr;
