@@ -119,9 +119,11 @@ public:
     // Forgets the frame cache: the next frame computes every pixel anew.
     void InvalidateChannel();
 
-    // Whether the channel is drawn highlighted, and in which colour.
-    virtual bool GetPlotHighlighted(bool APrinting) const { return !APrinting && GetHighlighted(); }
-    virtual TAlphaColor GetPlotHighlightColor() const { return FColor; }
+    // Whether the channel is drawn lit, under its plain line: not when printing, and only
+    // while it is the item under the mouse and the chart's channel highlighting follows the
+    // mouse. The lit pass takes that highlighting's colour.
+    virtual bool GetPlotHighlighted(bool APrinting) const;
+    virtual TAlphaColor GetPlotHighlightColor() const;
 
     // Downsampled real values of the plotted points (empty when nothing is downsampled).
     const std::vector<double>& GetDownsampledRealY() const { return FDownsampledRealY; }

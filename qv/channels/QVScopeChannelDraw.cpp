@@ -5,6 +5,8 @@
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/channels/QVChannelPlot.h"
+#include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLCanvas.h"
@@ -59,6 +61,28 @@ void TQVScopeChannel::SetShadeMode(TQVChannelShadeMode AValue)
 TQVDisplayAxis* TQVScopeChannel::GetPlotXAxis() const { return GetXAxis(); }
 
 TQVDisplayAxis* TQVScopeChannel::GetPlotYAxis() const { return GetYAxis(); }
+
+namespace {
+const TQVChannelItemHighlighting* ChannelHighlighting(const TQVDataDisplay* ADisplay)
+{
+    const auto* All = ADisplay ? dynamic_cast<const TQVDataDisplayHighlighting*>(ADisplay->GetHighlighting()) : nullptr;
+    return All ? All->GetChannels() : nullptr;
+}
+} // namespace
+
+bool TQVScopeChannel::GetPlotHighlighted(bool APrinting) const
+{
+    const TQVDataDisplay* Display = GetDisplay();
+    const TQVHighlightInfo* Info = Display ? Display->GetHighlightInfo() : nullptr;
+    const TQVChannelItemHighlighting* Settings = ChannelHighlighting(Display);
+    return !APrinting && Info && Settings && Info->FHighlightedItem == this && Settings->GetHiglightFromMouse();
+}
+
+TAlphaColor TQVScopeChannel::GetPlotHighlightColor() const
+{
+    const TQVChannelItemHighlighting* Settings = ChannelHighlighting(GetDisplay());
+    return Settings ? Settings->GetColor() : FColor;
+}
 
 void TQVScopeChannel::InvalidateChannel()
 {
