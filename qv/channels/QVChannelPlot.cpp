@@ -81,12 +81,28 @@ TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int
         const bool LastSlot = Result.Points / 2 + 1 >= Capacity;
         // The run of samples in this column, then its extremes in a loop of its own that the
         // compiler can vectorise. A comparison with NaN is false, so a NaN changes neither.
-        ++j;
-        if (LastSlot)
+        if (LastSlot) {
             j = ACount;
-        else
-            while (j < ACount && ColumnOf(AXPixels[j]) == Column)
-                ++j;
+        } else {
+            // Samples come column after column: gallop ahead while still in this column,
+            // then halve the last step, so that finding a column's end costs a few compares
+            // however many samples it holds.
+            int32_t In = j; // known to be in the column
+            int32_t Step = 1;
+            while (In + int64_t(Step) < ACount && ColumnOf(AXPixels[In + Step]) == Column) {
+                In += Step;
+                Step *= 2;
+            }
+            int32_t Out = int32_t(std::min<int64_t>(In + int64_t(Step), ACount)); // first known outside
+            while (Out - In > 1) {
+                const int32_t Mid = In + (Out - In) / 2;
+                if (ColumnOf(AXPixels[Mid]) == Column)
+                    In = Mid;
+                else
+                    Out = Mid;
+            }
+            j = Out;
+        }
         double Lo = Inf;
         double Hi = -Inf;
         for (int32_t k = First; k < j; ++k) {

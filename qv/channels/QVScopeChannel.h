@@ -199,11 +199,23 @@ private:
     std::vector<double> FDownsampledRealY;
 };
 
+// A click on a channel: the channel, the samples on either side of the point clicked (the
+// same one on a sample), the value there, and whether a handler took the click.
+using TQVChannelClickEvent = std::function<void(TQLPersistent* Sender, int32_t ChannelIndex, int32_t BeginSampleIndex,
+                                                int32_t EndSampleIndex, TQVRealPoint ClickedValue, bool& Handled)>;
+
 class TQVScopeChannels : public TQVPaletteDisplayCollection<TQVScopeChannel> {
 public:
     TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDataDisplay* ADisplay);
 
+    // Fired by the data view's hit test on a click on a channel.
+    void SetOnClick(TQVChannelClickEvent AHandler) { FOnClick = std::move(AHandler); }
+    const TQVChannelClickEvent& GetOnClick() const { return FOnClick; }
+
     QL_CLASS_INFO()
+
+private:
+    TQVChannelClickEvent FOnClick;
 };
 
 } // namespace qv

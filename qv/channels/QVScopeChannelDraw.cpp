@@ -5,6 +5,8 @@
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/channels/QVChannelPlot.h"
+#include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLCanvas.h"
@@ -59,6 +61,7 @@ void TQVScopeChannel::SetShadeMode(TQVChannelShadeMode AValue)
 TQVDisplayAxis* TQVScopeChannel::GetPlotXAxis() const { return GetXAxis(); }
 
 TQVDisplayAxis* TQVScopeChannel::GetPlotYAxis() const { return GetYAxis(); }
+
 
 void TQVScopeChannel::InvalidateChannel()
 {
@@ -191,7 +194,11 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         if (DataChanged || xchanged) {
             XAxis->InvalidateMinMaxCache(false);
             FScaledIntDrawBufferX->Resize(c, false);
-            FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
+            // Filled anew; a buffer nobody else holds is reused rather than reallocated.
+            if (FScaledRealDrawBufferX.use_count() == 1)
+                FScaledRealDrawBufferX->Resize(c, false);
+            else
+                FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
             // Pixel = value * scale + xb - offset, with the offset lowered by the view's width
             // so that the scale's minimum lands on the view's first column.
             const double LoweredOffset = xoff - (w - 1);
