@@ -3,6 +3,7 @@
 #include "qv/axes/QVDisplayAxis.h"
 
 #include "qv/display/QVDataDisplay.h"
+#include "qv/display/QVDisplayZoom.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace qv {
 
 TQVDisplayAxis::TQVDisplayAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
     : TQVTrackingOptionalAxis(ADisplay, AAlign),
+      FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
       FMin(std::make_unique<TQVAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FMax(std::make_unique<TQVMaxAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FFont(std::make_unique<TQVDisplayFont>(this, GetLock(), [this] { FontChanged(); }, "Arial", 8, 0xFFFFFFFF)),
@@ -34,7 +36,12 @@ TQVDisplayAxis::TQVDisplayAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
     ADisplay->GetAxes().Add(this);
 }
 
-TQVDisplayAxis::~TQVDisplayAxis() { GetDisplay()->GetAxes().Remove(this); }
+TQVDisplayAxis::~TQVDisplayAxis()
+{
+    // The zoom history must not hand a later undo an axis that is gone.
+    GetDisplay()->ForgetZoomAxis(this);
+    GetDisplay()->GetAxes().Remove(this);
+}
 
 // ---- Settings ----
 
@@ -287,6 +294,7 @@ const TQLClassInfo& TQVDisplayAxis::StaticClassInfo()
             .Object("Min", &TQVDisplayAxis::GetMin)
             .Object("Max", &TQVDisplayAxis::GetMax)
             .Object("AxisLabel", &TQVDisplayAxis::GetAxisLabel)
+            .Object("Zooming", &TQVDisplayAxis::GetZooming)
             .Build();
     return Info;
 }

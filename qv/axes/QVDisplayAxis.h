@@ -22,11 +22,14 @@
 #include "qv/axes/QVTrackingOptionalAxis.h"
 #include "qv/decor/QVDisplayLabel.h"
 #include "qv/display/QVViewButtonSettings.h"
+#include "qv/display/QVZoomTypes.h"
 
 #include <memory>
 #include <string>
 
 namespace qv {
+
+class TQVDisplayAxisZoom;
 
 class TQVDisplayAxis : public TQVTrackingOptionalAxis {
 public:
@@ -45,6 +48,8 @@ public:
     void SetMax(const TQVMaxAxisValue* AValue) { FMax->Assign(AValue); }
     bool GetReversed() const { return FReversed; }
     virtual void SetReversed(bool AValue);
+    TQVDisplayAxisZoom* GetZooming() const { return FZooming.get(); }
+    void SetZooming(const TQVDisplayAxisZoom* AValue);
 
     // ---- The three scales ----
     const TQVLimitCachedMinMaxValue& GetDataTotal() const { return FDataTotal; }
@@ -201,11 +206,76 @@ public:
     virtual void DrawTickLines(const TQVAxisTickProc& AHorizontalTick, const TQVAxisTickProc& AVerticalTick,
                                bool AFromEnd, TQLCanvas& ACanvas, bool ADrawAll, bool ADecascaleAll);
 
+    // ---- Zooming (QVDisplayAxisZoom.cpp) ----
+    // The zoom window is kept in printed units. Zooming never raises for a degenerate axis;
+    // the public operations reject factors and limits that are not finite numbers (and
+    // factors that are not positive) with std::invalid_argument.
+    bool IsZoomed() const { return FZoomed; }
+    // The last zoom window, also after the zoom was switched off.
+    double GetZoomMin() const { return FZoomMin; }
+    double GetZoomMax() const { return FZoomMax; }
+    // The zoom window while zoomed, else the current (zoomed data) limits.
+    double GetZoomedOrCurrentMin() const;
+    double GetZoomedOrCurrentMax() const;
+    // Public operations: each saves an undo step on the display when asked to, zooms, and
+    // reports the change to the display once. A factor below 1 zooms in.
+    void ZoomBy(double AValue, bool SaveHistory = true);
+    virtual void ZoomTo(double AMin, double AMax, bool SaveHistory = true);
+    void ZoomToData(double AMin, double AMax, bool SaveHistory = true);
+    // Halves or doubles the window about its centre.
+    void ZoomIn();
+    void ZoomOut();
+    void ZoomOff();
+    // Whether the window may still shrink (grow): false once the allowed width is reached,
+    // or once both edges are pinned by the limits' ranges.
+    virtual bool GetCanZoomIn() const;
+    virtual bool GetCanZoomOut() const;
+
+    // The workers. They change the window without touching the undo history and without
+    // reporting to the display.
+    // Scales the window about its centre by AValue.
+    virtual void IntZoom(double AValue, TQVZoomOperation AOperation);
+    virtual void IntZoomBy(double AValue);
+    // Sets the window (in either order), kept to the data and at least 0.0001 wide where the
+    // axis restricts zooming, then inside the limits' ranges.
+    void IntZoomToScale(double AMin, double AMax, TQVZoomOperation AOperation, bool ASendPin);
+    // The same with the limits in data units.
+    virtual void IntZoomToData(double AMin, double AMax, TQVZoomOperation AOperation);
+    // Switches the zoom off; the last window is kept for the next zoom.
+    virtual void IntZoomOff();
+    virtual void BasicZoomOff();
+    // The window handed to or taken from another display's axis.
+    void InternalZoomToScale(double AMin, double AMax, TQVZoomOperation AOperation, bool ASendPin);
+    void GetInternalZoomTo(double& AMin, double& AMax) const;
+    // One wheel notch at APoint: scales the window by AFactor so that the value under the
+    // pointer stays where it is.
+    virtual void MouseWheelZoomInt(const TPoint& APoint, double AFactor);
+    // Lets an axis change the wheel factor for a window of width AWidth; none here.
+    virtual void AdjustZoomFactor(double AWidth, double& AFactor) {}
+
+    // ---- Panning ----
+    // A drag starts at (AX, AY): the window it starts from is remembered.
+    void IntSaveMouseDownZoom(int32_t AX, int32_t AY);
+    // Remembers the present window as the start of a drag.
+    void SetMouseZoomValues();
+    // The drag has gone from AFrom to ATo: a zoomed axis moves its window along with the
+    // pointer, and reports the pan.
+    virtual void MouseMoveScale(const TPoint& AFrom, const TPoint& ATo);
+    // Moves the window from the drag's start by AValue printed units, never beyond the
+    // full scale.
+    virtual void MouseOffsetBy(double AValue);
+
     QL_CLASS_INFO()
 
 protected:
-    // The allowed width of the zoom window; none in this class.
-    virtual const TQVDisplayValueRange* GetZoomWidthRange() const { return nullptr; }
+    // The allowed width of the zoom window: Zooming.Range.
+    virtual const TQVDisplayValueRange* GetZoomWidthRange() const;
+    // Scales the zoom window about its centre by AValue and corrects it, leaving the step
+    // and the layout alone.
+    void ScaleZoomWindow(double AValue);
+    // A drag of APixels along the axis in printed units of the present window; 0 while the
+    // data view has no length.
+    double DragToScale(int32_t APixels) const;
     // Min or Max changed: every limit anew, and a new layout.
     void LimitsChanged();
 
@@ -219,8 +289,12 @@ protected:
     bool FLabelButtonShown = false;
     bool FLabelButtonDown = false;
     bool FDialogShown = false;
+    // The window when the drag started.
+    double FMouseZoomMin = 0.0;
+    double FMouseZoomMax = 0.0;
 
 private:
+    std::unique_ptr<TQVDisplayAxisZoom> FZooming;
     std::unique_ptr<TQVAxisValue> FMin;
     std::unique_ptr<TQVMaxAxisValue> FMax;
     std::unique_ptr<TQVDisplayFont> FFont;

@@ -567,6 +567,13 @@ const TQLClassInfo& TQVScopeXAxesCollectionItem::StaticClassInfo()
 void TQVScopeXAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
 {
     TQVDisplayCollection<TQVScopeXAxesCollectionItem>::NewItemCreated(AItem);
+    // The new strip docks behind the axis before it, ahead of the data view.
+    auto* Item = static_cast<TQVScopeXAxesCollectionItem*>(AItem);
+    const int32_t Index = Item->GetIndex();
+    TQVDisplayView* Before = Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : dynamic_cast<TQVDisplayView*>(GetOwner());
+    TQVDisplayViews& Views = GetDisplay()->GetViews();
+    Views.Remove(Item->GetAxis());
+    Views.AddAfter(Before, Item->GetAxis());
     if (TQVDataDisplay* Display = GetDisplay())
         Display->InvalidateRecalc();
 }

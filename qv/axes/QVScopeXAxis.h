@@ -138,6 +138,8 @@ public:
     // With CursorSettings.SnapToSample: moves AValue onto the nearest X sample of the
     // channels on the axis.
     virtual void AlignValue(double& AValue) const;
+    // Scales the zoom window about its centre; the step and the layout stay as they are.
+    void IntZoom(double AValue, TQVZoomOperation /*AOperation*/) override { ScaleZoomWindow(AValue); }
 
     // ---- Stored form ----
     // Older forms: six numbers, the range bounds of Min and Max, then of the zoom width.

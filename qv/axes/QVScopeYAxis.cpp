@@ -366,6 +366,13 @@ const TQLClassInfo& TQVScopeYAxesCollectionItem::StaticClassInfo()
 void TQVScopeYAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
 {
     TQVDisplayCollection<TQVScopeYAxesCollectionItem>::NewItemCreated(AItem);
+    // The new strip docks behind the axis before it, ahead of the data view.
+    auto* Item = static_cast<TQVScopeYAxesCollectionItem*>(AItem);
+    const int32_t Index = Item->GetIndex();
+    TQVDisplayView* Before = Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : dynamic_cast<TQVDisplayView*>(GetOwner());
+    TQVDisplayViews& Views = GetDisplay()->GetViews();
+    Views.Remove(Item->GetAxis());
+    Views.AddAfter(Before, Item->GetAxis());
     static_cast<TQVScopeYAxesCollectionItem*>(AItem)->AfterConstruction();
     if (TQVDataDisplay* Display = GetDisplay())
         Display->InvalidateRecalc();

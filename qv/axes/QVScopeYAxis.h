@@ -87,6 +87,8 @@ public:
     // With CursorSettings.SnapToSample: moves AValue onto the nearest sample of each channel
     // on the axis in turn.
     virtual void AlignValue(double& AValue) const;
+    // Pans free of the full scale, which moves with the autoscaled data.
+    void MouseMoveScale(const TPoint& AFrom, const TPoint& ATo) override;
     double SampleToScaleRange(double AValue) const { return AValue; }
 
     // ---- Stored form ----

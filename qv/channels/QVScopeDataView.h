@@ -1,6 +1,7 @@
 #pragma once
 // The plot area of a chart: the client view in which channels and measurement elements are
-// drawn. It paints its background, its border and the grid lines of every axis.
+// drawn. It paints its background, its border and the grid lines of every axis, and turns a
+// left-button drag into a rubber-band zoom (navigate mode zoom) or a pan (navigate mode pan).
 
 #include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/channels/QVHighlightInfo.h"
@@ -55,8 +56,23 @@ public:
     void SetExtHighlightZone(TQVBasicDisplayZone* AValue) { FExtHighlightZone = AValue; }
     // An element is going away: no highlight or drag may name it any longer.
     void ForgetItem(const TQLPersistent* AItem);
+
+    // ---- Mouse ----
+    void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
+                   bool& AHandled) override;
+    void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled) override;
+    void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
     // The mouse left the control: nothing is under it or pointed at; drags stay.
     void MouseLeave() override;
+    // The rubber band of a zoom drag.
+    void DrawMouseSelction(TQLCanvas& ACanvas) override;
+    // Zooms the display to the box from the press point to (AX, AY); a box under 5 pixels
+    // both ways zooms nothing.
+    void MouseZoom(int32_t AX, int32_t AY);
+    // A zoom box is being dragged: the data stays frozen meanwhile.
+    bool InMouseZooming() const;
+    // Where the mouse is; X is -1000 once it left the control.
+    TPoint GetCurrentMousePoint() const { return FCurrentMousePoint; }
 
     QL_CLASS_INFO()
 
@@ -72,6 +88,8 @@ private:
     const TQVDisplayGridLineSettings* GridLineFor(TQVTrackingOptionalAxis* AAxis, bool AZero, bool AMinor) const;
 
     std::unique_ptr<TQVDisplayGridLineSettings> FBorder;
+    // A pan moved an axis since the button went down.
+    bool FViewMouseMoved = false;
 };
 
 } // namespace qv

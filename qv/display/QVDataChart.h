@@ -47,6 +47,10 @@ public:
     // The plot's run-time record of what is lit and dragged, kept by the data view; null
     // while the chart has none.
     TQVHighlightInfo* GetHighlightInfo() const override;
+    // Limits a pan of AX and AY printed units of the main axes: each main axis clamps its
+    // own offset, then each additional axis, given the same share of its own window, may
+    // pull the offset of its direction down so that every axis moves by one proportion.
+    void AdjustOffsets(double& AX, double& AY) const;
 
     // Forgets the autoscaling history of every Y axis, then repaints.
     void InvalidateHistory() override;

@@ -4,6 +4,8 @@
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/decor/QVDisplayTitle.h"
 #include "qv/display/QVDisplayComponent.h"
+#include "qv/display/QVDisplayZoom.h"
+#include "qv/display/QVDisplayZoomList.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -19,6 +21,9 @@ TQVDataDisplay::TQVDataDisplay() : TQLPersistent(nullptr, QLMakeLock())
     GetBasicLock().SetNotify([this] { InvalidateRefresh(); });
     FRefreshTimer.SetOnTimer([this] { OnRefreshTimer(this); });
     FRefreshTimer.SetInterval(100);
+    FZooming = std::make_unique<TQVDisplayZoom>(this);
+    FUndoList = std::make_unique<TQVDisplayZoomList>();
+    FRedoList = std::make_unique<TQVDisplayZoomList>();
     FBkgBitmap.SetSize(10, 10);
     // Created last: until a derived display adds its own views the title stands last.
     FTitle = std::make_unique<TQVDisplayTitle>(this);
@@ -27,7 +32,10 @@ TQVDataDisplay::TQVDataDisplay() : TQLPersistent(nullptr, QLMakeLock())
 TQVDataDisplay::~TQVDataDisplay()
 {
     BeginDestroy();
+    FRedoList.reset();
+    FUndoList.reset();
     FTitle.reset();
+    FZooming.reset();
     FRefreshTimer.SetOnTimer({});
     FRefreshTimer.SetOnChange({});
     GetBasicLock().SetNotify({});
@@ -633,6 +641,7 @@ const TQLClassInfo& TQVDataDisplay::StaticClassInfo()
         TQLClassBuilder<TQVDataDisplay>("TQVDataDisplay", &TQLPersistent::StaticClassInfo())
             .Color("Color", &TQVDataDisplay::GetColor, &TQVDataDisplay::SetColor, TAlphaColor(0xFF000000))
             .Object("Title", &TQVDataDisplay::GetTitle)
+            .Object("Zooming", &TQVDataDisplay::GetZooming)
             .Property("Cursor", &TQVDataDisplay::GetCursor, &TQVDataDisplay::SetCursor, crDefault)
             .Property("NavigateMode", &TQVDataDisplay::GetNavigateMode, &TQVDataDisplay::SetNavigateMode, nmZoom)
             .Property("RefreshInterval", &TQVDataDisplay::GetRefreshInterval, &TQVDataDisplay::SetRefreshInterval,

@@ -6,6 +6,7 @@
 // renders the whole control into the picture that the host then shows.
 
 #include "qv/axes/QVDisplayAxisList.h"
+#include "qv/display/QVZoomTypes.h"
 #include "qv/display/QVDisplayView.h"
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QLCanvas.h"
@@ -28,6 +29,9 @@ class TQVChannelMouseHitPoint;
 class TQVDisplayHighlighting;
 class TQVHighlightInfo;
 class TQVDisplayAxis;
+class TQVDisplayZoom;
+class TQVDisplayZoomList;
+class TQVAxisZoomList;
 
 enum TQVDisplayNavigateMode : uint8_t { nmZoom, nmPan };
 
@@ -155,8 +159,6 @@ public:
     void KeyUp(uint16_t& AKey, TShiftState AShift);
     void Click();
     void DblClick();
-    // Wheel zoom about a point; the zoom machinery overrides it.
-    virtual void MouseWheelZoom(const TPoint& APoint, double AXFactor, double AYFactor) {}
     // The plot area, when the display has one.
     virtual TQVDisplayComponent* GetDataView() const { return nullptr; }
     virtual bool GetIsVertical() const { return false; }
@@ -232,6 +234,61 @@ public:
     TQVDisplayTitle* GetTitle() const { return FTitle.get(); }
     void SetTitle(const TQVDisplayTitle* AValue);
 
+    // ---- Zooming (QVDataDisplayZoom.cpp) ----
+    // Every zoom is a set of per-axis windows. The public operations take the write guard,
+    // save an undo step unless told not to, and report the change once through
+    // OnZoomChanged. The main X and Y axes set the display's window; the other axes of a
+    // direction follow them by proportion. Factors that are not positive finite numbers and
+    // limits that are not finite raise std::invalid_argument.
+    TQVDisplayZoom* GetZooming() const { return FZooming.get(); }
+    void SetZooming(const TQVDisplayZoom* AValue);
+    // Every axis back to its full range.
+    virtual void ZoomOff();
+    // Scales every axis' window about its centre; below 1 zooms in.
+    void ZoomBy(double AValue) { ZoomBy(AValue, AValue, true); }
+    void ZoomBy(double AValue, bool SaveHistory) { ZoomBy(AValue, AValue, SaveHistory); }
+    void ZoomBy(double XValue, double YValue) { ZoomBy(XValue, YValue, true); }
+    virtual void ZoomBy(double XValue, double YValue, bool SaveHistory);
+    // The main axes to the given printed limits; with HoldOnZoom the display holds.
+    void ZoomTo(double XMin, double XMax, double YMin, double YMax) { ZoomTo(XMin, XMax, YMin, YMax, true); }
+    virtual void ZoomTo(double XMin, double XMax, double YMin, double YMax, bool SaveHistory);
+    // The same with the limits in data units.
+    void ZoomToData(double XMin, double XMax, double YMin, double YMax) { ZoomToData(XMin, XMax, YMin, YMax, true); }
+    virtual void ZoomToData(double XMin, double XMax, double YMin, double YMax, bool SaveHistory);
+    // Back to the zoom before the last step, and forward again. Harmless on an empty history.
+    virtual void UndoZoom();
+    virtual void RedoZoom();
+    virtual void ClearZoomUndo();
+    // Records the present zoom as an undo step and forgets the redo steps. A burst of wheel
+    // notches (AFromWheel) makes one step.
+    virtual void SaveUndoZoom(bool AFromWheel);
+    // One wheel notch over the data view: every axis scales about the pointer.
+    virtual void MouseWheelZoom(const TPoint& APoint, double AXFactor, double AYFactor);
+    // One wheel notch over a single axis.
+    void MouseWheelZoomAxis(TQVDisplayAxis* AAxis, const TPoint& APoint, double AFactor);
+    // Reports a change: a new layout, then OnZoomChanged with ARanges' new half filled in.
+    virtual void ZoomChanged(TQVRealRanges ARanges, TQVZoomOperation AOperation);
+    // The display's window now, as the old half of a change's ranges.
+    TQVRealRanges GetZoomRanges() const;
+    bool CanZoomIn() const { return GetIntCanZoomIn(); }
+    bool CanZoomOut() const { return GetIntCanZoomOut(); }
+    bool CanUndoZoom() const;
+    bool CanRedoZoom() const;
+    // Whether any axis of the display is zoomed.
+    virtual bool IsZoomed() const;
+    // The main axes' windows: the zoom window while zoomed, else the current limits.
+    virtual double GetXMinZoom() const;
+    virtual double GetXMaxZoom() const;
+    virtual double GetYMinZoom() const;
+    virtual double GetYMaxZoom() const;
+    void SetOnZoomChanged(TQVZoomChangedEvent AHandler) { FOnZoomChanged = std::move(AHandler); }
+    const TQVZoomChangedEvent& GetOnZoomChanged() const { return FOnZoomChanged; }
+    // The undo and redo stacks, for inspection.
+    const TQVDisplayZoomList& GetUndoList() const { return *FUndoList; }
+    const TQVDisplayZoomList& GetRedoList() const { return *FRedoList; }
+    // An axis that is going away leaves the zoom history.
+    void ForgetZoomAxis(const TQVDisplayAxis* AAxis);
+
     // ---- Events ----
     void SetOnPaint(TNotifyEvent AHandler) { FOnPaint = std::move(AHandler); }
     const TNotifyEvent& GetOnPaint() const { return FOnPaint; }
@@ -266,6 +323,17 @@ public:
     QL_CLASS_INFO()
 
 protected:
+    // Zoom workers: no history, no report.
+    virtual bool GetIntCanZoomIn() const;
+    virtual bool GetIntCanZoomOut() const;
+    // AIsScale false: the limits are in data units.
+    virtual void IntZoomTo(double XMin, double XMax, double YMin, double YMax, TQVZoomOperation AOperation,
+                           bool AIsScale);
+    virtual void IntZoomOff();
+    virtual void IntZoomToList(const TQVAxisZoomList& AList, TQVZoomOperation AOperation);
+    // A snapshot of every axis' zoom window.
+    virtual std::unique_ptr<TQVAxisZoomList> GetAxisUndoList() const;
+
     // The control's repaint request; a scope ignores it while a user draw event runs.
     virtual void Invalidate();
     // Takes the destroy guard once: every later guard comes back empty and paint and
@@ -294,6 +362,10 @@ private:
     TQVDisplayAxisList FYAxes;
     std::vector<TQVDisplayComponent*> FComponents;
     std::unique_ptr<TQVDisplayTitle> FTitle;
+    std::unique_ptr<TQVDisplayZoom> FZooming;
+    std::unique_ptr<TQVDisplayZoomList> FUndoList;
+    std::unique_ptr<TQVDisplayZoomList> FRedoList;
+    TQVZoomChangedEvent FOnZoomChanged;
     TAlphaColor FColor = 0xFF000000;
     bool FPrinting = false;
     TSize FPrintSize;

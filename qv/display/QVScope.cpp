@@ -142,7 +142,8 @@ void TQVScope::SetSizeLimit(uint32_t AValue)
 
 bool TQVScope::PopulateDrawBuffers()
 {
-    if (GetHold())
+    // While a zoom box is dragged the data stays frozen, whatever Hold says.
+    if (GetHold() || FDataView->InMouseZooming())
         return false;
     bool Changed = false;
     FAllChannelSection.Execute([this, &Changed] {

@@ -119,7 +119,10 @@ public:
         ++Calls.ScaleZoomedTickMax;
         return TQVDisplayAxis::GetScaleZoomedTickMax();
     }
-    const TQVDisplayValueRange* GetZoomWidthRange() const override { return ZoomWidth; }
+    const TQVDisplayValueRange* GetZoomWidthRange() const override
+    {
+        return ZoomWidth ? ZoomWidth : TQVDisplayAxis::GetZoomWidthRange();
+    }
 
     void SetLimits(double ALo, double AHi)
     {

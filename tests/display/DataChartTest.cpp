@@ -62,8 +62,13 @@ TEST(DataChart, AxesResolveByIndexAcrossBothKinds)
     // The display's lists know every axis, and the views dock the main axes first.
     EXPECT_EQ(Scope.GetXAxes().GetCount(), 2);
     EXPECT_EQ(Scope.GetYAxes().GetCount(), 3);
-    EXPECT_LT(Scope.GetViews().IndexOf(X), Scope.GetViews().IndexOf(Y));
-    EXPECT_LT(Scope.GetViews().IndexOf(Y), Scope.GetViews().IndexOf(Y1));
+    // Each additional strip docks behind the one before it, all ahead of the data view.
+    const TQVDisplayViews& Views = Scope.GetViews();
+    EXPECT_EQ(Views.IndexOf(X1), Views.IndexOf(X) + 1);
+    EXPECT_EQ(Views.IndexOf(Y), Views.IndexOf(X1) + 1);
+    EXPECT_EQ(Views.IndexOf(Y1), Views.IndexOf(Y) + 1);
+    EXPECT_EQ(Views.IndexOf(Y2), Views.IndexOf(Y1) + 1);
+    EXPECT_EQ(Views.GetItem(Views.GetCount() - 1), Scope.GetDataView());
 
     EXPECT_EQ(Y->GetAxisLabelDefault(), "Y Axis");
     EXPECT_EQ(Y1->GetAxisLabelDefault(), "Y Axis 0");

@@ -1,0 +1,22 @@
+#pragma once
+// The vocabulary shared by the display's zoom operations, its axes and the zoom event.
+
+#include "qv/foundation/QLEnumInfo.h"
+#include "qv/foundation/QLTypes.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace qv {
+
+class TQLPersistent;
+
+// What moved the zoom window.
+enum TQVZoomOperation : uint8_t { zoUndo, zoRedo, zoMousePan, zoMouseWheel, zoZoom, zoZoomOff };
+
+using TQVZoomChangedEvent =
+    std::function<void(TQLPersistent* Sender, TQVZoomOperation ZoomOperation, TQVRealRanges ZoomValues)>;
+
+} // namespace qv
+
+QL_DECLARE_ENUM(qv::TQVZoomOperation, "zoUndo", "zoRedo", "zoMousePan", "zoMouseWheel", "zoZoom", "zoZoomOff")

@@ -1,0 +1,102 @@
+// Zooming and panning on a scope with additional axes.
+#include "qv/QVScope.h"
+#include "qv/display/QVDataChart.h"
+
+#include <gtest/gtest.h>
+
+namespace qvtest {
+namespace {
+
+using namespace qv;
+
+double WindowMin(const TQVDisplayAxis* AAxis) { return AAxis->GetScaleTick().GetZoomed().GetMin().GetValue(); }
+double WindowMax(const TQVDisplayAxis* AAxis) { return AAxis->GetScaleTick().GetZoomed().GetMax().GetValue(); }
+
+class TChartZoom : public ::testing::Test {
+protected:
+    TChartZoom()
+    {
+        Extra = Scope.GetYAxis()->GetAdditionalAxes()->Add()->GetAxis();
+        Scope.GetYAxis()->ZoomTo(0, 10, false);
+        Extra->ZoomTo(0, 100, false);
+    }
+
+    TQVScope Scope;
+    TQVBasicScopeYAxis* Extra = nullptr;
+};
+
+TEST_F(TChartZoom, AnAdditionalYAxisFollowsTheMainOneAndComesBackOnUndo)
+{
+    const double XMin = WindowMin(Scope.GetXAxis());
+    const double XMax = WindowMax(Scope.GetXAxis());
+    Scope.ZoomTo(XMin, XMax, 20, 60);
+    EXPECT_DOUBLE_EQ(WindowMin(Scope.GetYAxis()), 20.0);
+    EXPECT_DOUBLE_EQ(WindowMax(Scope.GetYAxis()), 60.0);
+    EXPECT_DOUBLE_EQ(WindowMin(Extra), 200.0);
+    EXPECT_DOUBLE_EQ(WindowMax(Extra), 600.0);
+    EXPECT_TRUE(Scope.GetHold());
+
+    Scope.UndoZoom();
+    EXPECT_DOUBLE_EQ(WindowMax(Scope.GetYAxis()), 10.0);
+    EXPECT_DOUBLE_EQ(WindowMax(Extra), 100.0);
+    EXPECT_EQ(Scope.GetXMinZoom(), XMin);
+    EXPECT_EQ(Scope.GetYMaxZoom(), 10.0);
+    EXPECT_TRUE(Scope.GetZooming()->IsZoomed());
+
+    Scope.ZoomOff();
+    EXPECT_FALSE(Scope.IsZoomed());
+    EXPECT_FALSE(Extra->IsZoomed());
+}
+
+TEST_F(TChartZoom, APanIsCappedByTheAxisWithTheLeastRoom)
+{
+    Extra->GetMax()->GetRange()->GetHigh()->SetValue(150);
+    Extra->GetMax()->GetRange()->GetHigh()->SetEnabled(true);
+    double X = 0.0;
+    double Y = 10.0;
+    Scope.AdjustOffsets(X, Y);
+    // The additional axis may move 50 of its 100, which is 5 of the main axis' 10.
+    EXPECT_DOUBLE_EQ(Y, 5.0);
+
+    Y = 2.0;
+    Scope.AdjustOffsets(X, Y);
+    EXPECT_DOUBLE_EQ(Y, 2.0) << "within every limit nothing changes";
+
+    // An X axis that is not zoomed shows all its data: there is nowhere to pan to.
+    X = 5.0;
+    Scope.AdjustOffsets(X, Y);
+    EXPECT_EQ(X, 0.0);
+}
+
+TEST_F(TChartZoom, TheYAxisPansFreeOfItsFullScale)
+{
+    Scope.SetBounds(0, 0, 640, 400);
+    Scope.RecalculateViewRects();
+    const TRect View = Scope.GetDataView()->GetDrawRect();
+    ASSERT_GT(View.Bottom - View.Top, 10);
+    TQVScopeYAxis* Y = Scope.GetYAxis();
+    Y->IntSaveMouseDownZoom(View.Left + 5, View.Top + 5);
+    // Dragging down by the view's height moves the values up by the window's width.
+    const int32_t Height = QVRectHeight(View);
+    Y->MouseMoveScale(TPoint{View.Left + 5, View.Top}, TPoint{View.Left + 5, View.Top + Height});
+    EXPECT_NEAR(WindowMin(Y), 10.0, 1e-9);
+    EXPECT_NEAR(WindowMax(Y), 20.0, 1e-9);
+    Y->MouseMoveScale(TPoint{View.Left + 5, View.Top}, TPoint{View.Left + 5, View.Top + 100 * Height});
+    EXPECT_NEAR(WindowMin(Y), 1000.0, 1e-6) << "no full scale holds it";
+}
+
+TEST_F(TChartZoom, TheWheelOverTheDataViewZoomsEveryAxis)
+{
+    Scope.SetBounds(0, 0, 640, 400);
+    Scope.RecalculateViewRects();
+    Scope.ClearZoomUndo();
+    const TRect View = Scope.GetDataView()->GetDrawRect();
+    Scope.DoMouseWheelUp(0, TPoint{(View.Left + View.Right) / 2, (View.Top + View.Bottom) / 2});
+    EXPECT_NEAR(WindowMax(Scope.GetYAxis()) - WindowMin(Scope.GetYAxis()), 9.0, 1e-9);
+    EXPECT_NEAR(WindowMax(Extra) - WindowMin(Extra), 90.0, 1e-9);
+    EXPECT_TRUE(Scope.GetXAxis()->IsZoomed());
+    EXPECT_TRUE(Scope.CanUndoZoom());
+}
+
+} // namespace
+} // namespace qvtest
