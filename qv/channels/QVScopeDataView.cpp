@@ -159,7 +159,6 @@ void TQVScopeDataView::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t
     Invalidate();
 }
 
-
 bool TQVScopeDataView::InMouseZooming() const
 {
     return FLeftMouseDown && GetDisplay()->GetZooming()->GetMouseZoom();

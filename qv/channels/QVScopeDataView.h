@@ -37,6 +37,20 @@ public:
     void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
                        bool AMinor, double AValue, int32_t APosition);
 
+    // ---- Mouse ----
+    void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
+                   bool& AHandled) override;
+    void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled) override;
+    void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
+    // The rubber band of a zoom drag.
+    void DrawMouseSelction(TQLCanvas& ACanvas) override;
+    // Zooms the display to the box from the press point to (AX, AY); a box under 5 pixels
+    // both ways zooms nothing.
+    void MouseZoom(int32_t AX, int32_t AY);
+    // A zoom box is being dragged: the data stays frozen meanwhile.
+    bool InMouseZooming() const;
+    // Where the mouse is; X is -1000 once it left the control.
+    TPoint GetCurrentMousePoint() const { return FCurrentMousePoint; }
     // ---- Highlighting (QVScopeDataViewHighlight.cpp) ----
     // The data view of a display, when it has one of this kind.
     static TQVScopeDataView* Of(const TQVDataDisplay* ADisplay);
@@ -56,23 +70,8 @@ public:
     void SetExtHighlightZone(TQVBasicDisplayZone* AValue) { FExtHighlightZone = AValue; }
     // An element is going away: no highlight or drag may name it any longer.
     void ForgetItem(const TQLPersistent* AItem);
-
-    // ---- Mouse ----
-    void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
-                   bool& AHandled) override;
-    void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled) override;
-    void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
     // The mouse left the control: nothing is under it or pointed at; drags stay.
     void MouseLeave() override;
-    // The rubber band of a zoom drag.
-    void DrawMouseSelction(TQLCanvas& ACanvas) override;
-    // Zooms the display to the box from the press point to (AX, AY); a box under 5 pixels
-    // both ways zooms nothing.
-    void MouseZoom(int32_t AX, int32_t AY);
-    // A zoom box is being dragged: the data stays frozen meanwhile.
-    bool InMouseZooming() const;
-    // Where the mouse is; X is -1000 once it left the control.
-    TPoint GetCurrentMousePoint() const { return FCurrentMousePoint; }
 
     QL_CLASS_INFO()
 

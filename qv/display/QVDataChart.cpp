@@ -1,4 +1,5 @@
 #include "qv/display/QVDataChart.h"
+#include "qv/display/QVLabelTemplate.h"
 
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/foundation/QLClassBuilder.h"
@@ -106,6 +107,13 @@ const TQLClassInfo& TQVDataChart::StaticClassInfo()
                                          .Object("Highlighting", &TQVDataChart::GetHighlighting)
                                          .Build();
     return Info;
+}
+
+std::string TQVDataChart::GetFormatLabelText(const TPoint& /*APoint*/, double AX, double AY,
+                                             const std::string& ALabelText, const std::string& ADefaultText) const
+{
+    return QVFormatLabelText(
+        ALabelText, ADefaultText, [&] { return FXAxis->GetTickText(AX); }, [&] { return FYAxis->GetTickText(AY); });
 }
 
 } // namespace qv

@@ -58,6 +58,12 @@ public:
     // Y axes take from them is stale: a channel changed its axis, visibility or domain.
     void InvalidateChannelAxes();
 
+    // ---- Label templates ----
+    // ALabelText, or ADefaultText when it is empty, with "%X" and "%Y" replaced by the main
+    // axes' texts of AX and AY, "%D" by the default template and "%%" by a percent sign.
+    virtual std::string GetFormatLabelText(const TPoint& APoint, double AX, double AY, const std::string& ALabelText,
+                                           const std::string& ADefaultText) const;
+
     QL_CLASS_INFO()
 
 protected:
