@@ -63,10 +63,14 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
     ACanvas.SetClipRegion(ARegion);
     ACanvas.FillRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});
 
+    const TQVScopeElementFamilies& Elements = FElementFamilies;
+    Elements.Draw(ekCursorLinks, ddpBackground, ACanvas, ClipRect, APrinting);
     {
-        // Backgrounds of the measurement elements lie under the grid, inside the view.
+        // Backgrounds of zones and markers lie under the grid, inside the view.
         TQLCanvasSave Save(ACanvas);
         ACanvas.SetClipRegion(ClipRegionTo(ARegion, ViewRect));
+        for (TQVScopeElementKind Kind : {ekZones, ekEllipses, ekMarkerGroups})
+            Elements.Draw(Kind, ddpBackground, ACanvas, ClipRect, APrinting);
         ACanvas.ClearClipRegion();
     }
 
@@ -85,14 +89,20 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
         TQLCanvasSave Save(ACanvas);
         ACanvas.SetClipRegion(ClipRegionTo(ARegion, ViewRect));
         ACanvas.GetBrush().SetColor(GetColor());
+        Elements.Draw(ekZones, ddpForeground, ACanvas, ClipRect, APrinting);
+        Elements.Draw(ekEllipses, ddpForeground, ACanvas, ClipRect, APrinting);
         // What is dragged over the plot goes onto the control's own picture.
         TQLCanvas* Own = GetBitmapCanvas();
         FDataView->Draw(ddpForeground, Own ? *Own : ACanvas, Vertical, APrinting);
-        // Channels, in index order, over the grid.
-        if (ViewInRegion)
+        // Channel links, then the channels over them, in index order.
+        if (ViewInRegion) {
+            Elements.Draw(ekChannelLinks, ddpForeground, ACanvas, ClipRect, APrinting);
             for (TQVScopeChannel* Channel : *FChannels)
                 if (Channel->GetVisible())
                     Channel->Draw(ACanvas, ClipRect, APrinting);
+        }
+        Elements.Draw(ekMarkerGroups, ddpForeground, ACanvas, ClipRect, APrinting);
+        Elements.Draw(ekLabels, ddpForeground, ACanvas, ClipRect, APrinting);
         // The hit tests of the plot run on a recalculated frame once the data view
         // interacts with the mouse.
         (void)Recalculated;
@@ -100,6 +110,9 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
             for (TQVDisplayView* View : GetViews())
                 if (View->IsVisible() && ARegion.RectInRegion(View->GetDrawRect()))
                     View->DrawMouseSelction(ACanvas);
+        Elements.Draw(ekCursors, ddpForeground, ACanvas, ClipRect, APrinting);
+        for (TQVScopeElementKind Kind : {ekCursorLinks, ekZones, ekEllipses})
+            Elements.Draw(Kind, ddpFeatures, ACanvas, ClipRect, APrinting);
         // The mark of the channel hit under the mouse, on top of everything in the plot.
         if (!APrinting && FDataView->GetHighlightInfo().FHighlightedItem)
             for (TQVScopeChannel* Channel : *FChannels)

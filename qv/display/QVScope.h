@@ -4,6 +4,7 @@
 // over on each refresh tick.
 
 #include "qv/display/QVDataChart.h"
+#include "qv/display/QVScopeElements.h"
 #include "qv/foundation/QWCriticalSection.h"
 
 #include <atomic>
@@ -75,6 +76,9 @@ public:
     // Every channel recomputes its screen points at the next paint.
     void InvalidateChannels() override;
 
+    // The element families laid over the plot, each drawn at its place in the draw order.
+    TQVScopeElementFamilies& GetElementFamilies() { return FElementFamilies; }
+
     // A user draw event is running: invalidation requests are ignored meanwhile.
     bool GetInDraw() const { return FInDraw.load(std::memory_order_acquire); }
     // Set by a channel around its user draw event.
@@ -94,6 +98,7 @@ private:
     std::atomic<uint32_t> FSizeLimit{0};
     TQWCriticalSection FAllChannelSection;
     std::unique_ptr<TQVScopeDataView> FDataView;
+    TQVScopeElementFamilies FElementFamilies;
     TQVCustomMouseLabelEvent FOnCustomMouseHitLabel;
     bool FNewText = false;
     std::string FNewLabelText;

@@ -9,7 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <set>
+#include <string>
+#include <vector>
 
 using namespace qv;
 
@@ -172,4 +175,71 @@ TEST(ScopeDrawOrder, TheHitMarkOfTheChannelUnderTheMouseComesAfterTheChannelsAnd
 
     P.Paint(true);
     EXPECT_LT(MarkAt(P.Canvas.GetRecords()), 0);
+}
+
+namespace {
+// A family that writes down when it was called, and where the canvas's record stood then.
+struct TLoggingFamily : IQVScopeElementFamily {
+    TLoggingFamily(TQVScopeElementKind AKind, std::vector<std::string>& ALog, const TQLRecordingCanvas& ACanvas)
+        : Kind(AKind), Log(ALog), Canvas(ACanvas)
+    {
+    }
+    void DrawElements(TQVDisplayDrawPart APart, TQLCanvas&, const TRect& AClip, bool) override
+    {
+        static const char* Names[] = {"links", "zones", "ellipses", "markers", "chlinks", "labels", "cursors"};
+        static const char* Parts[] = {"bg", "fg", "feat", "text"};
+        Log.push_back(std::string(Names[Kind]) + "/" + Parts[APart]);
+        Clip = AClip;
+        At.push_back(Canvas.GetRecords().size());
+    }
+    TQVScopeElementKind Kind;
+    std::vector<std::string>& Log;
+    const TQLRecordingCanvas& Canvas;
+    TRect Clip;
+    std::vector<size_t> At;
+};
+} // namespace
+
+TEST(ScopeDrawOrder, ElementFamiliesDrawAtTheirPlacesAroundTheGridAndTheChannels)
+{
+    TPaintedScope P;
+    const std::vector<double> Samples{0.1, 0.5, -0.3, 0.2};
+    P.Scope.GetChannels()->GetItem(0)->GetData()->SetYData(Samples.data(), 4);
+    P.Scope.RefreshView();
+    std::vector<std::string> Log;
+    std::vector<std::unique_ptr<TLoggingFamily>> Families;
+    for (int K = 0; K < QVScopeElementKindCount; ++K) {
+        Families.push_back(std::make_unique<TLoggingFamily>(TQVScopeElementKind(K), Log, P.Canvas));
+        P.Scope.GetElementFamilies().Set(TQVScopeElementKind(K), Families.back().get());
+    }
+    P.Paint();
+    const std::vector<std::string> Expected{
+        "links/bg",    "zones/bg",  "ellipses/bg", "markers/bg", "zones/fg",   "ellipses/fg",  "chlinks/fg",
+        "markers/fg", "labels/fg", "cursors/fg",  "links/feat", "zones/feat", "ellipses/feat"};
+    EXPECT_EQ(Log, Expected);
+
+    // Backgrounds come before the title and the grid; channel links before the channel's
+    // line, markers after it.
+    const ptrdiff_t Title = P.IndexOf("TextOut", "Scope");
+    ptrdiff_t Line = -1;
+    const auto& R = P.Canvas.GetRecords();
+    for (size_t i = 0; i < R.size(); ++i)
+        if (R[i].Op == "LineTo" && R[i].PenColor == P.Scope.GetChannels()->GetItem(0)->GetColor())
+            Line = ptrdiff_t(i);
+    ASSERT_GE(Title, 0);
+    ASSERT_GE(Line, 0);
+    EXPECT_LE(ptrdiff_t(Families[ekZones]->At[0]), Title);
+    EXPECT_LE(ptrdiff_t(Families[ekChannelLinks]->At[0]), Line);
+    EXPECT_GT(ptrdiff_t(Families[ekMarkerGroups]->At[1]), Line);
+    // Elements clip at the data view less its bottom row.
+    TRect Clip = P.Scope.GetScopeDataView()->GetDrawRect();
+    Clip.Bottom -= 1;
+    EXPECT_EQ(Families[ekCursors]->Clip, Clip);
+
+    // An empty place draws nothing and changes nothing else.
+    P.Scope.GetElementFamilies().Set(ekZones, nullptr);
+    Log.clear();
+    P.Paint();
+    EXPECT_EQ(std::count_if(Log.begin(), Log.end(), [](const std::string& S) { return S.rfind("zones", 0) == 0; }), 0);
+    EXPECT_EQ(Log.size(), Expected.size() - 3);
 }
