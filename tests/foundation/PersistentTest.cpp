@@ -54,6 +54,8 @@ TEST(PersistentNotify, ChangesClimbToTheOwnerUnlessAClosureTakesThem)
     EXPECT_EQ(Owner.Senders.size(), 2u) << "without a closure the change climbs again";
 }
 
+// The object's own lock hangs below the given one and may outlive the object; a write
+// through it afterwards reaches nobody.
 TEST(PersistentNotify, OwnLockIsChainedAndOutlivesItsObjectSilently)
 {
     auto Root = QLMakeLock();
