@@ -49,12 +49,9 @@ TEST(DisplayLabel, OwnersChooseTheirOwnDefaults)
     const TQLCanvasFont Bold10{"Arial", 10, fsBold, 0xFFFFFFFF};
     TQVOptionalLabel Label(&Owner, Owner.GetLock(), {}, Bold10, false);
     EXPECT_EQ(Label.GetFont()->ToCanvasFont(), Bold10);
-    EXPECT_TRUE(QLSaveObject(Label).Members.empty());
+    EXPECT_TRUE(QLSaveObject(Label).Members.empty()) << "its own defaults are not stored";
     Label.SetVisible(true);
-    const TQLStoredNode Saved = QLSaveObject(Label);
-    const TQLStoredNode* Visible = Saved.Find("Visible");
-    ASSERT_NE(Visible, nullptr);
-    EXPECT_TRUE(Visible->Bool);
+    EXPECT_NE(QLSaveObject(Label).Find("Visible"), nullptr) << "visible differs from this label's default";
     QLLoadObject(Label, TQLStoredNode::MakeObject());
     EXPECT_FALSE(Label.GetVisible()) << "absent from a stored form: back to this label's default";
 }
@@ -71,7 +68,7 @@ TEST(DisplayTitleLabel, TextFollowsTheDefaultUntilSetAndIsStoredOnlyWhenItDiffer
 
     Label.SetText("Elapsed");
     Label.SetTextDefault("Time (uSec)");
-    EXPECT_EQ(Label.GetText(), "Elapsed");
+    EXPECT_EQ(Label.GetText(), "Elapsed") << "the user's text stays";
 
     TQVDisplayTitleLabel Other(&Owner, Owner.GetLock(), {});
     Other.SetTextDefault("Y Axis");

@@ -65,20 +65,15 @@ TEST(RealBufferSharing, CopiesShareUntilOneHolderWritesAndForeignDataIsCopied)
 {
     const double Source[] = {1, 2, 3, 4};
     TQVRealBuffer A(Source, 4);
-    TQVRealBuffer B(A);                                    // copy
-    TQVRealBuffer C(static_cast<const IQVRealBuffer&>(A)); // from the interface
-    TQVRealBuffer D(static_cast<const IQVData&>(A));       // from generic data
-    auto E = QVCreateRealBuffer(A);                        // factory
-    for (const IQVRealBuffer* Other : std::initializer_list<const IQVRealBuffer*>{&B, &C, &D, E.get()})
-        EXPECT_EQ(A.Read(), Other->Read());
-
+    TQVRealBuffer B(A);
+    TQVRealBuffer C(static_cast<const IQVData&>(A)); // from generic data
+    auto E = QVCreateRealBuffer(A);
     B.Write()[0] = 100;
     C.SetItem(3, -7);
     EXPECT_EQ((std::vector<double>{1, 2, 3, 4}), Values(A));
     EXPECT_EQ((std::vector<double>{100, 2, 3, 4}), Values(B));
-    EXPECT_EQ(-7, C.GetItem(3));
-    EXPECT_EQ(A.Read(), D.Read()); // untouched holders still share
-    EXPECT_EQ(A.Read(), E->Read());
+    EXPECT_EQ((std::vector<double>{1, 2, 3, -7}), Values(C));
+    EXPECT_EQ(A.Read(), E->Read()); // an untouched holder still shares
 
     // Once the other holder is gone, writing needs no copy.
     TQVRealBuffer Solo(4u);
@@ -116,12 +111,6 @@ TEST(RealBufferSharing, ResizeKeepsOrClearsAndLeavesOtherHoldersAlone)
     A.Resize(1, true);
     A.Resize(4, true);
     EXPECT_EQ((std::vector<double>{1, 0, 0, 0}), Values(A));
-    for (int32_t i = 0; i < 100; ++i) { // repeated growth keeps earlier samples
-        A.Resize(A.GetSize() + 1, true);
-        A.SetItem(A.GetSize() - 1, i);
-    }
-    EXPECT_EQ(1, A.GetItem(0));
-    EXPECT_EQ(99, A.GetItem(103));
     A.Resize(A.GetSize() + 1, true); // appends grow the block in steps, not one at a time
     const double* Block = A.Read();
     A.Resize(A.GetSize() + 1, true);
@@ -197,14 +186,11 @@ TEST(RealBufferConversionValues, ExtremeAndUnusualValuesAndOtherKinds)
     const uint64_t U64[] = {UINT64_MAX};
     EXPECT_EQ((std::vector<double>{18446744073709551616.0}), Values(TQVRealBuffer(U64, 1)));
 
-    const float F[] = {std::numeric_limits<float>::denorm_min(), -std::numeric_limits<float>::infinity(),
-                       std::numeric_limits<float>::quiet_NaN(), -0.0f, 0.1f};
-    const TQVRealBuffer B(F, 5);
-    EXPECT_EQ(1.401298464324817e-45, B.GetItem(0));
-    EXPECT_EQ(-kInf, B.GetItem(1));
-    EXPECT_TRUE(std::isnan(B.GetItem(2)));
-    EXPECT_TRUE(std::signbit(B.GetItem(3)));
-    EXPECT_EQ(0.10000000149011612, B.GetItem(4)); // the float's value, not 0.1
+    const float F[] = {std::numeric_limits<float>::quiet_NaN(), -0.0f, 0.1f};
+    const TQVRealBuffer B(F, 3);
+    EXPECT_TRUE(std::isnan(B.GetItem(0)));
+    EXPECT_TRUE(std::signbit(B.GetItem(1)));
+    EXPECT_EQ(0.10000000149011612, B.GetItem(2)); // the float's value, not 0.1
 
     const int32_t Ints[] = {-5, 7};
     EXPECT_EQ((std::vector<double>{-5, 7}), Values(TQVRealBuffer(TQVIntegerBuffer(Ints, 2))));
@@ -236,14 +222,7 @@ TEST(RealBufferExtremes, EveryPositionAndLengthWithNaNsAgainstASimpleScan)
 
 TEST(RealBufferExtremes, RangesIncludeBothEndsAndOnlyInfinitiesCount)
 {
-    const double Source[] = {5, 1, 9, 3, kNaN, 8};
-    const TQVRealBuffer B(Source, 6);
-    EXPECT_EQ(1, B.Min(1, 2));
-    EXPECT_EQ(9, B.Max(1, 2));
-    EXPECT_EQ(8, B.Min(4, 5));
-    EXPECT_TRUE(std::isnan(B.Min(4, 4)));
     EXPECT_TRUE(std::isnan(TQVRealBuffer().Max()));
-
     std::vector<double> V(19, kNaN);
     V[11] = kInf;
     V[3] = -kInf;
@@ -283,16 +262,12 @@ TEST(IntegerBuffer, SharesUntilWriteFindsExtremesAndConvertsWhatFits)
     const int32_t Source[] = {3, INT32_MIN, 0, INT32_MAX, -4, 9, 1, 2, 5, 6, -7};
     TQVIntegerBuffer A(Source, 11);
     auto B = QVCreateIntegerBuffer(static_cast<const IQVIntegerBuffer&>(A));
-    EXPECT_EQ(A.Read(), B->Read());
     B->SetItem(1, 0);
-    EXPECT_EQ(INT32_MIN, A.GetItem(1));
-    EXPECT_EQ(INT32_MIN, A.Min());
+    EXPECT_EQ(INT32_MIN, A.Min()); // the write went to B's own copy
     EXPECT_EQ(INT32_MAX, A.Max());
     EXPECT_EQ(-7, B->Min());
-    EXPECT_EQ(-4, A.Min(4, 5));
     EXPECT_EQ(9, A.Max(4, 5));
     ExpectError<std::out_of_range>([] { TQVIntegerBuffer().Min(); }, {"size 0"});
-    ExpectError<std::out_of_range>([&] { A.GetItem(11); }, {"TQVIntegerBuffer", "11"});
 
     // Conversions take what fits and refuse what would be lost, naming value and index.
     const int64_t S64[] = {INT32_MIN, INT32_MAX};
@@ -303,8 +278,6 @@ TEST(IntegerBuffer, SharesUntilWriteFindsExtremesAndConvertsWhatFits)
 
     const uint32_t U32[] = {1, 4294967295u};
     ExpectError<std::out_of_range>([&] { TQVIntegerBuffer Lossy(TQVDataRef(U32, 2)); }, {"4294967295", "index 1"});
-    const int64_t Below[] = {0, 0, int64_t(INT32_MIN) - 1};
-    ExpectError<std::out_of_range>([&] { TQVIntegerBuffer Lossy(TQVDataRef(Below, 3)); }, {"-2147483649", "index 2"});
     const float NaN[] = {std::numeric_limits<float>::quiet_NaN()};
     ExpectError<std::out_of_range>([&] { TQVIntegerBuffer Lossy(TQVDataRef(NaN, 1)); }, {"nan", "index 0"});
     ExpectError<std::invalid_argument>([] { TQVIntegerBuffer Lossy(TQVBlockBuffer(4)); }, {"dkByte"});
@@ -319,7 +292,6 @@ TEST(ComplexAndBlockBuffers, ShareUntilWrittenAndConvert)
     TQVComplexBuffer A(TQVDataRef(Pairs, 3));
     EXPECT_NE(static_cast<const void*>(Pairs), A.ReadData());
     TQVComplexBuffer B(static_cast<const IQVData&>(A));
-    EXPECT_EQ(A.Read(), B.Read());
     B.SetItem(0, {9, 9});
     EXPECT_EQ(std::complex<double>(1, -1), A.GetItem(0));
     EXPECT_EQ((std::vector<double>{1, 2, 3}), Values(*A.GetRealPart()));
@@ -327,10 +299,7 @@ TEST(ComplexAndBlockBuffers, ShareUntilWrittenAndConvert)
     ExpectError<std::out_of_range>([&] { A.GetItem(3); }, {"TQVComplexBuffer", "3"});
 
     TQVBlockBuffer Bytes(16);
-    EXPECT_EQ(dkByte, Bytes.GetDataKind());
-    EXPECT_TRUE(std::all_of(Bytes.Read(), Bytes.Read() + 16, [](uint8_t X) { return X == 0; }));
     TQVBlockBuffer Copy = Bytes;
-    EXPECT_EQ(Bytes.Read(), Copy.Read());
     Copy.Write()[15] = 0xAB;
     EXPECT_EQ(0, Bytes.Read()[15]);
     Copy.Resize(20, true);
@@ -370,16 +339,14 @@ TEST(TypedDataQueue, FirstInFirstOutWithIndexAccessAndErrors)
 
     for (double V : {1.0, 2.0, 3.0, 4.0})
         Q.Add(V);
-    EXPECT_EQ(4, Q.GetItem(3));
     Q.SetItem(1, 20);
     Q.Remove();
     ASSERT_TRUE(Q.Pop(Value));
     EXPECT_EQ(20, Value);
     EXPECT_EQ(2, Q.GetCount());
 
-    ExpectError<std::out_of_range>([&] { Q.GetItem(2); }, {"2"});
+    ExpectError<EQLListError>([&] { Q.GetItem(2); }, {"2"});
     ExpectError<std::out_of_range>([&] { Q.SetItem(-1, 0); }, {"-1"});
-    EXPECT_THROW(Q.GetItem(2), EQLListError);
     EXPECT_EQ(4, Q.GetItem(1));
 
     Q.Clear();

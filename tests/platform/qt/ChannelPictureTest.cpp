@@ -1,6 +1,6 @@
 // Channels rendered for real by QPainter: a million-sample ramp, cut down to two points per
 // pixel column, must paint in every column exactly the rows that the same samples paint when
-// drawn one by one; bars land on the pixels their geometry says.
+// drawn one by one.
 #include <qv/qt/QLQtCanvas.h>
 #include <qv/qt/QLQtImage.h>
 
@@ -136,28 +136,5 @@ TEST_F(ChannelPicture, DownsampledRampPaintsEachColumnAsTheSamplesDrawnOneByOne)
             continue;
         for (int32_t Row = Top; Row <= Bottom; ++Row)
             ASSERT_TRUE(Painted(Line, Col, Row)) << "column " << Col << " row " << Row;
-    }
-}
-
-TEST_F(ChannelPicture, BarsCoverTheirWidthFromTheBottomToTheirValue)
-{
-    const std::vector<double> Y{50, 50, 50, 50, 50, 50, 50, 50, 50, 50};
-    Channel(0)->GetData()->AddYData(Y.data(), 10);
-    Scope.PopulateDrawBuffers();
-    Channel(0)->SetChannelMode(cmBar);
-    Channel(0)->SetShadeMode(csmBottom);
-    for (int32_t Width : {4, 5}) {
-        Channel(0)->SetWidth(Width);
-        const TQLBitmap Picture = Render(0);
-        const int32_t At = Channel(0)->GetDownsampledIntDrawBufferX()->GetItem(3);
-        const int32_t Row = 250;
-        for (int32_t Col = At - Width / 2; Col < At + Width - Width / 2; ++Col)
-            EXPECT_TRUE(Painted(Picture, Col, Row)) << "width " << Width << " column " << Col;
-        EXPECT_FALSE(Painted(Picture, At - Width / 2 - 1, Row)) << "width " << Width;
-        EXPECT_FALSE(Painted(Picture, At + Width - Width / 2, Row)) << "width " << Width;
-        // From the bottom edge up to the value's row, and not above it.
-        EXPECT_TRUE(Painted(Picture, At, Rect.Bottom - 1));
-        EXPECT_TRUE(Painted(Picture, At, 150));
-        EXPECT_FALSE(Painted(Picture, At, 148));
     }
 }

@@ -51,32 +51,26 @@ TEST(JsonForm, DocumentHoldsChangedValuesOnlyInReadableForms)
     EXPECT_EQ(Doc.value("Flags").toArray(), (QJsonArray{"sfLabels", "sfTicks"}));
     EXPECT_EQ(Doc.value("Mask").toInteger(), 0xDEADBEEFll);
     EXPECT_EQ(Doc.value("Title").toString(), QString::fromUtf8("Noise \xC2\xB5V"));
-    EXPECT_FALSE(Doc.contains("Revision"));
     const QJsonArray Items = Doc.value("Items").toArray();
     ASSERT_EQ(Items.size(), 2);
     EXPECT_EQ(Items.at(1).toObject().value("Font").toObject().value("Name").toString(), "Courier");
     EXPECT_FALSE(Items.at(1).toObject().contains("Weight"));
 }
 
-TEST(JsonForm, RoundTripRestoresEveryValue)
+TEST(JsonForm, RoundTripRestoresEveryValueIncludingExtremesAndNonFiniteReals)
 {
     TSampleSettings Source;
     FillSample(Source);
     Source.SetBig(std::numeric_limits<int64_t>::max() - 1); // not exact as a double
     Source.SetLevel(0.1 + 0.2);                               // needs every digit
     const QByteArray Json = QLSaveToJson(Source);
-
     TSampleSettings Target(QLMakeLock(), 0xFF000001);
     QLLoadFromJson(Target, Json);
     EXPECT_EQ(QLSaveObject(Target), QLSaveObject(Source)) << Json.toStdString();
     EXPECT_EQ(Target.GetBig(), std::numeric_limits<int64_t>::max() - 1);
     EXPECT_EQ(Target.GetLevel(), 0.1 + 0.2);
     EXPECT_EQ(Target.GetTitle(), Source.GetTitle());
-    EXPECT_EQ(Target.GetBack(), 0x80112233u);
-    ASSERT_EQ(Target.GetItems()->GetCount(), 2);
-    EXPECT_EQ(Target.GetItems()->GetItem(0)->GetFont()->GetStyle(), fsBold | fsItalic);
 
-    // Extremes of the integer kinds.
     Source.SetBig(std::numeric_limits<int64_t>::min());
     Source.SetSmall(-32768);
     Source.SetMask(0xFFFFFFFFu);
@@ -84,45 +78,26 @@ TEST(JsonForm, RoundTripRestoresEveryValue)
     EXPECT_EQ(Target.GetBig(), std::numeric_limits<int64_t>::min());
     EXPECT_EQ(Target.GetSmall(), -32768);
     EXPECT_EQ(Target.GetMask(), 0xFFFFFFFFu);
-}
 
-TEST(JsonForm, NonFiniteRealsSurvive)
-{
-    TSampleSettings Source;
-    TSampleSettings Target;
-    for (double Value : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
-                         -std::numeric_limits<double>::infinity()}) {
+    // JSON has no NaN or infinity: they must still come back, at the root and in an item.
+    for (double Value : {std::numeric_limits<double>::quiet_NaN(), -std::numeric_limits<double>::infinity()}) {
         Source.SetLevel(Value);
-        Source.GetItems()->Clear();
-        Source.GetItems()->Add()->GetMarker()->SetOffset(Value);
-        const QByteArray Json = QLSaveToJson(Source);
-        QLLoadFromJson(Target, Json);
-        ASSERT_EQ(Target.GetItems()->GetCount(), 1);
-        if (std::isnan(Value)) {
-            EXPECT_TRUE(std::isnan(Target.GetLevel())) << Json.toStdString();
-            EXPECT_TRUE(std::isnan(Target.GetItems()->GetItem(0)->GetMarker()->GetOffset()));
-        } else {
-            EXPECT_EQ(Target.GetLevel(), Value) << Json.toStdString();
-            EXPECT_EQ(Target.GetItems()->GetItem(0)->GetMarker()->GetOffset(), Value);
-        }
+        Source.GetItems()->GetItem(0)->GetMarker()->SetOffset(Value);
+        QLLoadFromJson(Target, QLSaveToJson(Source));
+        for (double Got : {Target.GetLevel(), Target.GetItems()->GetItem(0)->GetMarker()->GetOffset()})
+            EXPECT_TRUE(Got == Value || (std::isnan(Value) && std::isnan(Got))) << Got;
     }
-}
 
-TEST(JsonForm, EmptyListsAndSetsLoad)
-{
-    TSampleSettings Settings;
-    FillSample(Settings);
-    QLLoadFromJson(Settings, R"({"Items": [], "Flags": [], "Percent": 3})");
-    EXPECT_EQ(Settings.GetItems()->GetCount(), 0);
-    EXPECT_EQ(Settings.GetFlags(), 0u);
-    EXPECT_EQ(Settings.GetPercent(), 3);
     // The empty set is not the default here, so it is written, and read back.
+    QLLoadFromJson(Target, R"({"Items": [], "Flags": []})");
+    EXPECT_EQ(Target.GetItems()->GetCount(), 0);
     TSampleSettings Copy;
-    QLLoadFromJson(Copy, QLSaveToJson(Settings));
+    QLLoadFromJson(Copy, QLSaveToJson(Target));
     EXPECT_EQ(Copy.GetFlags(), 0u);
-    EXPECT_FALSE(Saved(Settings).contains("Items"));
 }
 
+// Errors of the document itself, and values JSON gives in forms of its own; errors of the
+// values' meaning are common to every format.
 TEST(JsonForm, BadDocumentsFailWithThePathAndChangeNothing)
 {
     TSampleSettings Settings;
@@ -133,13 +108,8 @@ TEST(JsonForm, BadDocumentsFailWithThePathAndChangeNothing)
                       "1000000000000");
     ExpectJsonFailure(Settings, R"({"Percent": 5, "Items": [{}, {"Font": {"Size": null}}]})",
                       "Items[1].Font.Size", "null");
-    ExpectJsonFailure(Settings, R"({"Nope": 1})", "Nope", "unknown property");
     ExpectJsonFailure(Settings, R"({"Enabled": "yes"})", "Enabled", "\"yes\"");
-    ExpectJsonFailure(Settings, R"({"Small": 32768})", "Small", "32768");
-    ExpectJsonFailure(Settings, R"({"Shape": "ssOval"})", "Shape", "ssOval");
     ExpectJsonFailure(Settings, R"({"Flags": ["sfGrid", 3]})", "Flags", "list");
-    ExpectJsonFailure(Settings, R"({"Back": "red"})", "Back", "\"red\"");
-    ExpectJsonFailure(Settings, R"({"Items": [1, 2]})", "Items[0]", "object");
     ExpectJsonFailure(Settings, R"({"Items": ["a"]})", "Items", "list");
     ExpectJsonFailure(Settings, R"({"Gain": 1e400})", "TSampleSettings", "malformed");
     ExpectJsonFailure(Settings, R"({"Percent": 5,)", "TSampleSettings", "malformed");

@@ -52,10 +52,8 @@ TEST(QtImage, WrappedImageSharesTheBitmapsPixels)
     QImage Copy = QLBitmapToImage(Bitmap);
     Bitmap.SetPixel(1, 2, 0);
     EXPECT_EQ(Copy.pixel(1, 2), 0xFF00FF00u);
-}
 
-TEST(QtImage, EmptyAndNullConvertToEachOther)
-{
+    // Empty bitmaps and null images convert to each other.
     TQLBitmap Empty(0, 5);
     EXPECT_TRUE(QLWrapBitmap(Empty).isNull());
     EXPECT_TRUE(QLWrapBitmapReadOnly(Empty).isNull());

@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -31,13 +33,19 @@ bool HasColor(const TQLBitmap& ABitmap, const TRect& ARect, TAlphaColor AColor)
     return false;
 }
 
-// Pixels of ARect that differ from AColor.
-int CountOther(const TQLBitmap& ABitmap, const TRect& ARect, TAlphaColor AColor)
+// Pixels of ARect that differ from AColor, and the box around them.
+int CountOther(const TQLBitmap& ABitmap, const TRect& ARect, TAlphaColor AColor, TRect* ABounds = nullptr)
 {
     int Count = 0;
+    TRect R{INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
     for (int32_t Y = ARect.Top; Y < ARect.Bottom; ++Y)
         for (int32_t X = ARect.Left; X < ARect.Right; ++X)
-            Count += ABitmap.GetBits()[size_t(Y) * size_t(ABitmap.GetWidth()) + size_t(X)] != AColor;
+            if (ABitmap.GetBits()[size_t(Y) * size_t(ABitmap.GetWidth()) + size_t(X)] != AColor) {
+                ++Count;
+                R = TRect{std::min(R.Left, X), std::min(R.Top, Y), std::max(R.Right, X + 1), std::max(R.Bottom, Y + 1)};
+            }
+    if (ABounds)
+        *ABounds = R;
     return Count;
 }
 
@@ -74,6 +82,14 @@ TEST(ScopePicture, TwoYAxesAndATimeAxisLandWhereTheLayoutPutsThem)
     qt::QLSaveBitmapPng(Picture, QCoreApplication::applicationDirPath() + "/ScopePicture.png");
 
     const TRect View = Scope.GetScopeDataView()->GetDrawRect();
+    // The title's text, measured by Qt, lies in its strip 4 below the top, centred on the
+    // control.
+    const TRect Strip = Scope.GetTitle()->GetDrawRect();
+    TRect Text;
+    EXPECT_GT(CountOther(Picture, Strip, Scope.GetColor(), &Text), 50);
+    EXPECT_NEAR((Text.Left + Text.Right) / 2, 400, 3);
+    EXPECT_GE(Text.Top, Strip.Top + 3);
+    EXPECT_LE(Text.Bottom, View.Top);
     // Both axes leave room for their strips: the main one on the left, the other on the right.
     EXPECT_GT(View.Left, 30);
     EXPECT_LT(View.Right, 800 - 30);
