@@ -80,10 +80,8 @@ TEST_F(TZoomOperations, ZoomingStopsAtTheWidthLimitsAndPinnedEdges)
 {
     for (TListedAxis* Axis : {&X, &Y}) {
         TQVDisplayValueRange* Width = Axis->GetZooming()->GetRange();
-        Width->GetLow()->SetValue(10);
-        Width->GetLow()->SetEnabled(true);
-        Width->GetHigh()->SetValue(100);
-        Width->GetHigh()->SetEnabled(true);
+        Bound(Width->GetLow(), 10);
+        Bound(Width->GetHigh(), 100);
     }
     EXPECT_TRUE(Display.CanZoomIn());
     EXPECT_FALSE(Display.CanZoomOut()) << "the full ranges are as wide as allowed";
@@ -99,10 +97,8 @@ TEST_F(TZoomOperations, ZoomingStopsAtTheWidthLimitsAndPinnedEdges)
     EXPECT_TRUE(Display.CanZoomIn()) << "through the Y axis";
 
     // Both edges pinned by the limits' ranges.
-    X.GetMax()->GetRange()->GetLow()->SetValue(60);
-    X.GetMax()->GetRange()->GetLow()->SetEnabled(true);
-    X.GetMin()->GetRange()->GetHigh()->SetValue(40);
-    X.GetMin()->GetRange()->GetHigh()->SetEnabled(true);
+    Bound(X.GetMax()->GetRange()->GetLow(), 60);
+    Bound(X.GetMin()->GetRange()->GetHigh(), 40);
     X.ZoomTo(30, 70);
     EXPECT_TRUE(X.GetCanZoomIn());
     X.ZoomTo(40, 60);
