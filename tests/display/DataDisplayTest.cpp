@@ -328,10 +328,10 @@ std::pair<TRect, TPoint> HitLabelBox(THitDisplay& ADisplay, const TQVChannelMous
     ADisplay.DrawHitTest(Canvas, APoint, AHit);
     const auto Rects = Canvas.Of("Rectangle");
     const auto Texts = Canvas.Of("TextOut");
-    EXPECT_EQ(Rects.size(), 2u);
-    EXPECT_EQ(Texts.size(), 1u);
-    if (Rects.size() != 2 || Texts.size() != 1)
+    if (Rects.size() != 2 || Texts.size() != 1) {
+        ADD_FAILURE() << "a mark, a box and a text expected";
         return {};
+    }
     EXPECT_EQ(Rects[0].ArgRect(), (TRect{APoint.X - 2, APoint.Y - 2, APoint.X + 3, APoint.Y + 3}));
     return {Rects[1].ArgRect(), TPoint{Texts[0].Args[0], Texts[0].Args[1]}};
 }
