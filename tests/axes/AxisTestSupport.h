@@ -175,6 +175,13 @@ protected:
     TTestAxis YAxis{&Display, true, vaLeft};
 };
 
+// Sets an optional bound and switches it on.
+inline void Bound(TQVDisplayOptionalValue* ABound, double AValue)
+{
+    ABound->SetValue(AValue);
+    ABound->SetEnabled(true);
+}
+
 struct TDrawnLine {
     TPoint From;
     TPoint To;

@@ -1,10 +1,12 @@
 #pragma once
 // A scope fed through its channels, with shorthands for the limits of its axes.
 
+#include "axes/AxisTestSupport.h"
 #include "qv/QVScope.h"
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 namespace qvtest {
@@ -31,6 +33,28 @@ inline std::vector<double> Line(int32_t ACount, double ALo, double AHi)
         V[static_cast<size_t>(I)] = ACount == 1 ? ALo : ALo + (AHi - ALo) * I / (ACount - 1);
     return V;
 }
+
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double Inf = std::numeric_limits<double>::infinity();
+
+// An axis of the scope whose zoom window a test can set; no channel draws against it.
+template <class TBase>
+class TWindowAxis : public TBase {
+public:
+    using TBase::TBase;
+    void Window(double AMin, double AMax)
+    {
+        this->FZoomMin = AMin;
+        this->FZoomMax = AMax;
+        this->FZoomed = true;
+        this->InvalidateMinMaxCache(false);
+    }
+    double Pan(double AOffset) const
+    {
+        this->AdjustOffset(AOffset);
+        return AOffset;
+    }
+};
 
 struct TLimits {
     double Min, Max;

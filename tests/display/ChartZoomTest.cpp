@@ -39,9 +39,7 @@ TEST_F(TChartZoom, AnAdditionalYAxisFollowsTheMainOneAndComesBackOnUndo)
     Scope.UndoZoom();
     EXPECT_DOUBLE_EQ(WindowMax(Scope.GetYAxis()), 10.0);
     EXPECT_DOUBLE_EQ(WindowMax(Extra), 100.0);
-    EXPECT_EQ(Scope.GetXMinZoom(), XMin);
     EXPECT_EQ(Scope.GetYMaxZoom(), 10.0);
-    EXPECT_TRUE(Scope.GetZooming()->IsZoomed());
 
     Scope.ZoomOff();
     EXPECT_FALSE(Scope.IsZoomed());
@@ -68,34 +66,19 @@ TEST_F(TChartZoom, APanIsCappedByTheAxisWithTheLeastRoom)
     EXPECT_EQ(X, 0.0);
 }
 
-TEST_F(TChartZoom, TheYAxisPansFreeOfItsFullScale)
+TEST_F(TChartZoom, DraggingTheYAxisDownMovesItsValuesUpFreeOfItsFullScale)
 {
     Scope.SetBounds(0, 0, 640, 400);
     Scope.RecalculateViewRects();
     const TRect View = Scope.GetDataView()->GetDrawRect();
-    ASSERT_GT(View.Bottom - View.Top, 10);
+    const int32_t Height = QVRectHeight(View);
     TQVScopeYAxis* Y = Scope.GetYAxis();
     Y->IntSaveMouseDownZoom(View.Left + 5, View.Top + 5);
-    // Dragging down by the view's height moves the values up by the window's width.
-    const int32_t Height = QVRectHeight(View);
     Y->MouseMoveScale(TPoint{View.Left + 5, View.Top}, TPoint{View.Left + 5, View.Top + Height});
-    EXPECT_NEAR(WindowMin(Y), 10.0, 1e-9);
+    EXPECT_NEAR(WindowMin(Y), 10.0, 1e-9); // by the window's width
     EXPECT_NEAR(WindowMax(Y), 20.0, 1e-9);
     Y->MouseMoveScale(TPoint{View.Left + 5, View.Top}, TPoint{View.Left + 5, View.Top + 100 * Height});
-    EXPECT_NEAR(WindowMin(Y), 1000.0, 1e-6) << "no full scale holds it";
-}
-
-TEST_F(TChartZoom, TheWheelOverTheDataViewZoomsEveryAxis)
-{
-    Scope.SetBounds(0, 0, 640, 400);
-    Scope.RecalculateViewRects();
-    Scope.ClearZoomUndo();
-    const TRect View = Scope.GetDataView()->GetDrawRect();
-    Scope.DoMouseWheelUp(0, TPoint{(View.Left + View.Right) / 2, (View.Top + View.Bottom) / 2});
-    EXPECT_NEAR(WindowMax(Scope.GetYAxis()) - WindowMin(Scope.GetYAxis()), 9.0, 1e-9);
-    EXPECT_NEAR(WindowMax(Extra) - WindowMin(Extra), 90.0, 1e-9);
-    EXPECT_TRUE(Scope.GetXAxis()->IsZoomed());
-    EXPECT_TRUE(Scope.CanUndoZoom());
+    EXPECT_NEAR(WindowMin(Y), 1000.0, 1e-6);
 }
 
 } // namespace

@@ -85,78 +85,61 @@ TQLCanvasFactory RecordingFactory()
 
 } // namespace
 
-TEST(DataDisplayRefresh, IntervalNeverDropsBelowOneAndDrivesTheTimer)
+TEST(DataDisplayRefresh, TicksRepaintHoldHandsOverAndDesignTimeAndDestroyStopTheCycle)
 {
     TProbeDisplay D;
-    EXPECT_EQ(D.GetRefreshInterval(), 100u);
-    D.SetRefreshInterval(0);
-    EXPECT_EQ(D.GetRefreshInterval(), 1u);
+    D.SetRefreshInterval(0); // never below one
     EXPECT_EQ(D.GetRefreshTimer().GetInterval(), 1u);
-    D.SetRefreshInterval(40);
-    EXPECT_EQ(D.GetRefreshTimer().GetInterval(), 40u);
-    // A tick of the timer is a refresh.
-    D.GetRefreshTimer().Fire();
-    EXPECT_EQ(D.Populates, 1);
-}
-
-TEST(DataDisplayRefresh, EveryTickRepaintsWithOrWithoutData)
-{
-    TProbeDisplay D;
-    for (int Tick = 1; Tick <= 3; ++Tick) {
-        D.RefreshView();
+    // Every tick of the timer is a refresh that repaints, with or without data.
+    for (int Tick = 1; Tick <= 2; ++Tick) {
+        D.GetRefreshTimer().Fire();
         EXPECT_EQ(D.Populates, Tick);
         EXPECT_EQ(D.Invalidations, Tick);
-        EXPECT_TRUE(D.GetRefreshImage());
     }
-    // With the refresh flag cleared by hand, only new data asks for a repaint.
+    // With the refresh flag cleared, only new data asks for a repaint.
     D.ClearRefreshFlag();
     D.RefreshView();
-    EXPECT_EQ(D.Invalidations, 3);
+    EXPECT_EQ(D.Invalidations, 2);
     D.PopulateResult = true;
     D.RefreshView();
-    EXPECT_EQ(D.Invalidations, 4);
-}
+    EXPECT_EQ(D.Invalidations, 3);
 
-TEST(DataDisplayRefresh, HoldChangesHandOverAtOnceAndRepaint)
-{
-    TProbeDisplay D;
+    // A change of Hold hands over at once and repaints; an equal value does nothing.
     D.SetHold(true);
-    EXPECT_EQ(D.Populates, 1);
-    const int Before = D.Invalidations;
-    D.SetHold(true); // equal value: nothing
-    EXPECT_EQ(D.Populates, 1);
-    EXPECT_EQ(D.Invalidations, Before);
+    EXPECT_EQ(D.Populates, 5);
+    const int Held = D.Invalidations;
+    D.SetHold(true);
+    EXPECT_EQ(D.Populates, 5);
+    EXPECT_EQ(D.Invalidations, Held);
     D.SetHold(false);
-    EXPECT_EQ(D.Populates, 2);
-    EXPECT_GT(D.Invalidations, Before);
-}
+    EXPECT_EQ(D.Populates, 6);
+    EXPECT_GT(D.Invalidations, Held);
 
-TEST(DataDisplayRefresh, DesignTimeStopsTheTimerAndPostRefreshInvalidatesAtOnce)
-{
-    TProbeDisplay D;
+    // At run time PostRefresh waits for the next tick; at design time the timer stops and
+    // PostRefresh repaints at once.
+    D.ClearRefreshFlag();
+    const int Before = D.Invalidations;
     D.PostRefresh();
-    EXPECT_EQ(D.Invalidations, 0); // at run time the next tick repaints
+    EXPECT_EQ(D.Invalidations, Before);
     D.SetDesigning(true);
     EXPECT_FALSE(D.GetRefreshTimer().GetEnabled());
     D.GetRefreshTimer().Fire();
-    EXPECT_EQ(D.Populates, 0);
+    EXPECT_EQ(D.Populates, 6);
     D.PostRefresh();
-    EXPECT_EQ(D.Invalidations, 1);
-}
+    EXPECT_EQ(D.Invalidations, Before + 1);
 
-TEST(DataDisplayRefresh, DestroyGuardStopsRefreshAndPaint)
-{
-    TProbeDisplay D;
+    // Once destruction began neither refresh nor paint touch anything.
+    TProbeDisplay Dying;
     TQLBitmap Bitmap(20, 10);
     TQLRecordingCanvas Canvas;
-    D.StartDestroy();
-    D.RefreshView();
-    EXPECT_EQ(D.Populates, 0);
-    D.PaintToCanvas(Bitmap, Canvas, false);
+    Dying.StartDestroy();
+    Dying.RefreshView();
+    EXPECT_EQ(Dying.Populates, 0);
+    Dying.PaintToCanvas(Bitmap, Canvas, false);
     EXPECT_TRUE(Canvas.GetRecords().empty());
 }
 
-TEST(DataDisplayPaint, PaintToCanvasFillsTheBackgroundOverTheBitmap)
+TEST(DataDisplayPaint, BackgroundFactoryPictureSizeAndPrintSize)
 {
     TProbeDisplay D;
     D.SetColor(0xFF102030);
@@ -167,36 +150,24 @@ TEST(DataDisplayPaint, PaintToCanvasFillsTheBackgroundOverTheBitmap)
     ASSERT_EQ(Fills.size(), 1u);
     EXPECT_EQ(Fills[0].ArgRect(), (TRect{0, 0, 64, 32}));
     EXPECT_EQ(Fills[0].BrushColor, 0xFF102030u);
-    EXPECT_EQ(D.GetBitmap().GetWidth(), 64);
-}
+    D.PlotSizes.clear();
 
-TEST(DataDisplayPaint, PaintNeedsAFactoryAndSizesThePictureToTheControl)
-{
-    TProbeDisplay D;
+    // Paint needs a canvas factory and sizes the picture to the control.
     EXPECT_THROW(D.Paint(), std::logic_error);
     D.SetCanvasFactory(RecordingFactory());
     D.SetBounds(0, 0, 120.7f, 80.2f);
     int Painted = 0;
-    D.SetOnPaint([&](TQLPersistent* ASender) {
-        EXPECT_EQ(ASender, &D);
-        ++Painted;
-    });
+    D.SetOnPaint([&](TQLPersistent* ASender) { Painted += ASender == &D; });
     D.Paint();
     EXPECT_EQ(Painted, 1);
     EXPECT_EQ(D.GetBitmap().GetWidth(), 120);
     EXPECT_EQ(D.GetBitmap().GetHeight(), 80);
-    ASSERT_EQ(D.PlotSizes.size(), 1u);
-    EXPECT_EQ(D.PlotSizes[0], (TSize{120, 80}));
-}
 
-TEST(DataDisplayPaint, IntDrawUsesTheRoundedPrintSizeOnAPictureOnePixelLarger)
-{
-    TProbeDisplay D;
-    D.SetCanvasFactory(RecordingFactory());
+    // IntDraw plots at the rounded print size on a picture one pixel larger, then leaves
+    // printing and the screen size as they were.
     TQLRecordingCanvas Target;
     D.IntDraw(Target, 0, 0, 99.6f, 50.4f, true, false);
-    ASSERT_EQ(D.PlotSizes.size(), 1u);
-    EXPECT_EQ(D.PlotSizes[0], (TSize{100, 50}));
+    EXPECT_EQ(D.PlotSizes, (std::vector<TSize>{{120, 80}, {100, 50}}));
     const auto Draws = Target.Of("DrawBitmap");
     ASSERT_EQ(Draws.size(), 1u);
     EXPECT_EQ(Draws[0].Args, (std::vector<int32_t>{0, 0, 101, 51}));
@@ -206,9 +177,7 @@ TEST(DataDisplayPaint, IntDrawUsesTheRoundedPrintSizeOnAPictureOnePixelLarger)
 
 TEST(DataDisplayGeometry, SizeChangesRecalculateAndBadBoundsAreRefused)
 {
-    TProbeDisplay D;
-    EXPECT_EQ(D.GetWidth(), 450.0f);
-    EXPECT_EQ(D.GetHeight(), 280.0f);
+    TProbeDisplay D; // 450 by 280
     D.PaintToCanvas(*std::make_unique<TQLBitmap>(4, 4), *std::make_unique<TQLRecordingCanvas>(), false);
     D.SetBounds(5, 5, 450, 280);
     D.SetBounds(5, 5, 300, 200);
@@ -219,7 +188,7 @@ TEST(DataDisplayGeometry, SizeChangesRecalculateAndBadBoundsAreRefused)
     EXPECT_EQ(D.GetPlotWidth(), 300);
 }
 
-TEST(DataDisplayMouse, ToolBarsHearThePressFirstAndTheFirstClaimStopsIt)
+TEST(DataDisplayMouse, ToolBarsHearThePressFirstHiddenOnesNotAndEveryoneTheRelease)
 {
     TProbeDisplay D;
     TProbeComponent A(D, "A", {0, 0, 100, 100});
@@ -227,24 +196,27 @@ TEST(DataDisplayMouse, ToolBarsHearThePressFirstAndTheFirstClaimStopsIt)
     TProbeComponent Bar(D, "Bar", {0, 0, 100, 20}, true); // created last, still first
     Bar.ClaimPress = false;
     D.MouseDown(mbLeft, 0, 10, 50);
-    EXPECT_EQ(D.Log, (std::vector<std::string>{"Bar down out", "B down in"}));
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"Bar down out", "B down in"})); // the first claim stops it
     EXPECT_TRUE(D.GetIsFocused());
-
     D.Log.clear();
     Bar.ClaimPress = true;
     D.MouseDown(mbLeft, 0, 10, 10);
     EXPECT_EQ(D.Log, (std::vector<std::string>{"Bar down in"}));
-}
 
-TEST(DataDisplayMouse, HiddenComponentsGetNoPressButEveryoneHearsTheRelease)
-{
-    TProbeDisplay D;
-    TProbeComponent A(D, "A", {0, 0, 100, 100});
-    TProbeComponent B(D, "B", {0, 0, 100, 100});
-    B.Visible = false;
+    D.Log.clear();
+    Bar.Visible = B.Visible = false;
     D.MouseDown(mbRight, 0, 10, 10);
     D.MouseUp(mbRight, 0, 10, 10);
-    EXPECT_EQ(D.Log, (std::vector<std::string>{"A down in", "B up", "A up"}));
+    EXPECT_EQ(D.Log, (std::vector<std::string>{"A down in", "Bar up", "B up", "A up"}));
+
+    // Nothing is dispatched at design time.
+    D.Log.clear();
+    D.SetDesigning(true);
+    D.MouseDown(mbLeft, 0, 1, 1);
+    D.MouseMove(0, 1, 1);
+    D.MouseUp(mbLeft, 0, 1, 1);
+    D.DoMouseWheelDown(0, TPoint{1, 1});
+    EXPECT_TRUE(D.Log.empty());
 }
 
 TEST(DataDisplayMouse, MoveSharesOneClaimSoTheLastComponentUnderTheMouseWins)
@@ -290,18 +262,6 @@ TEST(DataDisplayMouse, WheelReachesTheComponentUnderItAndZoomsOverTheDataView)
     EXPECT_EQ(D.Log, (std::vector<std::string>{"View wheel up", "zoom 0.9"}));
 }
 
-TEST(DataDisplayMouse, NothingIsDispatchedAtDesignTime)
-{
-    TProbeDisplay D;
-    TProbeComponent C(D, "C", {0, 0, 100, 100});
-    D.SetDesigning(true);
-    D.MouseDown(mbLeft, 0, 1, 1);
-    D.MouseMove(0, 1, 1);
-    D.MouseUp(mbLeft, 0, 1, 1);
-    D.DoMouseWheelDown(0, TPoint{1, 1});
-    EXPECT_TRUE(D.Log.empty());
-}
-
 TEST(DataDisplayMouse, LeavingTheControlPutsTheUsersCursorBack)
 {
     TProbeDisplay D;
@@ -319,14 +279,10 @@ TEST(DataDisplayComponents, ComponentsJoinAndLeaveTheDispatchList)
 {
     TProbeDisplay D;
     const size_t Own = D.GetComponents().size(); // the display's title
-    auto A = std::make_unique<TProbeComponent>(D, "A", TRect{0, 0, 10, 10});
     {
-        TProbeComponent B(D, "B", {0, 0, 10, 10});
-        EXPECT_EQ(D.GetComponents().size(), Own + 2);
-        EXPECT_EQ(D.GetComponents().back(), &B);
+        TProbeComponent A(D, "A", {0, 0, 10, 10});
+        EXPECT_EQ(D.GetComponents().back(), &A);
     }
-    EXPECT_EQ(D.GetComponents().size(), Own + 1);
-    A.reset();
     EXPECT_EQ(D.GetComponents().size(), Own);
 }
 
@@ -343,14 +299,13 @@ TEST(DataDisplayState, PaintIsDisabledUntilHostedVisibleAndLoaded)
 {
     TProbeDisplay D;
     EXPECT_TRUE(D.PaintIsDisabled()); // no host window
-    D.SetParentState(true, 0);
-    EXPECT_FALSE(D.PaintIsDisabled());
     D.SetParentState(true, csLoading);
     EXPECT_TRUE(D.PaintIsDisabled());
     D.SetParentState(true, 0);
+    EXPECT_FALSE(D.PaintIsDisabled());
     D.SetVisible(false);
     EXPECT_TRUE(D.PaintIsDisabled());
-    D.SetDesigning(true);
+    D.SetDesigning(true); // designing shows even a hidden control
     EXPECT_FALSE(D.PaintIsDisabled());
 }
 
@@ -373,17 +328,17 @@ std::pair<TRect, TPoint> HitLabelBox(THitDisplay& ADisplay, const TQVChannelMous
     ADisplay.DrawHitTest(Canvas, APoint, AHit);
     const auto Rects = Canvas.Of("Rectangle");
     const auto Texts = Canvas.Of("TextOut");
-    EXPECT_EQ(Rects.size(), 2u);
-    EXPECT_EQ(Texts.size(), 1u);
-    if (Rects.size() != 2 || Texts.size() != 1)
+    if (Rects.size() != 2 || Texts.size() != 1) {
+        ADD_FAILURE() << "a mark, a box and a text expected";
         return {};
+    }
     EXPECT_EQ(Rects[0].ArgRect(), (TRect{APoint.X - 2, APoint.Y - 2, APoint.X + 3, APoint.Y + 3}));
     return {Rects[1].ArgRect(), TPoint{Texts[0].Args[0], Texts[0].Args[1]}};
 }
 
 } // namespace
 
-TEST(DataDisplayToolTips, HitLabelSitsAboveRightAndFlipsToStayInTheView)
+TEST(DataDisplayToolTips, HitLabelFlipsToStayInTheViewAHandlerMayReplaceItAndItMayHide)
 {
     THitDisplay D;
     TPlotView View(&D);
@@ -391,24 +346,15 @@ TEST(DataDisplayToolTips, HitLabelSitsAboveRightAndFlipsToStayInTheView)
     D.DataView = &View;
     TQVChannelMouseHitPoint Hit(&D);
 
+    // Above right of the point; too far right it moves left; too high it drops below the
+    // top, and cannot flip left of the view's edge.
     auto [Box, Text] = HitLabelBox(D, Hit, TPoint{50, 50});
     EXPECT_EQ(Box, (TRect{54, 37, 124, 52}));
     EXPECT_EQ(Text, (TPoint{56, 38}));
-    // Too far right: the box moves to the left of the point.
     std::tie(Box, Text) = HitLabelBox(D, Hit, TPoint{180, 50});
     EXPECT_EQ(Box.Left, 184 - 66 - 11);
-    // Too high: the box drops below the top, and cannot flip left of the view's edge.
     std::tie(Box, Text) = HitLabelBox(D, Hit, TPoint{50, 5});
     EXPECT_EQ(Box, (TRect{54, 5, 124, 20}));
-}
-
-TEST(DataDisplayToolTips, AHiddenLabelLeavesOnlyTheMarkAndAHandlerMayReplaceTheText)
-{
-    THitDisplay D;
-    TPlotView View(&D);
-    View.SetDrawRect(TRect{0, 0, 200, 100});
-    D.DataView = &View;
-    TQVChannelMouseHitPoint Hit(&D);
 
     std::string Seen;
     D.SetOnDataToolTip([&](TQLPersistent*, TPoint, TQVRealPoint, std::string& AText) {
@@ -420,8 +366,8 @@ TEST(DataDisplayToolTips, AHiddenLabelLeavesOnlyTheMarkAndAHandlerMayReplaceTheT
     EXPECT_EQ(Seen, "1.00 : 2.00");
     ASSERT_EQ(Canvas.Of("TextOut").size(), 1u);
     EXPECT_EQ(Canvas.Of("TextOut")[0].Text, "custom");
-    EXPECT_EQ(D.GetToolTipText(), "custom");
 
+    // A hidden label leaves only the mark.
     Hit.GetPointLabel()->SetVisible(false);
     TQLRecordingCanvas Plain;
     D.DrawHitTest(Plain, TPoint{50, 50}, Hit);

@@ -50,7 +50,6 @@ TEST(ScopeDrawOrder, BackgroundThenTitleThenTheDataViewsBorder)
     TPaintedScope P;
     P.Paint();
     const auto& R = P.Canvas.GetRecords();
-    ASSERT_FALSE(R.empty());
     // The whole picture is filled first, in the control's colour, clipped to the region.
     const ptrdiff_t Fill = P.IndexOf("FillRect");
     ASSERT_GE(Fill, 0);
@@ -60,8 +59,6 @@ TEST(ScopeDrawOrder, BackgroundThenTitleThenTheDataViewsBorder)
 
     const ptrdiff_t Title = P.IndexOf("TextOut", "Scope");
     const ptrdiff_t Border = P.IndexOf("RectangleRect");
-    ASSERT_GE(Title, 0);
-    ASSERT_GE(Border, 0);
     EXPECT_LT(Fill, Title);
     EXPECT_LT(Title, Border);
     // The border frames the data view, which lies below the title.
@@ -71,28 +68,19 @@ TEST(ScopeDrawOrder, BackgroundThenTitleThenTheDataViewsBorder)
     EXPECT_GT(View.Top, 0);
 }
 
-TEST(ScopeDrawOrder, FocusFrameComesLastAndNeverWhenPrinting)
+TEST(ScopeDrawOrder, FocusFrameComesLastAndPrintingLeavesTheScreenStateAlone)
 {
     TPaintedScope P;
     P.Scope.SetFocused(true);
+    P.Scope.InvalidateRecalc();
+    P.Paint(true);
+    EXPECT_EQ(P.Canvas.Count("DrawFocusRect"), 0u);
+    EXPECT_TRUE(P.Scope.GetNeedsRecalc()); // the screen's layout is still due
     P.Paint();
+    EXPECT_FALSE(P.Scope.GetNeedsRecalc());
     ASSERT_EQ(P.Canvas.Count("DrawFocusRect"), 1u);
     EXPECT_EQ(P.Canvas.GetRecords().back().Op, "DrawFocusRect");
     EXPECT_EQ(P.Canvas.GetRecords().back().ArgRect(), (TRect{0, 0, 400, 300}));
-
-    P.Paint(true);
-    EXPECT_EQ(P.Canvas.Count("DrawFocusRect"), 0u);
-}
-
-TEST(ScopeDrawOrder, PrintingLeavesTheRecalculationDueAndTheScreenPaintClearsIt)
-{
-    TPaintedScope P;
-    P.Scope.InvalidateRecalc();
-    ASSERT_TRUE(P.Scope.GetNeedsRecalc());
-    P.Paint(true);
-    EXPECT_TRUE(P.Scope.GetNeedsRecalc());
-    P.Paint();
-    EXPECT_FALSE(P.Scope.GetNeedsRecalc());
 }
 
 TEST(ScopeDrawOrder, HiddenBorderAndOwnBackgroundColour)

@@ -15,8 +15,6 @@ TEST_F(TZoomOperations, AdditionalAxesFollowTheMainAxesByProportion)
     TListedAxis ExtraY{&Display, true, 0.0, 10.0};
     Display.ZoomTo(20, 60, 10, 30);
     EXPECT_NEAR(ExtraX.WindowMin(), 200.0, 1e-9);
-    EXPECT_NEAR(ExtraX.WindowMax(), 600.0, 1e-9);
-    EXPECT_NEAR(ExtraY.WindowMin(), 1.0, 1e-9);
     EXPECT_NEAR(ExtraY.WindowMax(), 3.0, 1e-9);
     // The proportion is taken of the present windows, not of the full ranges.
     Display.ZoomTo(30, 40, 10, 30);
@@ -80,10 +78,8 @@ TEST_F(TZoomOperations, ZoomingStopsAtTheWidthLimitsAndPinnedEdges)
 {
     for (TListedAxis* Axis : {&X, &Y}) {
         TQVDisplayValueRange* Width = Axis->GetZooming()->GetRange();
-        Width->GetLow()->SetValue(10);
-        Width->GetLow()->SetEnabled(true);
-        Width->GetHigh()->SetValue(100);
-        Width->GetHigh()->SetEnabled(true);
+        Bound(Width->GetLow(), 10);
+        Bound(Width->GetHigh(), 100);
     }
     EXPECT_TRUE(Display.CanZoomIn());
     EXPECT_FALSE(Display.CanZoomOut()) << "the full ranges are as wide as allowed";
@@ -99,10 +95,8 @@ TEST_F(TZoomOperations, ZoomingStopsAtTheWidthLimitsAndPinnedEdges)
     EXPECT_TRUE(Display.CanZoomIn()) << "through the Y axis";
 
     // Both edges pinned by the limits' ranges.
-    X.GetMax()->GetRange()->GetLow()->SetValue(60);
-    X.GetMax()->GetRange()->GetLow()->SetEnabled(true);
-    X.GetMin()->GetRange()->GetHigh()->SetValue(40);
-    X.GetMin()->GetRange()->GetHigh()->SetEnabled(true);
+    Bound(X.GetMax()->GetRange()->GetLow(), 60);
+    Bound(X.GetMin()->GetRange()->GetHigh(), 40);
     X.ZoomTo(30, 70);
     EXPECT_TRUE(X.GetCanZoomIn());
     X.ZoomTo(40, 60);
@@ -150,10 +144,8 @@ TEST_F(TZoomOperations, TheWheelKeepsTheValueUnderThePointer)
     // At the right end of the X axis its maximum stays, at the top of the Y axis its
     // maximum: to within a pixel (0.25 here).
     Display.MouseWheelZoom(TPoint{60 + QVRectWidth(DataView.GetDrawRect()), 20}, 0.5, 0.5);
-    EXPECT_NEAR(X.WindowMax(), 100.0, 0.25);
-    EXPECT_NEAR(X.WindowMin(), 50.0, 0.25);
-    EXPECT_NEAR(Y.WindowMax(), 100.0, 0.25);
-    EXPECT_NEAR(Y.WindowMin(), 50.0, 0.25);
+    for (const double Value : {X.WindowMax(), Y.WindowMax(), X.WindowMin() + 50.0, Y.WindowMin() + 50.0})
+        EXPECT_NEAR(Value, 100.0, 0.25);
 
     // One direction only; then a wheel that is switched off does nothing, not even a step.
     Display.ZoomOff();
