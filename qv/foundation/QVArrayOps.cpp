@@ -95,6 +95,107 @@ double ReduceBlock(const double* AData, size_t ACount, double AStart)
 }
 #endif
 
+// Both extremes in one read of the samples. TSkip::Take turns a sample that does not count into
+// NaN, which then changes neither accumulator (see TLess/TGreater).
+struct TKeepAll {
+    template <class V>
+    static V Take(V AValue)
+    {
+        return AValue;
+    }
+};
+struct TFiniteOnly {
+    // x - x is 0 for a finite x and NaN for an infinity or NaN: a finite sample is kept as
+    // it is, any other becomes that NaN. A select, so it stays branch-free.
+    template <class V>
+    static V Take(V AValue)
+    {
+        const V Zero = AValue - AValue;
+        return Zero == Zero ? AValue : Zero;
+    }
+};
+
+template <class TSkip>
+void ReduceBoth(const double* AData, size_t ACount, double& ALo, double& AHi)
+{
+    constexpr double Inf = std::numeric_limits<double>::infinity();
+    double Lo = Inf, Hi = -Inf;
+    size_t i = 0;
+#if defined(__GNUC__) || defined(__clang__)
+    const TPair PInf = {Inf, Inf}, NInf = {-Inf, -Inf};
+    TPair L0 = PInf, L1 = PInf, H0 = NInf, H1 = NInf;
+    for (; i + 4 <= ACount; i += 4) {
+        TPair X0, X1;
+        std::memcpy(&X0, AData + i, sizeof X0);
+        std::memcpy(&X1, AData + i + 2, sizeof X1);
+        X0 = TSkip::Take(X0);
+        X1 = TSkip::Take(X1);
+        L0 = TLess::Pick(X0, L0);
+        L1 = TLess::Pick(X1, L1);
+        H0 = TGreater::Pick(X0, H0);
+        H1 = TGreater::Pick(X1, H1);
+    }
+    L0 = TLess::Pick(L1, L0);
+    H0 = TGreater::Pick(H1, H0);
+    Lo = TLess::Pick(L0[1], L0[0]);
+    Hi = TGreater::Pick(H0[1], H0[0]);
+#endif
+    for (; i < ACount; ++i) {
+        const double X = TSkip::Take(AData[i]);
+        Lo = TLess::Pick(X, Lo);
+        Hi = TGreater::Pick(X, Hi);
+    }
+    ALo = Lo;
+    AHi = Hi;
+}
+
+void ReduceFour(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo,
+                double& AFiniteHi)
+{
+    constexpr double Inf = std::numeric_limits<double>::infinity();
+    double Lo = Inf, Hi = -Inf, FLo = Inf, FHi = -Inf;
+    size_t i = 0;
+#if defined(__GNUC__) || defined(__clang__)
+    const TPair PInf = {Inf, Inf}, NInf = {-Inf, -Inf};
+    TPair L0 = PInf, L1 = PInf, H0 = NInf, H1 = NInf, FL0 = PInf, FL1 = PInf, FH0 = NInf, FH1 = NInf;
+    for (; i + 4 <= ACount; i += 4) {
+        TPair X0, X1;
+        std::memcpy(&X0, AData + i, sizeof X0);
+        std::memcpy(&X1, AData + i + 2, sizeof X1);
+        L0 = TLess::Pick(X0, L0);
+        L1 = TLess::Pick(X1, L1);
+        H0 = TGreater::Pick(X0, H0);
+        H1 = TGreater::Pick(X1, H1);
+        X0 = TFiniteOnly::Take(X0);
+        X1 = TFiniteOnly::Take(X1);
+        FL0 = TLess::Pick(X0, FL0);
+        FL1 = TLess::Pick(X1, FL1);
+        FH0 = TGreater::Pick(X0, FH0);
+        FH1 = TGreater::Pick(X1, FH1);
+    }
+    L0 = TLess::Pick(L1, L0);
+    H0 = TGreater::Pick(H1, H0);
+    FL0 = TLess::Pick(FL1, FL0);
+    FH0 = TGreater::Pick(FH1, FH0);
+    Lo = TLess::Pick(L0[1], L0[0]);
+    Hi = TGreater::Pick(H0[1], H0[0]);
+    FLo = TLess::Pick(FL0[1], FL0[0]);
+    FHi = TGreater::Pick(FH0[1], FH0[0]);
+#endif
+    for (; i < ACount; ++i) {
+        const double X = AData[i];
+        Lo = TLess::Pick(X, Lo);
+        Hi = TGreater::Pick(X, Hi);
+        const double F = TFiniteOnly::Take(X);
+        FLo = TLess::Pick(F, FLo);
+        FHi = TGreater::Pick(F, FHi);
+    }
+    ALo = Lo;
+    AHi = Hi;
+    AFiniteLo = FLo;
+    AFiniteHi = FHi;
+}
+
 bool HasNumber(const double* AData, size_t ACount)
 {
     for (size_t i = 0; i < ACount; ++i)
@@ -142,6 +243,37 @@ void QVArrayConvert(const uint16_t* ASource, double* ADest, size_t ACount) { Con
 
 double QVArrayMin(const double* AData, size_t ACount) { return Extreme<TLess>(AData, ACount, kInf); }
 double QVArrayMax(const double* AData, size_t ACount) { return Extreme<TGreater>(AData, ACount, -kInf); }
+
+bool QVArrayMinMax(const double* AData, size_t ACount, double& ALo, double& AHi)
+{
+    double Lo, Hi;
+    ReduceBoth<TKeepAll>(AData, ACount, Lo, Hi);
+    // The accumulators start at the infinities: an untouched pair is only told apart from
+    // real infinite samples by a second look, which then finds a number almost at once.
+    if ((Lo == kInf || Hi == -kInf) && !HasNumber(AData, ACount))
+        return false;
+    ALo = Lo;
+    AHi = Hi;
+    return true;
+}
+
+bool QVArrayFiniteMinMax(const double* AData, size_t ACount, double& ALo, double& AHi)
+{
+    double Lo, Hi;
+    ReduceBoth<TFiniteOnly>(AData, ACount, Lo, Hi);
+    // Only finite samples were taken, so an infinite accumulator means none was.
+    if (Lo == kInf)
+        return false;
+    ALo = Lo;
+    AHi = Hi;
+    return true;
+}
+
+void QVArrayExtremes(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo,
+                     double& AFiniteHi)
+{
+    ReduceFour(AData, ACount, ALo, AHi, AFiniteLo, AFiniteHi);
+}
 
 int32_t QVArrayMin(const int32_t* AData, size_t ACount)
 {
