@@ -123,20 +123,32 @@ void ReduceBoth(const double* AData, size_t ACount, double& ALo, double& AHi)
     size_t i = 0;
 #if defined(__GNUC__) || defined(__clang__)
     const TPair PInf = {Inf, Inf}, NInf = {-Inf, -Inf};
-    TPair L0 = PInf, L1 = PInf, H0 = NInf, H1 = NInf;
-    for (; i + 4 <= ACount; i += 4) {
-        TPair X0, X1;
+    TPair L0 = PInf, L1 = PInf, L2 = PInf, L3 = PInf, H0 = NInf, H1 = NInf, H2 = NInf, H3 = NInf;
+    for (; i + 8 <= ACount; i += 8) {
+        TPair X0, X1, X2, X3;
         std::memcpy(&X0, AData + i, sizeof X0);
         std::memcpy(&X1, AData + i + 2, sizeof X1);
+        std::memcpy(&X2, AData + i + 4, sizeof X2);
+        std::memcpy(&X3, AData + i + 6, sizeof X3);
         X0 = TSkip::Take(X0);
         X1 = TSkip::Take(X1);
+        X2 = TSkip::Take(X2);
+        X3 = TSkip::Take(X3);
         L0 = TLess::Pick(X0, L0);
         L1 = TLess::Pick(X1, L1);
+        L2 = TLess::Pick(X2, L2);
+        L3 = TLess::Pick(X3, L3);
         H0 = TGreater::Pick(X0, H0);
         H1 = TGreater::Pick(X1, H1);
+        H2 = TGreater::Pick(X2, H2);
+        H3 = TGreater::Pick(X3, H3);
     }
     L0 = TLess::Pick(L1, L0);
+    L2 = TLess::Pick(L3, L2);
+    L0 = TLess::Pick(L2, L0);
     H0 = TGreater::Pick(H1, H0);
+    H2 = TGreater::Pick(H3, H2);
+    H0 = TGreater::Pick(H2, H0);
     Lo = TLess::Pick(L0[1], L0[0]);
     Hi = TGreater::Pick(H0[1], H0[0]);
 #endif
@@ -149,51 +161,20 @@ void ReduceBoth(const double* AData, size_t ACount, double& ALo, double& AHi)
     AHi = Hi;
 }
 
+// The finite extremes equal the extremes of the numbers unless one of those is infinite; only
+// then, which real records rarely give, is the block read a second time.
 void ReduceFour(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo,
                 double& AFiniteHi)
 {
     constexpr double Inf = std::numeric_limits<double>::infinity();
-    double Lo = Inf, Hi = -Inf, FLo = Inf, FHi = -Inf;
-    size_t i = 0;
-#if defined(__GNUC__) || defined(__clang__)
-    const TPair PInf = {Inf, Inf}, NInf = {-Inf, -Inf};
-    TPair L0 = PInf, L1 = PInf, H0 = NInf, H1 = NInf, FL0 = PInf, FL1 = PInf, FH0 = NInf, FH1 = NInf;
-    for (; i + 4 <= ACount; i += 4) {
-        TPair X0, X1;
-        std::memcpy(&X0, AData + i, sizeof X0);
-        std::memcpy(&X1, AData + i + 2, sizeof X1);
-        L0 = TLess::Pick(X0, L0);
-        L1 = TLess::Pick(X1, L1);
-        H0 = TGreater::Pick(X0, H0);
-        H1 = TGreater::Pick(X1, H1);
-        X0 = TFiniteOnly::Take(X0);
-        X1 = TFiniteOnly::Take(X1);
-        FL0 = TLess::Pick(X0, FL0);
-        FL1 = TLess::Pick(X1, FL1);
-        FH0 = TGreater::Pick(X0, FH0);
-        FH1 = TGreater::Pick(X1, FH1);
+    ReduceBoth<TKeepAll>(AData, ACount, ALo, AHi);
+    if (ALo > -Inf && AHi < Inf) {
+        // Both finite, or +inf and -inf for a block without numbers: the same for finite.
+        AFiniteLo = ALo;
+        AFiniteHi = AHi;
+    } else {
+        ReduceBoth<TFiniteOnly>(AData, ACount, AFiniteLo, AFiniteHi);
     }
-    L0 = TLess::Pick(L1, L0);
-    H0 = TGreater::Pick(H1, H0);
-    FL0 = TLess::Pick(FL1, FL0);
-    FH0 = TGreater::Pick(FH1, FH0);
-    Lo = TLess::Pick(L0[1], L0[0]);
-    Hi = TGreater::Pick(H0[1], H0[0]);
-    FLo = TLess::Pick(FL0[1], FL0[0]);
-    FHi = TGreater::Pick(FH0[1], FH0[0]);
-#endif
-    for (; i < ACount; ++i) {
-        const double X = AData[i];
-        Lo = TLess::Pick(X, Lo);
-        Hi = TGreater::Pick(X, Hi);
-        const double F = TFiniteOnly::Take(X);
-        FLo = TLess::Pick(F, FLo);
-        FHi = TGreater::Pick(F, FHi);
-    }
-    ALo = Lo;
-    AHi = Hi;
-    AFiniteLo = FLo;
-    AFiniteHi = FHi;
 }
 
 bool HasNumber(const double* AData, size_t ACount)
