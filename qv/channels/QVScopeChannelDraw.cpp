@@ -257,8 +257,14 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
                 DGW[k] = ColumnGaps[size_t(k)] + FScreenStartIndex;
             FDownsampledGapsBuffer = std::move(DG);
         }
-        if (Rescan && !GetDrawYExtremes(0, n, false, ymin2, ymax2))
-            ymin2 = ymax2 = std::numeric_limits<double>::quiet_NaN();
+        // The Y extent of the record: from the columns when they cover all of it.
+        if (Rescan) {
+            const bool Found = Downsampled && c == n
+                                   ? QVArrayMinMax(FDownsampledRealY.data(), FDownsampledRealY.size(), ymin2, ymax2)
+                                   : GetDrawYExtremes(0, n, false, ymin2, ymax2);
+            if (!Found)
+                ymin2 = ymax2 = std::numeric_limits<double>::quiet_NaN();
+        }
 
         FCurrentDownsampledDataSize = d;
         FCurrentDataSize = n;
