@@ -2,14 +2,15 @@
 //
 // Three channels at 100,000 samples per second each: a noisy sine, a square wave that drops
 // out now and then (its line breaks there), and a repeating chirp. The scope keeps the last
-// 1,000,000 samples of each. Zoom with the wheel or by dragging a box; undo with the tool bar
-// or the right button, as the scope offers.
+// 1,000,000 samples of each. Zoom with the wheel or by dragging a box with the left button;
+// the right button (or Backspace) undoes a zoom, Shift with the right button redoes it.
 //
 //   qv_demo [--offscreen] [--out DIR] [--seconds N]
 //
 // With a display it opens a window. With --offscreen (the platform needs no display) it runs
 // for N seconds (default 3) and writes DIR/scope-1.png, DIR/scope-2.png, ... one a second,
-// and DIR/scope.png at the end (DIR defaults to the current directory).
+// DIR/scope.png at the end, and DIR/scope-zoomed.png after a box drag over the middle of the
+// plot (DIR defaults to the current directory).
 
 #include <qv/QVScope.h>
 #include <qv/qt/QLQtImage.h>
@@ -102,6 +103,35 @@ void SetUpScope(TQVScope& AScope)
     AScope.GetYAxis()->GetAxisLabel()->SetText("Amplitude (V)");
 }
 
+// Undo and redo of zooming by the right button and the keyboard.
+void SetUpUndo(TQVScope& AScope)
+{
+    AScope.SetOnMouseUp([&AScope](TQLPersistent*, TMouseButton AButton, TShiftState AShift, float, float) {
+        if (AButton != mbRight)
+            return;
+        if (AShift & ssShift)
+            AScope.RedoZoom();
+        else
+            AScope.UndoZoom();
+    });
+    AScope.SetOnKeyDown([&AScope](TQLPersistent*, uint16_t& AKey, TShiftState) {
+        if (AKey == 0x08) // backspace
+            AScope.UndoZoom();
+    });
+}
+
+// What a user's box drag over the middle of the plot does, for the offscreen pictures.
+void DragZoomBox(TQVScope& AScope)
+{
+    const TRect View = AScope.GetDataView()->GetDrawRect();
+    const float X0 = float(View.Left + View.Width() * 2 / 5), X1 = float(View.Left + View.Width() * 3 / 5);
+    const float Y0 = float(View.Top + View.Height() / 4), Y1 = float(View.Top + View.Height() * 3 / 4);
+    AScope.MouseMove({}, X0, Y0);
+    AScope.MouseDown(mbLeft, {}, X0, Y0);
+    AScope.MouseMove({}, X1, Y1);
+    AScope.MouseUp(mbLeft, {}, X1, Y1);
+}
+
 void PrintUsage(std::FILE* AStream)
 {
     std::fprintf(AStream, "usage: qv_demo [--offscreen] [--out DIR] [--seconds N]\n");
@@ -149,6 +179,7 @@ int main(int argc, char** argv)
         Widget.resize(1000, 600);
         TQVScope& Scope = Widget.GetScope();
         SetUpScope(Scope);
+        SetUpUndo(Scope);
         TProducer Producer(Scope);
         Widget.show();
 
@@ -166,6 +197,10 @@ int main(int argc, char** argv)
                 Save(QStringLiteral("scope-%1.png").arg(++Shot));
                 if (Offscreen && Shot >= Seconds) {
                     Save(QStringLiteral("scope.png"));
+                    DragZoomBox(Scope);
+                    Scope.SetHold(true); // the zoomed picture shows the same data
+                    Scope.RefreshView();
+                    Save(QStringLiteral("scope-zoomed.png"));
                     App.quit();
                 }
             });

@@ -160,9 +160,9 @@ public:
     // Also sets the depth of the track line. A fixed ViewSize wins.
     TSize GetDefaultSize() const override;
     TSize GetAutoSize() const override;
-    // The title's box and where and how its text goes, with AFont applied to ACanvas and the
-    // canvas turned for a vertical title (AVertical: GetIsVertical of a drawn axis). The same
-    // box serves drawing and hit tests.
+    // The title's box and where and how its text goes, measured on ACanvas in AFont, turned
+    // for a vertical title (AVertical: GetIsVertical of a drawn axis); the canvas is left as
+    // it was. The same box serves drawing and hit tests.
     struct TLabelBox {
         TRect Box;
         TPoint TextPos;

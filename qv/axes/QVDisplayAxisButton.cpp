@@ -12,7 +12,6 @@ void TQVDisplayAxis::InvalidateLabelBox()
         InvalidateView();
         return;
     }
-    TQLCanvasSave Save(*Canvas);
     const TRect Box = GetLabelBox(*Canvas, *FAxisLabel->GetFont(), GetIsVertical()).Box;
     GetDisplay()->InvalidateIntRect(TRect{Box.Left - 1, Box.Top - 1, Box.Right + 1, Box.Bottom + 1});
 }
@@ -25,11 +24,8 @@ void TQVDisplayAxis::ButtonHitTest(int32_t AX, int32_t AY, bool AForceInvalidate
     FLabelButtonShown = false;
     const TPoint Point{AX, AY};
     TQLCanvas* Canvas = GetDisplay()->GetCanvas();
-    if (Canvas && FAxisLabel->GetVisible() && GetDrawRect().Contains(Point)) {
-        // The measure must not leave the title's font or turn on the display's surface.
-        TQLCanvasSave Save(*Canvas);
+    if (Canvas && FAxisLabel->GetVisible() && GetDrawRect().Contains(Point))
         FLabelButtonShown = GetLabelBox(*Canvas, *FAxisLabel->GetFont(), GetIsVertical()).Box.Contains(Point);
-    }
     if (FLabelButtonShown == Old && !AForceInvalidate)
         return;
     TQVDataDisplay* Display = GetDisplay();

@@ -98,6 +98,8 @@ TSize TQVDisplayAxis::GetDefaultSize() const
 TQVDisplayAxis::TLabelBox TQVDisplayAxis::GetLabelBox(TQLCanvas& ACanvas, const TQVDisplayFont& AFont,
                                                       bool AVertical) const
 {
+    // Measured in the title's font and turn; the canvas comes back as it was.
+    TQLCanvasSave Save(ACanvas);
     TLabelBox Result;
     ACanvas.ApplyFont(AFont);
     Result.Text = GetAxisLabelText();
@@ -163,6 +165,8 @@ void TQVDisplayAxis::DrawLabel(TQLCanvas& ACanvas, const TQVDisplayFont& AFont, 
     TQLCanvasSave Save(ACanvas);
     ACanvas.SetPenStyle(psSolid);
     const TLabelBox Label = GetLabelBox(ACanvas, AFont, AVertical);
+    ACanvas.ApplyFont(AFont);
+    ACanvas.SetTextAngle(Label.TextAngle);
     if (!APrinting && FLabelButtonShown)
         DrawLabelButton(ACanvas, Label.Box);
     ACanvas.GetBrush().SetStyle(bsClear);

@@ -537,7 +537,9 @@ void TQVChannelData::SetSampleRate(double AValue)
 {
     if (!std::isfinite(AValue) || AValue < 0.0)
         throw std::invalid_argument(OpName("SetSampleRate") + ": invalid sample rate " + std::to_string(AValue));
-    FChannel->FSampleRate.store(AValue, std::memory_order_relaxed);
+    // A new rate reaches the axes with the next refresh tick, like new samples do.
+    if (FChannel->FSampleRate.exchange(AValue, std::memory_order_relaxed) != AValue)
+        FChannel->SetFlags();
 }
 
 // ---- Element types ----

@@ -159,11 +159,14 @@ TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int
     };
     return DownsampleRuns(ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
                           [&](int32_t AFirst, int32_t& AColumn) {
-                              AColumn = ColumnOf(AXPixels[AFirst]);
-                              int32_t j = AFirst + 1;
-                              while (j < ACount && ColumnOf(AXPixels[j]) == AColumn)
-                                  ++j;
-                              return j;
+                              // Samples come column after column: the column's end is searched
+                              // for outward from the next sample, a few compares however many
+                              // samples it holds.
+                              const int32_t K = ColumnOf(AXPixels[AFirst]);
+                              AColumn = K;
+                              return FirstPast(AFirst + 1, ACount, AFirst + 1, [&](int32_t i) {
+                                  return i >= ACount || ColumnOf(AXPixels[i]) != K;
+                              });
                           },
                           [AY](int32_t AFirst, int32_t AEnd, double& ALo, double& AHi) {
                               return QVArrayMinMax(AY + AFirst, size_t(AEnd - AFirst), ALo, AHi);

@@ -87,7 +87,8 @@ struct TQVDownsampled {
 // column of its own pixel AXPixels[j], held to ALowPixel..AHighPixel, so that each column
 // shows exactly the smallest and largest pixel that the samples would give if each were
 // drawn. The samples must come column after column (X grows or falls with the index), as
-// a ramp's do.
+// a ramp's do; the end of each column is found by a search, not sample by sample. Samples
+// out of that order may be counted with a neighbouring column, never beyond the output's room.
 //
 // For each column in sample order: AOutX gets its pixel twice, AOutY its smallest then its
 // largest value, and AOutFirst (when given) the index of its first sample. NaN samples take

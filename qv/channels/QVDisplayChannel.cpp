@@ -22,7 +22,7 @@ TQVDisplayChannel::TQVDisplayChannel(TQLCollection* ACollection)
 {
 }
 
-TQVDisplayChannel::~TQVDisplayChannel() = default;
+TQVDisplayChannel::~TQVDisplayChannel() { ForgetHighlights(); }
 
 void TQVDisplayChannel::SetColor(TAlphaColor AValue) { GetBasicLock().Setter(FColor, AValue, nullptr, false); }
 

@@ -133,7 +133,24 @@ public:
     TQWCriticalSection& GetDrawCriticalSection() const { return FDrawCriticalSection; }
     TQWCriticalSection& GetDataCriticalSection() const { return FDataCriticalSection; }
 
+    // ---- Highlighting (QVChannelHighlight.cpp) ----
+    // Lit in the legend: the channel is under the mouse, or the legend points at it and the
+    // chart's Highlighting.Channels lights legend buttons.
+    bool GetHighlighted() const override;
+    // The legend points at the channel (when Highlighting.Channels.HiglightFromLegend) or
+    // away from it; the plot repaints when that changes.
+    void SetHighlighted(bool AValue) override;
+    // Drawn in the highlight colour: pointed at from the legend with HiglightFromLegend, or
+    // under the mouse with HiglightFromMouse; never when printing.
+    bool GetDrawnHighlighted(bool APrinting) const;
+    // Highlighting.Channels.Color, or the channel's own colour on a display without it.
+    TAlphaColor GetHighlightColor() const;
+
     QL_CLASS_INFO()
+
+private:
+    // A channel going away leaves no highlight or drag naming it.
+    void ForgetHighlights();
 
 protected:
     friend class TQVChannelData;

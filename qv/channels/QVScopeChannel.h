@@ -115,14 +115,19 @@ public:
     // The mark at the sample under the mouse, at APoint, with AHitPoint's settings: brush in
     // the display's colour, pen in the channel's colour or the hit point's own.
     void DrawHitPoint(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint);
+    // The mark of the plot's hit, drawn after all channels when not printing: only on the
+    // channel under the mouse (the highlighted item or the data view's highlighted channel),
+    // at the data view's hit point, with the chart's Highlighting.MouseHitPoint.
+    // (QVChannelHighlight.cpp)
+    void DrawHitPoint(TQLCanvas& ACanvas);
     // The legend swatch: a bar in the channel's colour and the point symbol.
     bool CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t AY) override;
     // Forgets the frame cache: the next frame computes every pixel anew.
     void InvalidateChannel();
 
     // Whether the channel is drawn highlighted, and in which colour.
-    virtual bool GetPlotHighlighted(bool APrinting) const { return !APrinting && GetHighlighted(); }
-    virtual TAlphaColor GetPlotHighlightColor() const { return FColor; }
+    virtual bool GetPlotHighlighted(bool APrinting) const { return GetDrawnHighlighted(APrinting); }
+    virtual TAlphaColor GetPlotHighlightColor() const { return GetHighlightColor(); }
 
     // Downsampled real values of the plotted points (empty when nothing is downsampled).
     const std::vector<double>& GetDownsampledRealY() const { return FDownsampledRealY; }
@@ -227,11 +232,23 @@ private:
     std::vector<double> FDownsampledRealY;
 };
 
+// A click on a channel: the channel, the samples on either side of the point clicked (the
+// same one on a sample), the value there, and whether a handler took the click.
+using TQVChannelClickEvent = std::function<void(TQLPersistent* Sender, int32_t ChannelIndex, int32_t BeginSampleIndex,
+                                                int32_t EndSampleIndex, TQVRealPoint ClickedValue, bool& Handled)>;
+
 class TQVScopeChannels : public TQVPaletteDisplayCollection<TQVScopeChannel> {
 public:
     TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDataDisplay* ADisplay);
 
+    // Fired by the data view's hit test on a click on a channel.
+    void SetOnClick(TQVChannelClickEvent AHandler) { FOnClick = std::move(AHandler); }
+    const TQVChannelClickEvent& GetOnClick() const { return FOnClick; }
+
     QL_CLASS_INFO()
+
+private:
+    TQVChannelClickEvent FOnClick;
 };
 
 } // namespace qv

@@ -5,6 +5,8 @@
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/channels/QVChannelPlot.h"
+#include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLCanvas.h"
@@ -61,6 +63,7 @@ void TQVScopeChannel::SetShadeMode(TQVChannelShadeMode AValue)
 TQVDisplayAxis* TQVScopeChannel::GetPlotXAxis() const { return GetXAxis(); }
 
 TQVDisplayAxis* TQVScopeChannel::GetPlotYAxis() const { return GetYAxis(); }
+
 
 void TQVScopeChannel::InvalidateChannel()
 {
@@ -333,9 +336,13 @@ void TQVScopeChannel::FillScaledX() const
     const int32_t c = FXScreenDataBuffer->GetSize();
     const double* XS = FXScreenDataBuffer->Read();
     FScaledIntDrawBufferX->Resize(c, false);
-    auto Real = std::make_shared<TQVRealBuffer>(uint32_t(c));
+    // Filled anew; a buffer nobody else holds is reused rather than reallocated.
+    if (FScaledRealDrawBufferX.use_count() == 1)
+        FScaledRealDrawBufferX->Resize(c, false);
+    else
+        FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
     int32_t* XInts = FScaledIntDrawBufferX->Write();
-    double* XReal = Real->Write();
+    double* XReal = FScaledRealDrawBufferX->Write();
     if (!M.XLogarithmic) {
         const double Scale = M.XScale * M.XRatio;
         QVMapX(XS, c, Scale, M.XOffset, false, Scale * M.XPerColumn, XInts, XReal);
@@ -346,7 +353,6 @@ void TQVScopeChannel::FillScaledX() const
             XInts[i] = QVPixelOf(QVPlotLog(XS[i] * M.XRatio) * M.XScale + M.XBegin - M.XLowered);
         }
     }
-    FScaledRealDrawBufferX = std::move(Real);
     FScaledXStale = false;
 }
 

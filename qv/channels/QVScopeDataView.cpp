@@ -1,8 +1,14 @@
 #include "qv/channels/QVScopeDataView.h"
 
 #include "qv/axes/QVDisplayAxis.h"
+#include "qv/axes/QVAxisTypes.h"
 #include "qv/display/QVDataDisplay.h"
+#include "qv/display/QVDisplayZoom.h"
 #include "qv/foundation/QLClassBuilder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 namespace qv {
 
@@ -85,6 +91,192 @@ void TQVScopeDataView::DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& 
     ACanvas.SetPenStyle(psSolid);
     ACanvas.MoveTo(APosition, Rect.Top);
     ACanvas.LineTo(APosition, Rect.Bottom - 1);
+}
+
+// ---- Mouse ----
+
+void TQVScopeDataView::MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY,
+                                 bool AMouseInside, bool& AHandled)
+{
+    TQVCustomColorDisplayView::MouseDown(AButton, AShift, AX, AY, AMouseInside, AHandled);
+    if (AHandled)
+        return;
+    for (TQVDisplayAxis* Axis : GetDisplay()->GetAxes())
+        Axis->IntSaveMouseDownZoom(AX, AY);
+    FViewMouseMoved = false;
+    if (!AMouseInside)
+        return;
+    FLeftMouseDownPoint = TPoint{AX, AY};
+    FCurrentMousePoint = FLeftMouseDownPoint;
+    if (AButton == mbLeft)
+        FLeftMouseDown = true;
+}
+
+void TQVScopeDataView::MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled)
+{
+    TQVCustomColorDisplayView::MouseMove(AShift, AX, AY, AHandled);
+    TQVDataDisplay* Display = GetDisplay();
+    // The axes' tracking marks follow the mouse: an X move concerns the axes along the
+    // display, a Y move those across it.
+    const bool Turned = Display->GetIsVertical();
+    const bool XMoved = AX != FCurrentMousePoint.X;
+    const bool YMoved = AY != FCurrentMousePoint.Y;
+    for (TQVDisplayAxis* Axis : Display->GetAxes()) {
+        const bool AlongX = Axis->GetIsYAxis() == Turned;
+        if (Axis->IsVisible() && (AlongX ? XMoved : YMoved))
+            Axis->InvalidateView();
+    }
+    FCurrentMousePoint = TPoint{AX, AY};
+    if (FLeftMouseDown && Display->GetNavigateMode() == nmPan) {
+        if (!FViewMouseMoved) {
+            // The window before the pan is what undo brings back.
+            Display->SaveUndoZoom(false);
+            if (Display->GetZooming()->GetHoldOnPan())
+                Display->SetHold(true);
+        }
+        for (TQVDisplayAxis* Axis : Display->GetAxes())
+            Axis->MouseMoveScale(FLeftMouseDownPoint, FCurrentMousePoint);
+        FViewMouseMoved = true;
+    }
+    if (FLeftMouseDown)
+        Invalidate();
+}
+
+void TQVScopeDataView::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside)
+{
+    TQVCustomColorDisplayView::MouseUp(AButton, AShift, AX, AY, AMouseInside);
+    if (AButton != mbLeft || !FLeftMouseDown)
+        return;
+    TQVDataDisplay* Display = GetDisplay();
+    const TQVRealRanges Old = Display->GetZoomRanges();
+    FLeftMouseDown = false;
+    if (Display->GetNavigateMode() == nmZoom) {
+        MouseZoom(AX, AY);
+    } else if (FViewMouseMoved) {
+        Display->ZoomChanged(Old, zoZoom);
+        FViewMouseMoved = false;
+    }
+    Invalidate();
+}
+
+bool TQVScopeDataView::InMouseZooming() const
+{
+    return FLeftMouseDown && GetDisplay()->GetZooming()->GetMouseZoom();
+}
+
+void TQVScopeDataView::DrawMouseSelction(TQLCanvas& ACanvas)
+{
+    const TQVDisplayZoom& Zooming = *GetDisplay()->GetZooming();
+    if (GetDisplay()->GetNavigateMode() != nmZoom || !FLeftMouseDown || !Zooming.GetMouseZoom())
+        return;
+    ACanvas.GetPen().SetColor(Zooming.GetSelectionColor());
+    ACanvas.SetPenStyle(psSolid);
+    ACanvas.GetBrush().SetStyle(bsClear);
+    const TPoint A = FLeftMouseDownPoint, B = FCurrentMousePoint;
+    const TRect Rect = GetDrawRect();
+    switch (Zooming.GetMode()) {
+    case zmBoth:
+        ACanvas.RectangleRect(TRect{std::min(A.X, B.X), std::min(A.Y, B.Y), std::max(A.X, B.X) + 1,
+                                    std::max(A.Y, B.Y) + 1});
+        break;
+    case zmXAxis:
+        for (int32_t X : {A.X, B.X}) {
+            ACanvas.MoveTo(X, Rect.Top);
+            ACanvas.LineTo(X, Rect.Bottom);
+        }
+        break;
+    case zmYAxis:
+        for (int32_t Y : {A.Y, B.Y}) {
+            ACanvas.MoveTo(Rect.Left, Y);
+            ACanvas.LineTo(Rect.Right, Y);
+        }
+        break;
+    }
+}
+
+namespace {
+// The value whose signed logarithm is (L(max) - L(min)) * p / W.
+double LogPosition(double ALogSpan, double AP, double AW) { return QVExp10a(ALogSpan * AP / AW); }
+} // namespace
+
+void TQVScopeDataView::MouseZoom(int32_t AX, int32_t AY)
+{
+    TQVDataDisplay* Display = GetDisplay();
+    const TQVDisplayZoom& Zooming = *Display->GetZooming();
+    if (!Zooming.GetMouseZoom())
+        return;
+    const TQVRealRanges Old = Display->GetZoomRanges();
+    if (std::abs(AX - FLeftMouseDownPoint.X) < 5 && std::abs(AY - FLeftMouseDownPoint.Y) < 5) {
+        Display->InvalidateRecalc();
+        return;
+    }
+    TQVDisplayAxis* XAxis = Display->GetXAxis();
+    TQVDisplayAxis* YAxis = Display->GetYAxis();
+    if (!XAxis || !YAxis)
+        return;
+    // The selection in the axes' own directions: X along the display, Y across it.
+    const bool Turned = Display->GetIsVertical();
+    const TRect R = GetDrawRect();
+    auto Along = [&](const TPoint& P) { return Turned ? P.Y : P.X; };
+    auto Across = [&](const TPoint& P) { return Turned ? P.X : P.Y; };
+    const TPoint Up{AX, AY};
+    const int32_t SelLeft = std::min(Along(FLeftMouseDownPoint), Along(Up));
+    const int32_t SelRight = std::max(Along(FLeftMouseDownPoint), Along(Up));
+    const int32_t SelTop = std::min(Across(FLeftMouseDownPoint), Across(Up));
+    const int32_t SelBottom = std::max(Across(FLeftMouseDownPoint), Across(Up));
+    const int32_t Left = Turned ? R.Top : R.Left, Right = Turned ? R.Bottom : R.Right;
+    const int32_t Top = Turned ? R.Left : R.Top, Bottom = Turned ? R.Right : R.Bottom;
+
+    double XMin = XAxis->GetScaleTick().GetZoomed().GetMin().GetValue();
+    double XMax = XAxis->GetScaleTick().GetZoomed().GetMax().GetValue();
+    if (Zooming.GetMode() != zmYAxis) {
+        const double W = Right - Left;
+        if (XAxis->GetScaleMode() == smLinear) {
+            const double D = W == 0 ? 0.0 : (XMax - XMin) / W;
+            const double NewMin = XMin + D * (SelLeft - Left);
+            XMax = XMax + D * (SelRight - Right + 1);
+            XMin = NewMin;
+        } else {
+            if (W == 0)
+                return;
+            const double Span = QVLog10a(XMax) - QVLog10a(XMin);
+            const double E = Span == 0.0 ? 0.0 : std::nearbyint(QVLog10a(XMax) * W / Span);
+            // The two ends come out in this assignment, as the logarithmic selection has it.
+            const double NewMax = LogPosition(Span, W - E + SelLeft - Left, W);
+            const double NewMin = LogPosition(Span, SelRight - Left + 1, W);
+            XMax = NewMax;
+            XMin = NewMin;
+        }
+    }
+    double YMin = YAxis->GetScaleTick().GetZoomed().GetMin().GetValue();
+    double YMax = YAxis->GetScaleTick().GetZoomed().GetMax().GetValue();
+    if (Zooming.GetMode() != zmXAxis) {
+        const double H = Bottom - Top;
+        const bool Reversed = YAxis->GetIsReversedDirect();
+        if (YAxis->GetScaleMode() == smLinear) {
+            const double D = H == 0 ? 0.0 : (YMax - YMin) / H;
+            if (!Reversed) {
+                YMax -= D * (SelTop - Top);
+                YMin -= D * (SelBottom - Top - H + 1);
+            } else {
+                YMax -= D * (Bottom - SelTop);
+                YMin -= D * (Top - SelBottom);
+            }
+        } else {
+            if (H == 0)
+                return;
+            const double Span = QVLog10a(YMax) - QVLog10a(YMin);
+            const double E = Span == 0.0 ? 0.0 : std::nearbyint(QVLog10a(YMax) * H / Span);
+            const double PMax = Reversed ? E - (Bottom - SelTop) : E - (SelTop - Top);
+            const double PMin = Reversed ? Bottom - E - SelBottom + 1 : -(SelBottom - (H - E) - Top + 1);
+            YMax = LogPosition(Span, PMax, H);
+            YMin = LogPosition(Span, PMin, H);
+        }
+    }
+    Display->ZoomTo(XMin, XMax, YMin, YMax, true);
+    if (Zooming.GetHoldOnZoom())
+        Display->SetHold(true);
+    Display->ZoomChanged(Old, zoZoom);
 }
 
 const TQLClassInfo& TQVScopeDataView::StaticClassInfo()

@@ -1,8 +1,10 @@
 #pragma once
 // The plot area of a chart: the client view in which channels and measurement elements are
-// drawn. It paints its background, its border and the grid lines of every axis.
+// drawn. It paints its background, its border and the grid lines of every axis, and turns a
+// left-button drag into a rubber-band zoom (navigate mode zoom) or a pan (navigate mode pan).
 
 #include "qv/axes/QVDisplayGridSettings.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/display/QVDisplayView.h"
 
 #include <memory>
@@ -10,6 +12,9 @@
 namespace qv {
 
 class TQVTrackingOptionalAxis;
+class TQVDisplayChannel;
+class TQVDisplayChannelLink;
+class TQVBasicDisplayZone;
 
 class TQVScopeDataView : public TQVCustomColorDisplayView {
 public:
@@ -32,13 +37,58 @@ public:
     void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
                        bool AMinor, double AValue, int32_t APosition);
 
+    // ---- Mouse ----
+    void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
+                   bool& AHandled) override;
+    void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled) override;
+    void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
+    // The rubber band of a zoom drag.
+    void DrawMouseSelction(TQLCanvas& ACanvas) override;
+    // Zooms the display to the box from the press point to (AX, AY); a box under 5 pixels
+    // both ways zooms nothing.
+    void MouseZoom(int32_t AX, int32_t AY);
+    // A zoom box is being dragged: the data stays frozen meanwhile.
+    bool InMouseZooming() const;
+    // Where the mouse is; X is -1000 once it left the control.
+    TPoint GetCurrentMousePoint() const { return FCurrentMousePoint; }
+    // ---- Highlighting (QVScopeDataViewHighlight.cpp) ----
+    // The data view of a display, when it has one of this kind.
+    static TQVScopeDataView* Of(const TQVDataDisplay* ADisplay);
+    // What is lit and dragged in the plot; the elements' hit tests write it.
+    TQVHighlightInfo& GetHighlightInfo() { return FHighlightInfo; }
+    const TQVHighlightInfo& GetHighlightInfo() const { return FHighlightInfo; }
+    // The channel under the mouse and the point of the hit on it; cleared by each hit test.
+    TQLPersistent* GetHighlightedChannel() const { return FHighlightedChannel; }
+    const TPoint& GetHighlightedChannelPoint() const { return FHighlightedChannelPoint; }
+    void SetHighlightedChannel(TQLPersistent* AChannel, const TPoint& APoint);
+    // The elements the legend points at, by kind.
+    TQVDisplayChannel* GetExtHighlightChannel() const { return FExtHighlightChannel; }
+    void SetExtHighlightChannel(TQVDisplayChannel* AValue) { FExtHighlightChannel = AValue; }
+    TQVDisplayChannelLink* GetExtHighlightChannelLink() const { return FExtHighlightChannelLink; }
+    void SetExtHighlightChannelLink(TQVDisplayChannelLink* AValue) { FExtHighlightChannelLink = AValue; }
+    TQVBasicDisplayZone* GetExtHighlightZone() const { return FExtHighlightZone; }
+    void SetExtHighlightZone(TQVBasicDisplayZone* AValue) { FExtHighlightZone = AValue; }
+    // An element is going away: no highlight or drag may name it any longer.
+    void ForgetItem(const TQLPersistent* AItem);
+    // The mouse left the control: nothing is under it or pointed at; drags stay.
+    void MouseLeave() override;
+
     QL_CLASS_INFO()
 
 private:
+    TQLPersistent* FHighlightedChannel = nullptr;
+    TPoint FHighlightedChannelPoint{0, 0};
+    TQVBasicDisplayZone* FExtHighlightZone = nullptr;
+    TQVDisplayChannel* FExtHighlightChannel = nullptr;
+    TQVDisplayChannelLink* FExtHighlightChannelLink = nullptr;
+    TQVHighlightInfo FHighlightInfo;
+
     // The line settings for a tick, or null when no line is drawn there.
     const TQVDisplayGridLineSettings* GridLineFor(TQVTrackingOptionalAxis* AAxis, bool AZero, bool AMinor) const;
 
     std::unique_ptr<TQVDisplayGridLineSettings> FBorder;
+    // A pan moved an axis since the button went down.
+    bool FViewMouseMoved = false;
 };
 
 } // namespace qv

@@ -1,5 +1,7 @@
 #include "qv/display/QVDataChart.h"
+#include "qv/display/QVLabelTemplate.h"
 
+#include "qv/channels/QVScopeDataView.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
@@ -7,6 +9,12 @@ namespace qv {
 TQVDataChart::TQVDataChart() : FHighlighting(std::make_unique<TQVDataDisplayHighlighting>(this)) {}
 
 TQVDataChart::~TQVDataChart() = default;
+
+TQVHighlightInfo* TQVDataChart::GetHighlightInfo() const
+{
+    TQVScopeDataView* View = TQVScopeDataView::Of(this);
+    return View ? &View->GetHighlightInfo() : nullptr;
+}
 
 int32_t TQVDataChart::GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const
 {
@@ -99,6 +107,13 @@ const TQLClassInfo& TQVDataChart::StaticClassInfo()
                                          .Object("Highlighting", &TQVDataChart::GetHighlighting)
                                          .Build();
     return Info;
+}
+
+std::string TQVDataChart::GetFormatLabelText(const TPoint& /*APoint*/, double AX, double AY,
+                                             const std::string& ALabelText, const std::string& ADefaultText) const
+{
+    return QVFormatLabelText(
+        ALabelText, ADefaultText, [&] { return FXAxis->GetTickText(AX); }, [&] { return FYAxis->GetTickText(AY); });
 }
 
 } // namespace qv

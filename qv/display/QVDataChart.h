@@ -44,8 +44,9 @@ public:
     // How the chart's elements light up; made before any element that reads it.
     TQVDataDisplayHighlighting* GetHighlighting() const override { return FHighlighting.get(); }
     void SetHighlighting(const TQVDataDisplayHighlighting* AValue) { FHighlighting->Assign(AValue); }
-    // The plot's run-time record of what is lit and dragged; elements' hit tests write it.
-    TQVHighlightInfo* GetHighlightInfo() const override { return &FHighlightInfo; }
+    // The plot's run-time record of what is lit and dragged, kept by the data view; null
+    // while the chart has none.
+    TQVHighlightInfo* GetHighlightInfo() const override;
     // Limits a pan of AX and AY printed units of the main axes: each main axis clamps its
     // own offset, then each additional axis, given the same share of its own window, may
     // pull the offset of its direction down so that every axis moves by one proportion.
@@ -57,6 +58,12 @@ public:
     // Y axes take from them is stale: a channel changed its axis, visibility or domain.
     void InvalidateChannelAxes();
 
+    // ---- Label templates ----
+    // ALabelText, or ADefaultText when it is empty, with "%X" and "%Y" replaced by the main
+    // axes' texts of AX and AY, "%D" by the default template and "%%" by a percent sign.
+    virtual std::string GetFormatLabelText(const TPoint& APoint, double AX, double AY, const std::string& ALabelText,
+                                           const std::string& ADefaultText) const;
+
     QL_CLASS_INFO()
 
 protected:
@@ -66,8 +73,6 @@ protected:
 
 private:
     std::unique_ptr<TQVDataDisplayHighlighting> FHighlighting;
-    // Written by hit tests that run in const queries as well.
-    mutable TQVHighlightInfo FHighlightInfo;
 };
 
 } // namespace qv

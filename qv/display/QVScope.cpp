@@ -2,6 +2,7 @@
 
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
+#include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/decor/QVDisplayTitle.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -131,6 +132,45 @@ void TQVScope::Loaded()
 
 void TQVScope::SetChannels(const TQVScopeChannels* AValue) { FChannels->Assign(AValue); }
 
+std::string TQVScope::GetFormatedLabelText() const
+{
+    const TQVRealPoint Value = FDataView->GetValuePoint();
+    return GetFormatLabelText(FDataView->GetCurrentMousePoint(), Value.X, Value.Y,
+                              GetHighlighting()->GetMouseHitPoint()->GetPointLabel()->GetText(), "%X : %Y");
+}
+
+std::string TQVScope::GetFormatedMouseHitLabelText()
+{
+    std::string Text = GetFormatedLabelText();
+    if (FOnCustomMouseHitLabel) {
+        FNewText = false;
+        const TQVRealPoint Value = FDataView->GetValuePoint();
+        FOnCustomMouseHitLabel(this, Value.X, Value.Y, Text);
+        if (FNewText)
+            Text = FNewLabelText;
+    }
+    return Text;
+}
+
+void TQVScope::SetLabelText(const std::string& AText)
+{
+    auto Guard = GetLock()->AcquireWrite();
+    FNewText = true;
+    FNewLabelText = AText;
+}
+
+void TQVScope::SetOnCustomMouseHitLabel(TQVCustomMouseLabelEvent AHandler)
+{
+    auto Guard = GetLock()->AcquireWrite();
+    FOnCustomMouseHitLabel = std::move(AHandler);
+}
+
+void TQVScope::InvalidateChannels()
+{
+    for (TQVScopeChannel* Channel : *FChannels)
+        Channel->InvalidateChannel();
+}
+
 void TQVScope::SetSizeLimit(uint32_t AValue)
 {
     Set(FSizeLimit, AValue, [this] {
@@ -142,7 +182,8 @@ void TQVScope::SetSizeLimit(uint32_t AValue)
 
 bool TQVScope::PopulateDrawBuffers()
 {
-    if (GetHold())
+    // While a zoom box is dragged the data stays frozen, whatever Hold says.
+    if (GetHold() || FDataView->InMouseZooming())
         return false;
     bool Changed = false;
     FAllChannelSection.Execute([this, &Changed] {

@@ -7,12 +7,18 @@
 #include "qv/foundation/QWCriticalSection.h"
 
 #include <atomic>
+#include <functional>
+#include <string>
 #include <memory>
 
 namespace qv {
 
 class TQVScopeChannels;
 class TQVScopeDataView;
+
+// May replace the text of the label shown at a channel hit: the handler calls SetLabelText.
+using TQVCustomMouseLabelEvent =
+    std::function<void(TQLPersistent* Sender, double XValue, double YValue, const std::string& Text)>;
 
 class TQVScope : public TQVDataChart {
 public:
@@ -55,6 +61,20 @@ public:
     void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, const TQLRegion& ARegion,
                           bool APrinting) override;
 
+    // ---- Labels ----
+    // The label of the data view's current point: the hit label's own template, or
+    // "%X : %Y".
+    std::string GetFormatedLabelText() const;
+    // That text, passed through OnCustomMouseHitLabel.
+    std::string GetFormatedMouseHitLabelText() override;
+    // The replacement text, for use inside OnCustomMouseHitLabel.
+    void SetLabelText(const std::string& AText);
+    void SetOnCustomMouseHitLabel(TQVCustomMouseLabelEvent AHandler);
+    const TQVCustomMouseLabelEvent& GetOnCustomMouseHitLabel() const { return FOnCustomMouseHitLabel; }
+
+    // Every channel recomputes its screen points at the next paint.
+    void InvalidateChannels() override;
+
     // A user draw event is running: invalidation requests are ignored meanwhile.
     bool GetInDraw() const { return FInDraw.load(std::memory_order_acquire); }
     // Set by a channel around its user draw event.
@@ -74,6 +94,9 @@ private:
     std::atomic<uint32_t> FSizeLimit{0};
     TQWCriticalSection FAllChannelSection;
     std::unique_ptr<TQVScopeDataView> FDataView;
+    TQVCustomMouseLabelEvent FOnCustomMouseHitLabel;
+    bool FNewText = false;
+    std::string FNewLabelText;
 };
 
 } // namespace qv

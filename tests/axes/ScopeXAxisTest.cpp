@@ -144,6 +144,10 @@ TEST(ScopeXAxis, SampleRateIsTheGreatestOfTheVisibleChannels)
     EXPECT_DOUBLE_EQ(X.GetSampleRate(), 8000.0);
     Scope.GetChannels()->GetItem(1)->SetVisible(false);
     EXPECT_DOUBLE_EQ(X.GetSampleRate(), 1000.0);
+    // A new rate with no new samples reaches the axis with the next tick.
+    ChannelData(Scope, 0).SetSampleRate(2000.0);
+    Scope.RefreshView();
+    EXPECT_DOUBLE_EQ(X.GetSampleRate(), 2000.0);
 }
 
 TEST(ScopeXAxis, SampleRangeFollowsTheChannelsFiniteXValues)

@@ -1,6 +1,8 @@
 // A scope channel plotted end to end: samples handed over to the draw stage, mapped through
 // the scope's axes to pixel points, and drawn.
 #include "channels/PlotTestSupport.h"
+#include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 
 #include <limits>
 #include <random>
@@ -42,6 +44,13 @@ TEST_F(TPlotFixture, MillionSampleRampPlotsTwoPointsPerColumnWithTheExtremesOfEa
     EXPECT_EQ(Plotted(0).size(), 1000u);
     EXPECT_EQ(Down.size(), 500u);
     EXPECT_EQ(Down, ColumnExtents(Plotted(1)));
+    // The same on a reversed X axis, where the columns come right to left.
+    XAxis().SetReversed(true);
+    Draw(0);
+    Draw(1);
+    EXPECT_EQ(Plotted(0).size(), 1000u);
+    EXPECT_GT(Plotted(0).front().first, Plotted(0).back().first);
+    EXPECT_EQ(ColumnExtents(Plotted(0)), ColumnExtents(Plotted(1)));
 }
 
 TEST_F(TPlotFixture, ScaledPixelsOfADownsampledFrameAreWorkedOutWhenAskedForAsIfPlottedOneByOne)
@@ -300,6 +309,28 @@ TEST_F(TPlotFixture, PointsSymbolsAndLegendUseTheChannelsLook)
     EXPECT_TRUE(Channel()->CustomLegendDraw(Canvas, 10, 20));
     EXPECT_EQ(Canvas.Of("RectangleRect").at(0).ArgRect(), (TRect{10, 19, 23, 22}));
     EXPECT_EQ(Canvas.Of("MoveTo").at(0).Args, (std::vector<int32_t>{16, 17})); // the plus round (16, 20)
+}
+
+TEST_F(TPlotFixture, ChannelUnderTheMouseIsLitUnderItsLineExceptInPrint)
+{
+    Ramp({10.0, 20.0});
+    Channel()->SetWidth(3);
+    TQVChannelItemHighlighting* Lit = static_cast<TQVDataDisplayHighlighting*>(Scope.GetHighlighting())->GetChannels();
+    Lit->SetHiglightFromMouse(true);
+    Scope.GetHighlightInfo()->FHighlightedItem = Channel();
+    Draw();
+    const auto Lines = Canvas.Of("LineTo");
+    ASSERT_EQ(Lines.size(), 2u);
+    EXPECT_EQ(Lines[0].PenColor, Lit->GetColor());
+    EXPECT_EQ(Lines[0].PenWidth, 5);
+    EXPECT_EQ(Lines[1].PenColor, Channel()->GetColor());
+    EXPECT_EQ(Lines[1].PenWidth, 3);
+    Canvas.ClearRecords();
+    Channel()->Draw(Canvas, Rect, true); // printing
+    EXPECT_EQ(Canvas.Of("LineTo").size(), 1u);
+    Lit->SetHiglightFromMouse(false);
+    Draw();
+    EXPECT_EQ(Canvas.Of("LineTo").size(), 1u);
 }
 
 TEST_F(TPlotFixture, SampleRateChangesTheRealScaleButNotThePicture)

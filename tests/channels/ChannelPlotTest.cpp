@@ -211,3 +211,17 @@ TEST(ChannelPlotDraw, BarsSpanTheirWidthAroundTheSampleAndStandOnTheirBase)
     EXPECT_EQ(QVBarRect(csmZero, true, 10, 198, 3, 0, 0, 200), (TRect{198, 9, 200, 12}));
     EXPECT_EQ(QVBarRect(csmZero, true, 10, 199, 3, 0, 0, 200), (TRect{199, 9, 200, 12}));
 }
+
+TEST(ChannelPlotDraw, PointSymbolsMatchTheSharedMarkerShapesAndInsetTheirLines)
+{
+    for (TQVScopePointsShape Shape : {psCircle, psSquare, psDiamond, psPlus, psCross, psStar}) {
+        TQLRecordingCanvas Mine, Shared;
+        QVDrawPointSymbol(Mine, Shape, 20, 30, 3, 0);
+        QVDisplayMarkerDrawSize(Shared, 20, 30, QVMarkerShapeOf(Shape), 3, 0, false);
+        EXPECT_EQ(Ops(Mine), Ops(Shared)) << "shape " << int(Shape);
+    }
+    // Inset 1: the plus' lines stop one pixel short of the box's far edges.
+    TQLRecordingCanvas C;
+    QVDrawPointSymbol(C, psPlus, 20, 30, 3, 1);
+    EXPECT_EQ(Ops(C), (std::vector<std::string>{"MoveTo 20,27", "LineTo 20,33", "MoveTo 17,30", "LineTo 23,30"}));
+}

@@ -4,6 +4,7 @@
 
 #include "axes/AxisTestSupport.h"
 #include "channels/ChannelTestSupport.h"
+#include "qv/channels/QVScopeDataView.h"
 #include "qv/axes/QVScopeXAxis.h"
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelPlot.h"
@@ -98,7 +99,7 @@ protected:
 
     TRect Rect{0, 0, 500, 400};
     TPlotScope Scope;
-    TTestDataView View{&Scope};
+    TQVScopeDataView View{&Scope};
     TQLRecordingCanvas Canvas;
 };
 

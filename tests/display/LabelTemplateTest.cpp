@@ -38,3 +38,28 @@ TEST(LabelTemplate, PercentAtTheEndEndsTheText)
 }
 
 } // namespace
+
+// The scope's hit label: the axes' tick texts in the default "%X : %Y", the hit label's own
+// template when set, and the user's replacement through SetLabelText.
+#include "qv/QVScope.h"
+#include "qv/channels/QVDisplayHighlighting.h"
+
+TEST(ScopeHitLabel, AxesTextsTemplateAndUserReplacement)
+{
+    qv::TQVScope Scope;
+    const std::string Plain = Scope.GetFormatedMouseHitLabelText();
+    EXPECT_EQ(Plain, Scope.GetXAxis()->GetTickText(0) + " : " + Scope.GetYAxis()->GetTickText(0));
+
+    Scope.GetHighlighting()->GetMouseHitPoint()->GetPointLabel()->SetText("y=%Y (%D)");
+    EXPECT_EQ(Scope.GetFormatedMouseHitLabelText(), "y=" + Scope.GetYAxis()->GetTickText(0) + " (" + Plain + ")");
+
+    int Calls = 0;
+    Scope.SetOnCustomMouseHitLabel([&](qv::TQLPersistent*, double, double, const std::string& AText) {
+        if (++Calls == 1)
+            Scope.SetLabelText("custom " + AText.substr(0, 2));
+    });
+    EXPECT_EQ(Scope.GetFormatedMouseHitLabelText(), "custom y=");
+    // A handler that does not call SetLabelText leaves the text as it was.
+    EXPECT_EQ(Scope.GetFormatedMouseHitLabelText(), "y=" + Scope.GetYAxis()->GetTickText(0) + " (" + Plain + ")");
+    EXPECT_EQ(Calls, 2);
+}

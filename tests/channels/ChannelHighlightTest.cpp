@@ -1,0 +1,130 @@
+// A scope's channels lit from the legend and under the mouse: what the legend shows, what
+// the plot draws in the highlight colour, and that no highlight outlives its channel.
+#include "qv/QVScope.h"
+#include "qv/channels/QVScopeChannel.h"
+#include "qv/channels/QVScopeDataView.h"
+#include "support/RecordingCanvas.h"
+
+#include <gtest/gtest.h>
+
+using namespace qv;
+
+namespace {
+
+class ChannelHighlight : public ::testing::Test {
+protected:
+    ChannelHighlight()
+    {
+        Scope.SetBounds(0, 0, 400, 300);
+        Scope.GetChannels()->Add();
+        View = Scope.GetScopeDataView();
+        Settings = Scope.GetHighlighting()->GetChannels();
+    }
+    TQVScopeChannel* Channel(int32_t AIndex) { return Scope.GetChannels()->GetItem(AIndex); }
+
+    TQVScope Scope;
+    TQVScopeDataView* View = nullptr;
+    TQVChannelItemHighlighting* Settings = nullptr;
+};
+
+} // namespace
+
+TEST_F(ChannelHighlight, LegendPointsAtOneChannelAtATime)
+{
+    EXPECT_FALSE(Channel(0)->GetHighlighted());
+    Channel(0)->SetHighlighted(true);
+    EXPECT_EQ(View->GetExtHighlightChannel(), Channel(0));
+    EXPECT_TRUE(Channel(0)->GetHighlighted());
+    EXPECT_TRUE(Channel(0)->GetDrawnHighlighted(false));
+    EXPECT_FALSE(Channel(0)->GetDrawnHighlighted(true)); // never on paper
+    EXPECT_FALSE(Channel(1)->GetHighlighted());
+
+    Channel(1)->SetHighlighted(true);
+    EXPECT_EQ(View->GetExtHighlightChannel(), Channel(1));
+    EXPECT_FALSE(Channel(0)->GetHighlighted());
+    // Pointing away clears the slot, whichever channel says so.
+    Channel(0)->SetHighlighted(false);
+    EXPECT_EQ(View->GetExtHighlightChannel(), nullptr);
+
+    // Without HiglightFromLegend the legend lights nothing; without HiglightLegendButton the
+    // plot draws the channel lit but its legend button stays dark.
+    Settings->SetHiglightFromLegend(false);
+    Channel(0)->SetHighlighted(true);
+    EXPECT_EQ(View->GetExtHighlightChannel(), nullptr);
+    Settings->SetHiglightFromLegend(true);
+    Settings->SetHiglightLegendButton(false);
+    Channel(0)->SetHighlighted(true);
+    EXPECT_FALSE(Channel(0)->GetHighlighted());
+    EXPECT_TRUE(Channel(0)->GetDrawnHighlighted(false));
+}
+
+TEST_F(ChannelHighlight, ChannelUnderTheMouseLightsItsButtonAndItsLineOnlyWhenAsked)
+{
+    View->GetHighlightInfo().FHighlightedItem = Channel(1);
+    EXPECT_TRUE(Channel(1)->GetHighlighted());
+    EXPECT_FALSE(Channel(1)->GetDrawnHighlighted(false)); // channels do not light from the mouse
+    Settings->SetHiglightFromMouse(true);
+    EXPECT_TRUE(Channel(1)->GetDrawnHighlighted(false));
+    EXPECT_FALSE(Channel(0)->GetDrawnHighlighted(false));
+    // Leaving the control forgets what was under the mouse and pointed at, not a drag.
+    Channel(0)->SetHighlighted(true);
+    TQVHighlightInfo& Info = View->GetHighlightInfo();
+    Info.FMouseDownElement = Channel(0);
+    Info.FDraggedMarkerPosition = TQVRealPoint{1.5, -2.0};
+    View->MouseLeave();
+    EXPECT_FALSE(Channel(1)->GetHighlighted() || Channel(0)->GetHighlighted());
+    EXPECT_EQ(Info.FMouseDownElement, Channel(0));
+    EXPECT_EQ(Info.FDraggedMarkerPosition, (TQVRealPoint{1.5, -2.0}));
+}
+
+TEST_F(ChannelHighlight, TheLitChannelIsDrawnUnderItsPlainLineInTheHighlightColour)
+{
+    for (int I = 0; I < 100; ++I)
+        Channel(0)->GetData()->AddYPoint(I % 10);
+    Scope.RefreshView();
+    TQLBitmap Bitmap(400, 300);
+    auto LitLines = [&] {
+        TQLRecordingCanvas Canvas;
+        Scope.PaintToCanvas(Bitmap, Canvas, false);
+        size_t Count = 0;
+        for (const TQLCanvasRecord& R : Canvas.Of({"LineTo", "Polygon"}))
+            Count += R.PenColor == 0xFFE67FE7u ? 1 : 0;
+        return Count;
+    };
+    EXPECT_EQ(LitLines(), 0u);
+    Channel(0)->SetHighlighted(true);
+    Scope.RefreshView();
+    EXPECT_GT(LitLines(), 0u);
+}
+
+TEST_F(ChannelHighlight, NoHighlightOrDragOutlivesItsChannel)
+{
+    TQVScopeChannel* Doomed = Channel(1);
+    Doomed->SetHighlighted(true);
+    TQVHighlightInfo& Info = View->GetHighlightInfo();
+    Info.FHighlightedItem = Doomed;
+    Info.FMouseDownElement = Doomed;
+    View->SetHighlightedChannel(Doomed, TPoint{5, 6});
+    Scope.GetChannels()->Delete(1);
+    EXPECT_TRUE(!View->GetExtHighlightChannel() && !Info.FHighlightedItem && !Info.FMouseDownElement &&
+                !View->GetHighlightedChannel());
+}
+
+TEST_F(ChannelHighlight, HitPointMarkIsDrawnOnlyOnTheChannelUnderTheMouse)
+{
+    TQLRecordingCanvas Canvas;
+    auto Drawn = [&](int32_t AIndex) {
+        Canvas.ClearRecords();
+        Channel(AIndex)->DrawHitPoint(Canvas);
+        return Canvas.GetRecords().size();
+    };
+    // Nothing under the mouse: no mark.
+    EXPECT_EQ(Drawn(1), 0u);
+    View->GetHighlightInfo().FHighlightedItem = Channel(1);
+    View->SetHighlightedChannel(Channel(1), TPoint{120, 80});
+    EXPECT_GT(Drawn(1), 0u);
+    EXPECT_EQ(Drawn(0), 0u);
+    // Nothing when switched off.
+    Scope.GetHighlighting()->GetMouseHitPoint()->SetEnabled(false);
+    EXPECT_EQ(Drawn(1), 0u);
+}
