@@ -453,24 +453,24 @@ TEST(ArrayExtremes, BothInOnePassAgreeWithASimpleScanAndTellFiniteFromNumber)
         }
         return Found;
     };
-    const double Specials[] = {kNaN, kInf, -kInf};
+    const double OddValues[] = {kNaN, kInf, -kInf};
     for (int32_t N = 0; N <= 23; ++N)
         for (int32_t Pos = 0; Pos < std::max(N, 1); ++Pos)
-            for (double Special : Specials) {
+            for (double Odd : OddValues) {
                 std::vector<double> V(static_cast<size_t>(N));
                 for (int32_t i = 0; i < N; ++i)
                     V[size_t(i)] = std::sin(i * 2.1) * 10.0;
                 if (N > 0)
-                    V[size_t(Pos)] = Special;
+                    V[size_t(Pos)] = Odd;
                 for (const bool Finite : {false, true}) {
                     double Lo = 99, Hi = 99, ELo = 0, EHi = 0;
                     const bool Got = Finite ? QVArrayFiniteMinMax(V.data(), V.size(), Lo, Hi)
                                             : QVArrayMinMax(V.data(), V.size(), Lo, Hi);
                     const bool Expected = Scan(V, Finite, ELo, EHi);
-                    ASSERT_EQ(Expected, Got) << N << " " << Pos << " " << Special << " " << Finite;
+                    ASSERT_EQ(Expected, Got) << N << " " << Pos << " " << Odd << " " << Finite;
                     if (Expected) {
-                        ASSERT_EQ(ELo, Lo) << N << " " << Pos << " " << Special << " " << Finite;
-                        ASSERT_EQ(EHi, Hi) << N << " " << Pos << " " << Special << " " << Finite;
+                        ASSERT_EQ(ELo, Lo) << N << " " << Pos << " " << Odd << " " << Finite;
+                        ASSERT_EQ(EHi, Hi) << N << " " << Pos << " " << Odd << " " << Finite;
                     } else {
                         EXPECT_EQ(99, Lo); // left untouched
                         EXPECT_EQ(99, Hi);
