@@ -18,6 +18,42 @@ void TQVBlockExtremes::Build(const double* AData, int32_t ACount)
         TBlock& B = FBlocks[b];
         QVArrayExtremes(AData + First, Count, B.Lo, B.Hi, B.FiniteLo, B.FiniteHi);
     }
+    FGroups.resize((Blocks + GroupBlocks - 1) / GroupBlocks);
+    for (size_t g = 0; g < FGroups.size(); ++g) {
+        const double Inf = std::numeric_limits<double>::infinity();
+        TBlock G{Inf, -Inf, Inf, -Inf};
+        for (size_t b = g * GroupBlocks, e = std::min(Blocks, b + GroupBlocks); b < e; ++b) {
+            const TBlock& B = FBlocks[b];
+            G.Lo = std::min(G.Lo, B.Lo);
+            G.Hi = std::max(G.Hi, B.Hi);
+            G.FiniteLo = std::min(G.FiniteLo, B.FiniteLo);
+            G.FiniteHi = std::max(G.FiniteHi, B.FiniteHi);
+        }
+        FGroups[g] = G;
+    }
+}
+
+void TQVBlockExtremes::TakeBlocks(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const
+{
+    const auto Take = [&](const TBlock& B) {
+        const double L = AFinite ? B.FiniteLo : B.Lo;
+        const double H = AFinite ? B.FiniteHi : B.Hi;
+        ALo = L < ALo ? L : ALo;
+        AHi = H > AHi ? H : AHi;
+    };
+    const int32_t FirstGroup = (AFirst + GroupBlocks - 1) / GroupBlocks;
+    const int32_t EndGroup = AEnd / GroupBlocks;
+    if (FirstGroup >= EndGroup) {
+        for (int32_t b = AFirst; b < AEnd; ++b)
+            Take(FBlocks[size_t(b)]);
+        return;
+    }
+    for (int32_t b = AFirst; b < FirstGroup * GroupBlocks; ++b)
+        Take(FBlocks[size_t(b)]);
+    for (int32_t g = FirstGroup; g < EndGroup; ++g)
+        Take(FGroups[size_t(g)]);
+    for (int32_t b = EndGroup * GroupBlocks; b < AEnd; ++b)
+        Take(FBlocks[size_t(b)]);
 }
 
 bool TQVBlockExtremes::MinMax(const double* AData, int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo,
@@ -48,13 +84,7 @@ bool TQVBlockExtremes::MinMax(const double* AData, int32_t AFirst, int32_t AEnd,
         Samples(First, End);
     } else {
         Samples(First, FirstWhole * BlockSize);
-        for (int32_t b = FirstWhole; b < EndWhole; ++b) {
-            const TBlock& B = FBlocks[size_t(b)];
-            if (AFinite)
-                Take(B.FiniteLo, B.FiniteHi);
-            else
-                Take(B.Lo, B.Hi);
-        }
+        TakeBlocks(FirstWhole, EndWhole, AFinite, Lo, Hi);
         Samples(EndWhole * BlockSize, End);
     }
     // Nothing counted leaves the starting infinities the wrong way round; a record of only

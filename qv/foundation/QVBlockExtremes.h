@@ -15,6 +15,9 @@ public:
     // Samples per block: small enough that the part blocks at a range's ends are a few
     // cache lines, large enough that the summary is a small fraction of the record.
     static constexpr int32_t BlockSize = 64;
+    // Blocks per group: a second level, so that a range of millions of samples costs a few
+    // thousand summary entries rather than a hundred thousand.
+    static constexpr int32_t GroupBlocks = 64;
 
     // Summarises AData[0..ACount); a negative count counts as 0.
     void Build(const double* AData, int32_t ACount);
@@ -32,7 +35,11 @@ private:
         double Lo, Hi;             // NaN skipped; +inf and -inf when the block has no number
         double FiniteLo, FiniteHi; // finite only; +inf and -inf when the block has none
     };
+    // Folds blocks AFirst..AEnd - 1 into ALo/AHi, by group where a whole group lies inside.
+    void TakeBlocks(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const;
+
     std::vector<TBlock> FBlocks;
+    std::vector<TBlock> FGroups; // the extremes of GroupBlocks blocks each
     int32_t FCount = 0;
 };
 

@@ -513,6 +513,30 @@ TEST(BlockExtremes, AnyRangeAgreesWithReadingItsSamples)
                 ASSERT_EQ(ELo, Lo) << First << " " << End << " " << Finite;
                 ASSERT_EQ(EHi, Hi) << First << " " << End << " " << Finite;
             }
+    // A record of several groups of blocks: ranges across and inside groups, with the
+    // extremes placed in a part block, a whole block and a whole group in turn.
+    const int32_t Long = 3 * TQVBlockExtremes::BlockSize * TQVBlockExtremes::GroupBlocks + 100;
+    std::vector<double> L(static_cast<size_t>(Long));
+    for (int32_t i = 0; i < Long; ++i)
+        L[size_t(i)] = std::sin(i * 0.013);
+    for (int32_t Spot : {5, 70, 5000, 4096 * 2 + 1, Long - 3}) {
+        std::vector<double> W = L;
+        W[size_t(Spot)] = -9;
+        W[size_t(Long - 1 - Spot)] = kInf;
+        B.Build(W.data(), Long);
+        for (int32_t First : {0, 3, 64, 4095, 4096, 4100, 9000})
+            for (int32_t End : {4096, 8191, 8192, 12000, Long - 1, Long})
+                for (const bool Finite : {false, true}) {
+                    double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
+                    const size_t Count = End > First ? size_t(End - First) : 0;
+                    const bool Expected = Finite ? QVArrayFiniteMinMax(W.data() + First, Count, ELo, EHi)
+                                                 : QVArrayMinMax(W.data() + First, Count, ELo, EHi);
+                    ASSERT_EQ(Expected, B.MinMax(W.data(), First, End, Finite, Lo, Hi)) << Spot << " " << First;
+                    ASSERT_EQ(ELo, Lo) << Spot << " " << First << " " << End << " " << Finite;
+                    ASSERT_EQ(EHi, Hi) << Spot << " " << First << " " << End << " " << Finite;
+                }
+    }
+
     // A rebuilt summary follows new samples; an empty one finds nothing.
     V.assign(10, kNaN);
     B.Build(V.data(), 10);
