@@ -2,6 +2,7 @@
 // three scales that follow from them; the additional X axes.
 #include "qv/axes/QVScopeXAxis.h"
 
+#include "qv/axes/QVAdditionalAxes.h"
 #include "qv/axes/QVAxisDataRange.h"
 #include "qv/axes/QVLegacyAxisData.h"
 #include "qv/channels/QVChannelData.h"
@@ -543,20 +544,9 @@ const TQLClassInfo& TQVAdditionalScopeXAxis::StaticClassInfo()
     return Info;
 }
 
-namespace {
-TQVDataChart* ChartOf(TQLCollection* ACollection)
-{
-    auto* Collection = static_cast<TQVDisplayCollectionBase*>(ACollection);
-    auto* Chart = dynamic_cast<TQVDataChart*>(Collection->GetDisplay());
-    if (!Chart)
-        throw std::invalid_argument("additional axes belong to a chart");
-    return Chart;
-}
-} // namespace
-
 TQVScopeXAxesCollectionItem::TQVScopeXAxesCollectionItem(TQLCollection* ACollection)
     : TQVDisplayCollectionItem(ACollection),
-      FAxis(std::make_unique<TQVAdditionalScopeXAxis>(ChartOf(ACollection), this))
+      FAxis(std::make_unique<TQVAdditionalScopeXAxis>(QVChartOfAxesCollection(ACollection), this))
 {
 }
 
@@ -577,10 +567,7 @@ void TQVScopeXAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
     // The new strip docks behind the axis before it, ahead of the data view.
     auto* Item = static_cast<TQVScopeXAxesCollectionItem*>(AItem);
     const int32_t Index = Item->GetIndex();
-    TQVDisplayView* Before = Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : dynamic_cast<TQVDisplayView*>(GetOwner());
-    TQVDisplayViews& Views = GetDisplay()->GetViews();
-    Views.Remove(Item->GetAxis());
-    Views.AddAfter(Before, Item->GetAxis());
+    QVDockAdditionalAxis(*this, Index, Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : nullptr, Item->GetAxis());
     if (TQVDataDisplay* Display = GetDisplay())
         Display->InvalidateRecalc();
 }

@@ -2,6 +2,7 @@
 // hysteresis, pan limits and snapping; the additional Y axes.
 #include "qv/axes/QVScopeYAxis.h"
 
+#include "qv/axes/QVAdditionalAxes.h"
 #include "qv/axes/QVAxisDataRange.h"
 #include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVLegacyAxisData.h"
@@ -354,20 +355,9 @@ const TQLClassInfo& TQVAdditionalScopeYAxis::StaticClassInfo()
     return Info;
 }
 
-namespace {
-TQVDataChart* ChartOf(TQLCollection* ACollection)
-{
-    auto* Collection = static_cast<TQVDisplayCollectionBase*>(ACollection);
-    auto* Chart = dynamic_cast<TQVDataChart*>(Collection->GetDisplay());
-    if (!Chart)
-        throw std::invalid_argument("additional axes belong to a chart");
-    return Chart;
-}
-} // namespace
-
 TQVScopeYAxesCollectionItem::TQVScopeYAxesCollectionItem(TQLCollection* ACollection)
     : TQVDisplayCollectionItem(ACollection),
-      FAxis(std::make_unique<TQVAdditionalScopeYAxis>(ChartOf(ACollection), this))
+      FAxis(std::make_unique<TQVAdditionalScopeYAxis>(QVChartOfAxesCollection(ACollection), this))
 {
 }
 
@@ -393,11 +383,8 @@ void TQVScopeYAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
     // The new strip docks behind the axis before it, ahead of the data view.
     auto* Item = static_cast<TQVScopeYAxesCollectionItem*>(AItem);
     const int32_t Index = Item->GetIndex();
-    TQVDisplayView* Before = Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : dynamic_cast<TQVDisplayView*>(GetOwner());
-    TQVDisplayViews& Views = GetDisplay()->GetViews();
-    Views.Remove(Item->GetAxis());
-    Views.AddAfter(Before, Item->GetAxis());
-    static_cast<TQVScopeYAxesCollectionItem*>(AItem)->AfterConstruction();
+    QVDockAdditionalAxis(*this, Index, Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : nullptr, Item->GetAxis());
+    Item->AfterConstruction();
     if (TQVDataDisplay* Display = GetDisplay())
         Display->InvalidateRecalc();
 }

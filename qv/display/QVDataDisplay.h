@@ -331,6 +331,10 @@ protected:
                            bool AIsScale);
     virtual void IntZoomOff();
     virtual void IntZoomToList(const TQVAxisZoomList& AList, TQVZoomOperation AOperation);
+    // ZoomTo (printed units, AIsScale) and ZoomToData (data units): checks, history, hold, the
+    // zoom and its report.
+    void ZoomToWindow(const char* AOperation, double XMin, double XMax, double YMin, double YMax, bool SaveHistory,
+                      bool AIsScale);
     // A snapshot of every axis' zoom window.
     virtual std::unique_ptr<TQVAxisZoomList> GetAxisUndoList() const;
 

@@ -173,29 +173,26 @@ void TQVDataDisplay::ZoomBy(double XValue, double YValue, bool SaveHistory)
 
 void TQVDataDisplay::ZoomTo(double XMin, double XMax, double YMin, double YMax, bool SaveHistory)
 {
-    for (double Value : {XMin, XMax, YMin, YMax})
-        CheckLimit("TQVDataDisplay.ZoomTo", Value);
-    auto Guard = GetLock()->AcquireWrite();
-    if (SaveHistory)
-        SaveUndoZoom(false);
-    const TQVRealRanges Ranges = GetZoomRanges();
-    if (FZooming->GetHoldOnZoom())
-        SetHold(true);
-    IntZoomTo(XMin, XMax, YMin, YMax, zoZoom, true);
-    ZoomChanged(Ranges, zoZoom);
+    ZoomToWindow("TQVDataDisplay.ZoomTo", XMin, XMax, YMin, YMax, SaveHistory, true);
 }
 
 void TQVDataDisplay::ZoomToData(double XMin, double XMax, double YMin, double YMax, bool SaveHistory)
 {
+    ZoomToWindow("TQVDataDisplay.ZoomToData", XMin, XMax, YMin, YMax, SaveHistory, false);
+}
+
+void TQVDataDisplay::ZoomToWindow(const char* AOperation, double XMin, double XMax, double YMin, double YMax,
+                                  bool SaveHistory, bool AIsScale)
+{
     for (double Value : {XMin, XMax, YMin, YMax})
-        CheckLimit("TQVDataDisplay.ZoomToData", Value);
+        CheckLimit(AOperation, Value);
     auto Guard = GetLock()->AcquireWrite();
     if (SaveHistory)
         SaveUndoZoom(false);
     const TQVRealRanges Ranges = GetZoomRanges();
     if (FZooming->GetHoldOnZoom())
         SetHold(true);
-    IntZoomTo(XMin, XMax, YMin, YMax, zoZoom, false);
+    IntZoomTo(XMin, XMax, YMin, YMax, zoZoom, AIsScale);
     ZoomChanged(Ranges, zoZoom);
 }
 

@@ -100,6 +100,11 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
             for (TQVDisplayView* View : GetViews())
                 if (View->IsVisible() && ARegion.RectInRegion(View->GetDrawRect()))
                     View->DrawMouseSelction(ACanvas);
+        // The mark of the channel hit under the mouse, on top of everything in the plot.
+        if (!APrinting && FDataView->GetHighlightInfo().FHighlightedItem)
+            for (TQVScopeChannel* Channel : *FChannels)
+                if (Channel->GetVisible())
+                    Channel->DrawHitPoint(ACanvas);
     }
 
     // A printed picture shows no focus.

@@ -2,6 +2,7 @@
 // views, the data view's border and grid, the channels clipped to the view, and the focus
 // frame last; printing leaves the screen state alone.
 #include "qv/QVScope.h"
+#include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVScopeDataView.h"
 #include "support/RecordingCanvas.h"
 
@@ -138,4 +139,37 @@ TEST(ScopeDrawOrder, GridLinesCrossTheViewWithABrighterZeroLine)
         if (R.PenPos.X == View.Left && R.Args[0] == View.Right - 1)
             Remaining.insert(R.PenPos.Y);
     EXPECT_EQ(Remaining, Zero);
+}
+
+TEST(ScopeDrawOrder, TheHitMarkOfTheChannelUnderTheMouseComesAfterTheChannelsAndNotInPrint)
+{
+    TPaintedScope P;
+    const std::vector<double> Samples{0.1, 0.5, -0.3, 0.2};
+    TQVScopeChannel* Channel = P.Scope.GetChannels()->GetItem(0);
+    Channel->GetData()->SetYData(Samples.data(), uint32_t(Samples.size()));
+    P.Scope.RefreshView();
+    P.Scope.GetHighlighting()->GetMouseHitPoint()->SetEnabled(true);
+    TQVScopeDataView& View = *P.Scope.GetScopeDataView();
+    P.Paint();
+    const TPoint Hit{(View.GetDrawRect().Left + View.GetDrawRect().Right) / 2, 120};
+    View.GetHighlightInfo().FHighlightedItem = Channel;
+    View.SetHighlightedChannel(Channel, Hit);
+
+    auto MarkAt = [&](const std::vector<TQLCanvasRecord>& ARecords) {
+        for (size_t i = 0; i < ARecords.size(); ++i)
+            if (ARecords[i].Op == "Rectangle" && ARecords[i].ArgRect() == (TRect{Hit.X - 2, Hit.Y - 2, Hit.X + 3, Hit.Y + 3}))
+                return ptrdiff_t(i);
+        return ptrdiff_t(-1);
+    };
+    P.Paint();
+    const auto& R = P.Canvas.GetRecords();
+    const ptrdiff_t Mark = MarkAt(R);
+    ASSERT_GE(Mark, 0);
+    EXPECT_EQ(R[size_t(Mark)].PenColor, Channel->GetColor());
+    // Every line of the channel lies under the mark.
+    for (size_t i = size_t(Mark); i < R.size(); ++i)
+        EXPECT_FALSE(R[i].Op == "LineTo" && R[i].PenColor == Channel->GetColor()) << i;
+
+    P.Paint(true);
+    EXPECT_LT(MarkAt(P.Canvas.GetRecords()), 0);
 }

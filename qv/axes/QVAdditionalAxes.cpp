@@ -1,0 +1,27 @@
+#include "qv/axes/QVAdditionalAxes.h"
+
+#include "qv/display/QVDataChart.h"
+
+#include <stdexcept>
+
+namespace qv {
+
+TQVDataChart* QVChartOfAxesCollection(TQLCollection* ACollection)
+{
+    auto* Collection = static_cast<TQVDisplayCollectionBase*>(ACollection);
+    auto* Chart = dynamic_cast<TQVDataChart*>(Collection->GetDisplay());
+    if (!Chart)
+        throw std::invalid_argument("additional axes belong to a chart");
+    return Chart;
+}
+
+void QVDockAdditionalAxis(TQVDisplayCollectionBase& ACollection, int32_t AIndex, TQVDisplayView* APrevious,
+                          TQVDisplayView* AAxis)
+{
+    TQVDisplayView* Before = AIndex > 0 ? APrevious : dynamic_cast<TQVDisplayView*>(ACollection.GetOwner());
+    TQVDisplayViews& Views = ACollection.GetDisplay()->GetViews();
+    Views.Remove(AAxis);
+    Views.AddAfter(Before, AAxis);
+}
+
+} // namespace qv
