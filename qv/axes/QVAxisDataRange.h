@@ -2,6 +2,8 @@
 // Extremes and nearest values over channel samples, as the axes need them: samples that are
 // not finite (NaN gaps, infinities) take no part, so a scale follows the finite data.
 
+#include "qv/foundation/QVArrayOps.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -17,25 +19,9 @@ inline bool QVFiniteMinMax(const double* AData, int32_t ASize, int64_t AFirst, i
         return false;
     const int64_t First = std::max<int64_t>(AFirst, 0);
     const int64_t Last = std::min<int64_t>(ALast, ASize - 1);
-    bool Found = false;
-    double Lo = 0.0, Hi = 0.0;
-    for (int64_t I = First; I <= Last; ++I) {
-        const double V = AData[I];
-        if (!std::isfinite(V))
-            continue;
-        if (!Found) {
-            Lo = Hi = V;
-            Found = true;
-        } else if (V < Lo)
-            Lo = V;
-        else if (V > Hi)
-            Hi = V;
-    }
-    if (Found) {
-        AMin = Lo;
-        AMax = Hi;
-    }
-    return Found;
+    if (Last < First)
+        return false;
+    return QVArrayFiniteMinMax(AData + First, size_t(Last - First + 1), AMin, AMax);
 }
 
 // Moves AValue onto the nearest finite sample of AData (the first one on a tie) when it lies

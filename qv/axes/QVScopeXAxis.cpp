@@ -213,8 +213,15 @@ void TQVBasicScopeXAxis::CalculateCurentMinMax() const
             continue;
         Count = std::max(Count, Size);
         double ChannelLo = 0.0, ChannelHi = 0.0;
-        if (!QVFiniteMinMax(X.Read(), Size, 0, Size - 1, ChannelLo, ChannelHi))
+        // A ramp counts up: its finite ends are its extremes.
+        const double* XR = X.Read();
+        if (Channel->GetDrawIsRamp() && std::isfinite(XR[0]) && std::isfinite(XR[Size - 1]) &&
+            XR[0] <= XR[Size - 1]) {
+            ChannelLo = XR[0];
+            ChannelHi = XR[Size - 1];
+        } else if (!QVFiniteMinMax(XR, Size, 0, Size - 1, ChannelLo, ChannelHi)) {
             continue;
+        }
         if (!Found) {
             Lo = ChannelLo;
             Hi = ChannelHi;

@@ -88,6 +88,7 @@ bool TQVBasicScopeYAxis::CalcCurrentExtremes(double& AMin, double& AMax) const
 bool TQVBasicScopeYAxis::ScanCurrentExtremes(double& AMin, double& AMax) const
 {
     bool Found = false;
+    std::vector<TChannelExtremes> Kept;
     for (const TQVScopeChannel* Channel : GetAssociatedChannels()) {
         if (!Channel->GetVisible())
             continue;
@@ -100,9 +101,31 @@ bool TQVBasicScopeYAxis::ScanCurrentExtremes(double& AMin, double& AMax) const
             First = SampleIndex(XAxis->GetMinSample());
             Last = SampleIndex(XAxis->GetMaxSample());
         }
-        double Lo = 0.0, Hi = 0.0;
-        if (!QVFiniteMinMax(Y.Read(), Y.GetSize(), First, Last, Lo, Hi))
+        TChannelExtremes Key;
+        Key.Channel = Channel;
+        Key.Buffer = &Y;
+        Key.Generation = Channel->GetDrawGeneration();
+        Key.Size = Y.GetSize();
+        Key.First = First;
+        Key.Last = Last;
+        const auto Same = [&Key](const TChannelExtremes& E) {
+            return E.Channel == Key.Channel && E.Buffer == Key.Buffer && E.Generation == Key.Generation &&
+                   E.Size == Key.Size && E.First == Key.First && E.Last == Key.Last;
+        };
+        const auto Cached = std::find_if(FChannelExtremes.begin(), FChannelExtremes.end(), Same);
+        if (Cached != FChannelExtremes.end()) {
+            Key = *Cached;
+        } else {
+            // Indexes beyond the record are held to it; an empty range finds nothing.
+            const int64_t Size = Y.GetSize();
+            const auto From = int32_t(std::clamp<int64_t>(First, 0, Size));
+            const auto End = int32_t(std::clamp<int64_t>(Last + 1, 0, Size));
+            Key.Found = From < End && Channel->GetDrawYExtremes(From, End, true, Key.Lo, Key.Hi);
+        }
+        Kept.push_back(Key);
+        if (!Key.Found)
             continue;
+        const double Lo = Key.Lo, Hi = Key.Hi;
         if (!Found) {
             AMin = Lo;
             AMax = Hi;
@@ -112,6 +135,7 @@ bool TQVBasicScopeYAxis::ScanCurrentExtremes(double& AMin, double& AMax) const
             AMax = std::max(AMax, Hi);
         }
     }
+    FChannelExtremes = std::move(Kept);
     return Found;
 }
 

@@ -121,6 +121,21 @@ private:
     mutable bool FExtremesFound = false;
     mutable double FExtremeMin = 0.0;
     mutable double FExtremeMax = 0.0;
+    // Each channel's finite extremes over the visible samples, kept while the channel's draw
+    // stage and the visible range stay the same, so that a limit invalidation that brings no
+    // new data (a zoom, a repaint) does not read the samples again.
+    struct TChannelExtremes {
+        const void* Channel = nullptr;
+        const void* Buffer = nullptr;
+        uint64_t Generation = 0;
+        int32_t Size = 0;
+        int64_t First = 0;
+        int64_t Last = 0;
+        bool Found = false;
+        double Lo = 0.0;
+        double Hi = 0.0;
+    };
+    mutable std::vector<TChannelExtremes> FChannelExtremes;
 };
 
 class TQVScopeYAxesCollectionItem;

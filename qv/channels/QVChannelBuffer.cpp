@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -12,6 +13,10 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 
 namespace qv {
 
@@ -71,11 +76,35 @@ void TQVChannelBuffer::ResetPeakBytes() { GPeakBytes.store(GLiveBytes.load(std::
 
 // Blocks live in malloc memory so that a growing block can be reallocated: a large one is
 // then remapped by the C library instead of copied and touched anew.
+namespace {
+// Records of millions of samples live in blocks of many megabytes, each filled once and
+// released a frame later. With ordinary pages each 4 KiB costs a fault when first written and
+// a page-table entry to tear down when released, which for a ten-million-sample record adds
+// up to milliseconds a frame; large pages make both a few hundred times fewer. Only advice:
+// where the system has no large pages nothing changes.
+void AdviseLargePages(void* AItems, size_t ABytes)
+{
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+    constexpr uintptr_t Large = uintptr_t(2) << 20;
+    if (ABytes < 2 * Large)
+        return;
+    const uintptr_t Begin = (reinterpret_cast<uintptr_t>(AItems) + Large - 1) & ~(Large - 1);
+    const uintptr_t End = (reinterpret_cast<uintptr_t>(AItems) + ABytes) & ~(Large - 1);
+    if (End > Begin)
+        madvise(reinterpret_cast<void*>(Begin), End - Begin, MADV_HUGEPAGE);
+#else
+    (void)AItems;
+    (void)ABytes;
+#endif
+}
+} // namespace
+
 TQVChannelBuffer::TBlock::TBlock(int32_t ACapacity)
     : Capacity(ACapacity), Items(static_cast<double*>(std::malloc(BytesOf(ACapacity))))
 {
     if (!Items)
         throw std::bad_alloc();
+    AdviseLargePages(Items, BytesOf(ACapacity));
     CountBytes(int64_t(BytesOf(ACapacity)));
 }
 
@@ -90,6 +119,7 @@ void TQVChannelBuffer::TBlock::Grow(int32_t ACapacity)
     auto* Grown = static_cast<double*>(std::realloc(Items, BytesOf(ACapacity)));
     if (!Grown)
         throw std::bad_alloc();
+    AdviseLargePages(Grown, BytesOf(ACapacity));
     CountBytes(int64_t(BytesOf(ACapacity)) - int64_t(BytesOf(Capacity)));
     Items = Grown;
     Capacity = ACapacity;

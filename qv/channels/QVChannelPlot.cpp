@@ -1,6 +1,8 @@
 #include "qv/channels/QVChannelPlot.h"
 
 #include "qv/foundation/QLCanvas.h"
+#include "qv/foundation/QVArrayOps.h"
+#include "qv/foundation/QVBlockExtremes.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -58,18 +60,20 @@ TQVScreenSlice QVScreenSlice(int32_t ASize, bool AIsRamp, bool AXLogarithmic, in
     return Slice;
 }
 
-TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int32_t ACount, int32_t ALowPixel,
-                                  int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount, int32_t* AOutX,
-                                  double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps)
+namespace {
+
+// The common part of both cuts: runs of samples that share a column, as ARunEnd finds them
+// (ARunEnd(First, Column) gives the run's column and returns the index after its last sample),
+// each reduced to its extremes by AReduce(First, End, Lo, Hi) (false when it has no number),
+// with the gaps that fall in front of or inside it.
+template <class TRunEnd, class TReduce>
+TQVDownsampled DownsampleRuns(int32_t ACount, int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps,
+                              int32_t AGapCount, int32_t* AOutX, double* AOutY, int32_t* AOutFirst,
+                              int32_t* AOutGaps, TRunEnd ARunEnd, TReduce AReduce)
 {
     TQVDownsampled Result;
     if (ACount <= 0 || AHighPixel < ALowPixel)
         return Result;
-    const auto ColumnOf = [ALowPixel, AHighPixel](int32_t APixel) {
-        // A missing pixel (the most negative integer) lands in the low column.
-        return APixel < ALowPixel ? ALowPixel : (APixel > AHighPixel ? AHighPixel : APixel);
-    };
-    constexpr double Inf = std::numeric_limits<double>::infinity();
     // Samples that come back to a column already passed (X not monotone) cannot get more
     // columns than there is room for: the last slot takes all that remain.
     const int64_t Capacity = int64_t(AHighPixel) - ALowPixel + 1;
@@ -77,40 +81,13 @@ TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int
     int32_t j = 0;
     while (j < ACount) {
         const int32_t First = j;
-        const int32_t Column = ColumnOf(AXPixels[j]);
-        const bool LastSlot = Result.Points / 2 + 1 >= Capacity;
-        // The run of samples in this column, then its extremes in a loop of its own that the
-        // compiler can vectorise. A comparison with NaN is false, so a NaN changes neither.
-        if (LastSlot) {
+        int32_t Column = 0;
+        j = ARunEnd(First, Column);
+        if (Result.Points / 2 + 1 >= Capacity)
             j = ACount;
-        } else {
-            // Samples come column after column: gallop ahead while still in this column,
-            // then halve the last step, so that finding a column's end costs a few compares
-            // however many samples it holds.
-            int32_t In = j; // known to be in the column
-            int32_t Step = 1;
-            while (In + int64_t(Step) < ACount && ColumnOf(AXPixels[In + Step]) == Column) {
-                In += Step;
-                Step *= 2;
-            }
-            int32_t Out = int32_t(std::min<int64_t>(In + int64_t(Step), ACount)); // first known outside
-            while (Out - In > 1) {
-                const int32_t Mid = In + (Out - In) / 2;
-                if (ColumnOf(AXPixels[Mid]) == Column)
-                    In = Mid;
-                else
-                    Out = Mid;
-            }
-            j = Out;
-        }
-        double Lo = Inf;
-        double Hi = -Inf;
-        for (int32_t k = First; k < j; ++k) {
-            const double V = AY[k];
-            Lo = V < Lo ? V : Lo;
-            Hi = V > Hi ? V : Hi;
-        }
-        if (Lo > Hi) // no number in the column
+        // NaN samples take no part; a column with no number becomes missing.
+        double Lo = 0.0, Hi = 0.0;
+        if (!AReduce(First, j, Lo, Hi))
             Lo = Hi = std::numeric_limits<double>::quiet_NaN();
 
         // Gaps inside the column, or between it and the previous one, break in front of it.
@@ -131,6 +108,108 @@ TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int
         Result.Points += 2;
     }
     return Result;
+}
+
+// The first index in AFrom..ATo for which APast holds, given that it holds for ATo and, past
+// some point, for every later index. Searched outward from the guess AGuess, so that a good
+// guess costs a few probes and a bad one a logarithmic number.
+template <class TPast>
+int32_t FirstPast(int32_t AFrom, int32_t ATo, int32_t AGuess, TPast APast)
+{
+    int32_t Lo, Hi; // APast(Lo) is false or Lo == AFrom - 1; APast(Hi) is true
+    const int32_t G = std::clamp(AGuess, AFrom, ATo);
+    if (APast(G)) {
+        Hi = G;
+        Lo = G - 1;
+        int32_t Step = 1;
+        while (Lo >= AFrom && APast(Lo)) {
+            Hi = Lo;
+            Lo = std::max(AFrom - 1, Lo - Step);
+            Step *= 2;
+        }
+    } else {
+        Lo = G;
+        Hi = G + 1;
+        int32_t Step = 1;
+        while (Hi < ATo && !APast(Hi)) {
+            Lo = Hi;
+            Step *= 2;
+            Hi = int32_t(std::min<int64_t>(ATo, int64_t(Hi) + Step));
+        }
+    }
+    while (Hi - Lo > 1) {
+        const int32_t Mid = Lo + (Hi - Lo) / 2;
+        if (APast(Mid))
+            Hi = Mid;
+        else
+            Lo = Mid;
+    }
+    return Hi;
+}
+
+} // namespace
+
+TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int32_t ACount, int32_t ALowPixel,
+                                  int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount, int32_t* AOutX,
+                                  double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps)
+{
+    const auto ColumnOf = [ALowPixel, AHighPixel](int32_t APixel) {
+        // A missing pixel (the most negative integer) lands in the low column.
+        return APixel < ALowPixel ? ALowPixel : (APixel > AHighPixel ? AHighPixel : APixel);
+    };
+    return DownsampleRuns(ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
+                          [&](int32_t AFirst, int32_t& AColumn) {
+                              // Samples come column after column: the column's end is searched
+                              // for outward from the next sample, a few compares however many
+                              // samples it holds.
+                              const int32_t K = ColumnOf(AXPixels[AFirst]);
+                              AColumn = K;
+                              return FirstPast(AFirst + 1, ACount, AFirst + 1, [&](int32_t i) {
+                                  return i >= ACount || ColumnOf(AXPixels[i]) != K;
+                              });
+                          },
+                          [AY](int32_t AFirst, int32_t AEnd, double& ALo, double& AHi) {
+                              return QVArrayMinMax(AY + AFirst, size_t(AEnd - AFirst), ALo, AHi);
+                          });
+}
+
+TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_t ACount, double AScale,
+                                      double AOffset, int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps,
+                                      int32_t AGapCount, int32_t* AOutX, double* AOutY, int32_t* AOutFirst,
+                                      int32_t* AOutGaps, const TQVBlockExtremes* ABlocks, int32_t ABlockBase)
+{
+    if (ACount <= 0)
+        return {};
+    // The column of sample i, exactly as QVMapX and QVDownsampleMinMax give it.
+    const auto ColumnAt = [=](int32_t i) {
+        const int32_t P = QVPixelOf(AOffset + AX[i] * AScale);
+        return P < ALowPixel ? ALowPixel : (P > AHighPixel ? AHighPixel : P);
+    };
+    // The pixel of sample i is close to the line through the ends: P0 + i * Slope. A run of
+    // column K ends where that line crosses the next rounding boundary, K + 1/2 going right
+    // or K - 1/2 going left; the exact end is then found by probing around the estimate.
+    const double P0 = AOffset + AX[0] * AScale;
+    const double Slope = ACount > 1 ? (AX[ACount - 1] - AX[0]) * AScale / double(ACount - 1) : 0.0;
+    const auto Reduce = [=](int32_t AFirst, int32_t AEnd, double& ALo, double& AHi) {
+        if (ABlocks)
+            return ABlocks->MinMax(AY - ABlockBase, ABlockBase + AFirst, ABlockBase + AEnd, false, ALo, AHi);
+        return QVArrayMinMax(AY + AFirst, size_t(AEnd - AFirst), ALo, AHi);
+    };
+    return DownsampleRuns(ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
+                          [&](int32_t AFirst, int32_t& AColumn) {
+                              const int32_t K = ColumnAt(AFirst);
+                              AColumn = K;
+                              const double Edge = Slope < 0.0 ? K - 0.5 : K + 0.5;
+                              const double At = std::ceil((Edge - P0) / Slope);
+                              int32_t Guess = AFirst + 1;
+                              if (At > AFirst && At < ACount) // false for NaN and for no slope
+                                  Guess = int32_t(At);
+                              else if (At >= ACount)
+                                  Guess = ACount;
+                              return FirstPast(AFirst + 1, ACount, Guess,
+                                               [&](int32_t i) { return i >= ACount || ColumnAt(i) != K; });
+                          },
+                          Reduce);
 }
 
 void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase,

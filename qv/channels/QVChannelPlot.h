@@ -18,6 +18,7 @@
 namespace qv {
 
 class TQLCanvas;
+class TQVBlockExtremes;
 
 // The pixel of a value that is not there.
 inline constexpr int32_t QVMissingPixel = std::numeric_limits<int32_t>::min();
@@ -102,6 +103,21 @@ struct TQVDownsampled {
 TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int32_t ACount, int32_t ALowPixel,
                                   int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount, int32_t* AOutX,
                                   double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps);
+
+// The same cut for a ramp on a linear X axis, whose pixels are those QVMapX gives:
+// QVPixelOf(AOffset + AX[j] * AScale). AX must not fall along the slice (a ramp counts up), so
+// that each column holds one run of samples; the runs are then found from the pixel formula
+// at a few samples around each column's edge, and no sample is mapped otherwise. The result
+// equals QVDownsampleMinMax over the mapped pixels.
+//
+// When ABlocks is given, it summarises the record that AY is part of, AY being its sample
+// ABlockBase: each column's extremes then come from the summary and the samples of the part
+// blocks at the column's ends.
+TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_t ACount, double AScale,
+                                      double AOffset, int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps,
+                                      int32_t AGapCount, int32_t* AOutX, double* AOutY, int32_t* AOutFirst,
+                                      int32_t* AOutGaps, const TQVBlockExtremes* ABlocks = nullptr,
+                                      int32_t ABlockBase = 0);
 
 // ---- Values to pixels ----
 

@@ -59,10 +59,23 @@ public:
     // The visible slice of the draw stage, in data units.
     const std::shared_ptr<IQVRealBuffer>& GetXScreenDataBuffer() const { return FXScreenDataBuffer; }
     const std::shared_ptr<IQVRealBuffer>& GetYScreenDataBuffer() const { return FYScreenDataBuffer; }
-    // Pixels of every screen sample, and the fractional X of each relative to the view.
-    const std::shared_ptr<IQVIntegerBuffer>& GetScaledIntDrawBufferX() const { return FScaledIntDrawBufferX; }
-    const std::shared_ptr<IQVIntegerBuffer>& GetScaledIntDrawBufferY() const { return FScaledIntDrawBufferY; }
-    const std::shared_ptr<IQVRealBuffer>& GetScaledRealDrawBufferX() const { return FScaledRealDrawBufferX; }
+    // Pixels of every screen sample, and the fractional X of each relative to the view. A
+    // downsampled frame does not need them: they are worked out on the first call after it.
+    const std::shared_ptr<IQVIntegerBuffer>& GetScaledIntDrawBufferX() const
+    {
+        UpdateScaledBuffers();
+        return FScaledIntDrawBufferX;
+    }
+    const std::shared_ptr<IQVIntegerBuffer>& GetScaledIntDrawBufferY() const
+    {
+        UpdateScaledBuffers();
+        return FScaledIntDrawBufferY;
+    }
+    const std::shared_ptr<IQVRealBuffer>& GetScaledRealDrawBufferX() const
+    {
+        UpdateScaledBuffers();
+        return FScaledRealDrawBufferX;
+    }
     // The points plotted: the scaled buffers themselves unless the slice was downsampled.
     // A point that is not there (a NaN sample) holds QVMissingPixel.
     const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledIntDrawBufferX() const
@@ -108,6 +121,9 @@ public:
     const std::shared_ptr<IQVIntegerBuffer>& GetDrawGapsBuffer() const { return FDrawGapsBuffer; }
     // Whether X was a generated ramp when the draw stage was taken.
     bool GetDrawIsRamp() const { return FDrawIsRamp; }
+    // Counts the renewals of the draw stage: what is derived from its samples holds while
+    // this stays the same.
+    uint64_t GetDrawGeneration() const { return FDrawGeneration; }
 
     // Whether X is the sample's running number (set by a ramp, cleared by explicit X blocks).
     bool GetIsRamp() const { return FIsRamp.load(std::memory_order_acquire); }
@@ -145,6 +161,8 @@ protected:
     void BeforeDestruction() override;
     // The axes that read the channel must look again.
     void AxesChanged();
+    // Brings the scaled buffers up to date when the last frame left them out.
+    virtual void UpdateScaledBuffers() const {}
 
     std::atomic<bool> FIsRamp{false};
     std::shared_ptr<IQVIntegerBuffer> FDrawGapsBuffer;
@@ -157,6 +175,7 @@ protected:
     std::shared_ptr<IQVRealBuffer> FXDrawDataBuffer;
     std::shared_ptr<IQVRealBuffer> FYDrawDataBuffer;
     bool FDrawIsRamp = false;
+    uint64_t FDrawGeneration = 0;
 
     TAlphaColor FColor = 0xFFFF0000;
     TAlphaColor FColorDefault = 0xFFFF0000;
@@ -172,7 +191,8 @@ protected:
     std::shared_ptr<IQVRealBuffer> FYScreenDataBuffer;
     std::shared_ptr<IQVIntegerBuffer> FScaledIntDrawBufferX;
     std::shared_ptr<IQVIntegerBuffer> FScaledIntDrawBufferY;
-    std::shared_ptr<IQVRealBuffer> FScaledRealDrawBufferX;
+    // Replaced when the scaled buffers are filled on demand (see UpdateScaledBuffers).
+    mutable std::shared_ptr<IQVRealBuffer> FScaledRealDrawBufferX;
     std::shared_ptr<IQVIntegerBuffer> FDownsampledIntDrawBufferX;
     std::shared_ptr<IQVIntegerBuffer> FDownsampledIntDrawBufferY;
     int32_t FScreenStartIndex = 0;

@@ -67,10 +67,12 @@ void TQVScopeChannel::PopulateDrawBuffers()
             throw;
         }
         FDrawIsRamp = FIsRamp.load(std::memory_order_relaxed);
+        ++FDrawGeneration;
         FDataChanged.store(true, std::memory_order_release);
     }
     // An empty record plots nothing, and what a hit test reads of the last frame goes too.
     if (FYDrawDataBuffer->GetSize() == 0) {
+        FScaledXStale = FScaledYStale = false;
         FScaledIntDrawBufferX->Resize(0, false);
         FScaledIntDrawBufferY->Resize(0, false);
         FDownsampledIntDrawBufferX = FScaledIntDrawBufferX;
@@ -159,6 +161,7 @@ void TQVScopeChannel::Assign(const TQLPersistent* ASource)
     FXDrawDataBuffer = std::move(DrawX);
     FDrawGapsBuffer = std::move(DrawGaps);
     FDrawIsRamp = DrawIsRamp;
+    ++FDrawGeneration;
     FDataChanged.store(true, std::memory_order_release);
 }
 

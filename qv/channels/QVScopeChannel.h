@@ -6,6 +6,7 @@
 #include "qv/channels/QVChannelBuffer.h"
 #include "qv/channels/QVDisplayChannel.h"
 #include "qv/display/QVDisplayCollection.h"
+#include "qv/foundation/QVBlockExtremes.h"
 
 #include <atomic>
 #include <functional>
@@ -131,6 +132,12 @@ public:
     // Downsampled real values of the plotted points (empty when nothing is downsampled).
     const std::vector<double>& GetDownsampledRealY() const { return FDownsampledRealY; }
 
+    // The extremes of the draw stage's Y samples AFirst..AEnd - 1 (held to the record):
+    // AFinite false skips NaN, AFinite true every sample that is not finite. False when no
+    // sample counts. The first call after a hand-over reads the record once into a block
+    // summary; later calls read the summary and at most two part blocks.
+    bool GetDrawYExtremes(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const;
+
     QL_CLASS_INFO()
 
 private:
@@ -195,6 +202,32 @@ private:
     bool FCurrentVertical = false;
     // Whether the last computation downsampled, and the values of its points.
     bool FDownsampled = false;
+    // The mapping of the screen slice to pixels, kept for the scaled buffers, which a
+    // downsampled frame leaves to be filled on demand; stale marks the ones not yet filled.
+    void UpdateScaledBuffers() const override;
+    void FillScaledX() const;
+    void FillScaledY() const;
+    struct TScaledMapping {
+        bool XLogarithmic = false;
+        double XScale = 0.0;     // pixels per data unit, before the ratio of the scales
+        double XRatio = 1.0;     // real units per data unit
+        double XOffset = 0.0;    // added to the scaled value: XBegin - XLowered
+        double XBegin = 0.0;     // the view's first column
+        double XLowered = 0.0;   // the axis offset lowered by the view's width
+        double XPerColumn = 0.0; // real units per pixel column
+        bool YLogarithmic = false;
+        double YScale = 0.0;
+        double YBase = 0.0;
+    };
+    TScaledMapping FScaledMapping;
+    // The block summary of the draw stage's Y, and what it was built from.
+    const TQVBlockExtremes& DrawYBlocks() const;
+    mutable TQVBlockExtremes FYBlocks;
+    mutable uint64_t FYBlocksGeneration = 0;
+    mutable const double* FYBlocksData = nullptr;
+    mutable bool FYBlocksValid = false;
+    mutable bool FScaledXStale = false;
+    mutable bool FScaledYStale = false;
     std::vector<double> FDownsampledRealX;
     std::vector<double> FDownsampledRealY;
 };

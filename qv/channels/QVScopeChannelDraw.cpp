@@ -10,8 +10,10 @@
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLCanvas.h"
+#include "qv/foundation/QVArrayOps.h"
 
 #include <algorithm>
+#include <limits>
 #include <stdexcept>
 #include <string>
 
@@ -129,18 +131,22 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         FOnChannelDraw(this, GetIndex(), YDraw.Read(), n, GetDataChanged());
     }
 
-    // The extents of the data; scanned only when the data is new, or when the cache that
-    // holds them was forgotten.
+    // The extents of the data, looked at only when the data is new or the cache that holds
+    // them was forgotten. A ramp counts up evenly: its ends are its X extremes. The Y extent
+    // comes after the screen stage is computed (which such a frame always does), from the
+    // columns when they cover the whole record.
     const bool DataChanged = GetDataChanged();
-    double xmin = FCurrentXMin, xmax = FCurrentXMax, ymin2 = FCurrentYMin, ymax2 = FCurrentYMax;
-    if (DataChanged || FCurrentDataSize != n) {
-        // A ramp counts up evenly: its ends are its extremes.
+    const bool Rescan = DataChanged || FCurrentDataSize != n;
+    double xmin = FCurrentXMin, xmax = FCurrentXMax;
+    if (Rescan) {
         const double* XR = XDraw.Read();
         const bool Ordered = FDrawIsRamp && XR[0] == XR[0] && XR[n - 1] == XR[n - 1] && XR[0] <= XR[n - 1];
-        xmin = Ordered ? XR[0] : XDraw.Min();
-        xmax = Ordered ? XR[n - 1] : XDraw.Max();
-        ymin2 = YDraw.Min();
-        ymax2 = YDraw.Max();
+        if (Ordered) {
+            xmin = XR[0];
+            xmax = XR[n - 1];
+        } else if (!QVArrayMinMax(XR, size_t(n), xmin, xmax)) {
+            xmin = xmax = std::numeric_limits<double>::quiet_NaN();
+        }
     }
 
     // The columns the data occupies, the samples on screen, and whether they are cut down.
@@ -164,13 +170,13 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
                             Same(xscale, FCurrentXScale) && Same(ratio, FCurrentXRatio) &&
                             vertical == FCurrentVertical);
     const bool ychanged = !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && h == FCurrentHeight &&
-                            yb == FCurrentYBegin && Same(ymin2, FCurrentYMin) && Same(ymax2, FCurrentYMax) &&
-                            Same(ymin, FCurrentAxisYMin) && Same(ymax, FCurrentAxisYMax) &&
+                            yb == FCurrentYBegin && !Rescan && Same(ymin, FCurrentAxisYMin) && Same(ymax, FCurrentAxisYMax) &&
                             ylog == FCurrentYLogarithmic && Same(yoff, FCurrentYOffset) &&
                             Same(yscale, FCurrentYScale) && vertical == FCurrentVertical);
     FCurrentXLogarithmic = xlog;
     FCurrentYLogarithmic = ylog;
 
+    double ymin2 = FCurrentYMin, ymax2 = FCurrentYMax;
     if (DataChanged || xchanged || ychanged) {
         ClearDataChanged();
 
@@ -183,7 +189,6 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
             FYScreenDataBuffer = std::make_shared<TQVRealBuffer>(YDraw.Read() + FScreenStartIndex, c);
         }
         const double* XS = FXScreenDataBuffer->Read();
-        const double* YS = FYScreenDataBuffer->Read();
 
         // Recomputation.
         double span = smax - smin;
@@ -193,35 +198,30 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
 
         if (DataChanged || xchanged) {
             XAxis->InvalidateMinMaxCache(false);
-            FScaledIntDrawBufferX->Resize(c, false);
-            // Filled anew; a buffer nobody else holds is reused rather than reallocated.
-            if (FScaledRealDrawBufferX.use_count() == 1)
-                FScaledRealDrawBufferX->Resize(c, false);
-            else
-                FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
             // Pixel = value * scale + xb - offset, with the offset lowered by the view's width
             // so that the scale's minimum lands on the view's first column.
             const double LoweredOffset = xoff - (w - 1);
-            int32_t* XInts = FScaledIntDrawBufferX->Write();
-            double* XReal = FScaledRealDrawBufferX->Write();
-            if (!xlog) {
-                const double Scale = xscale * ratio;
-                QVMapX(XS, c, Scale, xb - LoweredOffset, false, Scale * span / Columns1, XInts, XReal);
-            } else {
-                const double RealScale = xscale * span / Columns1;
-                for (int32_t i = 0; i < c; ++i) {
-                    XReal[i] = QVPlotLog(XS[i]) * RealScale;
-                    XInts[i] = QVPixelOf(QVPlotLog(XS[i] * ratio) * xscale + xb - LoweredOffset);
-                }
-            }
+            FScaledMapping.XLogarithmic = xlog;
+            FScaledMapping.XScale = xscale;
+            FScaledMapping.XRatio = ratio;
+            FScaledMapping.XBegin = xb;
+            FScaledMapping.XLowered = LoweredOffset;
+            FScaledMapping.XOffset = xb - LoweredOffset;
+            FScaledMapping.XPerColumn = span / Columns1;
+            FScaledXStale = true;
             FCurrentXDataOffset = std::min(0, QVClampRound(LoweredOffset, -int32_t(QVPixelClipBound), 0));
         }
 
         // Y side.
         YAxis->InvalidateMinMaxCache(false);
-        FScaledIntDrawBufferY->Resize(c, false);
         const double PlotBase = vertical ? ARect.Right - yoff - 1.0 : ARect.Bottom - yoff;
+        FScaledMapping.YLogarithmic = ylog;
+        FScaledMapping.YScale = yscale;
+        FScaledMapping.YBase = PlotBase;
+        FScaledYStale = true;
         if (!Downsampled) {
+            // Every sample is plotted: its pixels are the points.
+            UpdateScaledBuffers();
             FDownsampledIntDrawBufferX = FScaledIntDrawBufferX;
             FDownsampledIntDrawBufferY = FScaledIntDrawBufferY;
             FDownsampledGapsBuffer = FDrawGapsBuffer;
@@ -235,15 +235,17 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
                 if (G[k] > FScreenStartIndex && G[k] < FScreenStartIndex + c)
                     Gaps.push_back(G[k] - FScreenStartIndex);
             // Two points for each pixel column of the view that the samples reach; samples
-            // beyond the view's edges join its first or last column.
+            // beyond the view's edges join its first or last column. Only a ramp on a linear
+            // axis is downsampled, so the columns follow from the X mapping directly.
             const int32_t Columns = std::max(w, 1);
             std::vector<int32_t> DX(size_t(2) * Columns);
             std::vector<int32_t> First(static_cast<size_t>(Columns));
             std::vector<int32_t> ColumnGaps(std::min<size_t>(Gaps.size(), size_t(Columns)) + 1);
             FDownsampledRealY.resize(size_t(2) * Columns);
-            const TQVDownsampled Cut = QVDownsampleMinMax(
-                YS, FScaledIntDrawBufferX->Read(), c, xb, xb + Columns - 1, Gaps.data(), int32_t(Gaps.size()),
-                DX.data(), FDownsampledRealY.data(), First.data(), ColumnGaps.data());
+            const TQVDownsampled Cut = QVDownsampleRampMinMax(
+                YDraw.Read() + FScreenStartIndex, XS, c, FScaledMapping.XScale * FScaledMapping.XRatio,
+                FScaledMapping.XOffset, xb, xb + Columns - 1, Gaps.data(), int32_t(Gaps.size()), DX.data(),
+                FDownsampledRealY.data(), First.data(), ColumnGaps.data(), &DrawYBlocks(), FScreenStartIndex);
             FDownsampledRealY.resize(size_t(Cut.Points));
             FDownsampledRealX.resize(size_t(Cut.Points));
             for (int32_t k = 0; k < Cut.Points; ++k)
@@ -258,7 +260,14 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
                 DGW[k] = ColumnGaps[size_t(k)] + FScreenStartIndex;
             FDownsampledGapsBuffer = std::move(DG);
         }
-        QVMapY(YS, c, yscale, ylog, PlotBase, FScaledIntDrawBufferY->Write());
+        // The Y extent of the record: from the columns when they cover all of it.
+        if (Rescan) {
+            const bool Found = Downsampled && c == n
+                                   ? QVArrayMinMax(FDownsampledRealY.data(), FDownsampledRealY.size(), ymin2, ymax2)
+                                   : GetDrawYExtremes(0, n, false, ymin2, ymax2);
+            if (!Found)
+                ymin2 = ymax2 = std::numeric_limits<double>::quiet_NaN();
+        }
 
         FCurrentDownsampledDataSize = d;
         FCurrentDataSize = n;
@@ -291,7 +300,69 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
 
     // The plot.
     (this->*ADrawProc)(ACanvas, AColor, ARect, yoff, FYScreenDataBuffer->Read(), FXScreenDataBuffer->Read(),
-                       FYScreenDataBuffer->GetSize(), *FScaledIntDrawBufferX, *FScaledIntDrawBufferY, Printing);
+                       FYScreenDataBuffer->GetSize(), *FDownsampledIntDrawBufferX, *FDownsampledIntDrawBufferY,
+                       Printing);
+}
+
+const TQVBlockExtremes& TQVScopeChannel::DrawYBlocks() const
+{
+    const IQVRealBuffer& Y = *FYDrawDataBuffer;
+    if (!FYBlocksValid || FYBlocksGeneration != FDrawGeneration || FYBlocksData != Y.Read() ||
+        FYBlocks.GetCount() != Y.GetSize()) {
+        FYBlocks.Build(Y.Read(), Y.GetSize());
+        FYBlocksGeneration = FDrawGeneration;
+        FYBlocksData = Y.Read();
+        FYBlocksValid = true;
+    }
+    return FYBlocks;
+}
+
+bool TQVScopeChannel::GetDrawYExtremes(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const
+{
+    return DrawYBlocks().MinMax(FYDrawDataBuffer->Read(), AFirst, AEnd, AFinite, ALo, AHi);
+}
+
+void TQVScopeChannel::UpdateScaledBuffers() const
+{
+    if (FScaledXStale)
+        FillScaledX();
+    if (FScaledYStale)
+        FillScaledY();
+}
+
+void TQVScopeChannel::FillScaledX() const
+{
+    const TScaledMapping& M = FScaledMapping;
+    const int32_t c = FXScreenDataBuffer->GetSize();
+    const double* XS = FXScreenDataBuffer->Read();
+    FScaledIntDrawBufferX->Resize(c, false);
+    // Filled anew; a buffer nobody else holds is reused rather than reallocated.
+    if (FScaledRealDrawBufferX.use_count() == 1)
+        FScaledRealDrawBufferX->Resize(c, false);
+    else
+        FScaledRealDrawBufferX = std::make_shared<TQVRealBuffer>(uint32_t(c));
+    int32_t* XInts = FScaledIntDrawBufferX->Write();
+    double* XReal = FScaledRealDrawBufferX->Write();
+    if (!M.XLogarithmic) {
+        const double Scale = M.XScale * M.XRatio;
+        QVMapX(XS, c, Scale, M.XOffset, false, Scale * M.XPerColumn, XInts, XReal);
+    } else {
+        const double RealScale = M.XScale * M.XPerColumn;
+        for (int32_t i = 0; i < c; ++i) {
+            XReal[i] = QVPlotLog(XS[i]) * RealScale;
+            XInts[i] = QVPixelOf(QVPlotLog(XS[i] * M.XRatio) * M.XScale + M.XBegin - M.XLowered);
+        }
+    }
+    FScaledXStale = false;
+}
+
+void TQVScopeChannel::FillScaledY() const
+{
+    const TScaledMapping& M = FScaledMapping;
+    const int32_t c = FYScreenDataBuffer->GetSize();
+    FScaledIntDrawBufferY->Resize(c, false);
+    QVMapY(FYScreenDataBuffer->Read(), c, M.YScale, M.YLogarithmic, M.YBase, FScaledIntDrawBufferY->Write());
+    FScaledYStale = false;
 }
 
 void TQVScopeChannel::ChannelDataDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, double AYOffset,

@@ -95,6 +95,88 @@ double ReduceBlock(const double* AData, size_t ACount, double AStart)
 }
 #endif
 
+// Both extremes in one read of the samples. TSkip::Take turns a sample that does not count into
+// NaN, which then changes neither accumulator (see TLess/TGreater).
+struct TKeepAll {
+    template <class V>
+    static V Take(V AValue)
+    {
+        return AValue;
+    }
+};
+struct TFiniteOnly {
+    // x - x is 0 for a finite x and NaN for an infinity or NaN: a finite sample is kept as
+    // it is, any other becomes that NaN. A select, so it stays branch-free.
+    template <class V>
+    static V Take(V AValue)
+    {
+        const V Zero = AValue - AValue;
+        return Zero == Zero ? AValue : Zero;
+    }
+};
+
+template <class TSkip>
+void ReduceBoth(const double* AData, size_t ACount, double& ALo, double& AHi)
+{
+    constexpr double Inf = std::numeric_limits<double>::infinity();
+    double Lo = Inf, Hi = -Inf;
+    size_t i = 0;
+#if defined(__GNUC__) || defined(__clang__)
+    const TPair PInf = {Inf, Inf}, NInf = {-Inf, -Inf};
+    TPair L0 = PInf, L1 = PInf, L2 = PInf, L3 = PInf, H0 = NInf, H1 = NInf, H2 = NInf, H3 = NInf;
+    for (; i + 8 <= ACount; i += 8) {
+        TPair X0, X1, X2, X3;
+        std::memcpy(&X0, AData + i, sizeof X0);
+        std::memcpy(&X1, AData + i + 2, sizeof X1);
+        std::memcpy(&X2, AData + i + 4, sizeof X2);
+        std::memcpy(&X3, AData + i + 6, sizeof X3);
+        X0 = TSkip::Take(X0);
+        X1 = TSkip::Take(X1);
+        X2 = TSkip::Take(X2);
+        X3 = TSkip::Take(X3);
+        L0 = TLess::Pick(X0, L0);
+        L1 = TLess::Pick(X1, L1);
+        L2 = TLess::Pick(X2, L2);
+        L3 = TLess::Pick(X3, L3);
+        H0 = TGreater::Pick(X0, H0);
+        H1 = TGreater::Pick(X1, H1);
+        H2 = TGreater::Pick(X2, H2);
+        H3 = TGreater::Pick(X3, H3);
+    }
+    L0 = TLess::Pick(L1, L0);
+    L2 = TLess::Pick(L3, L2);
+    L0 = TLess::Pick(L2, L0);
+    H0 = TGreater::Pick(H1, H0);
+    H2 = TGreater::Pick(H3, H2);
+    H0 = TGreater::Pick(H2, H0);
+    Lo = TLess::Pick(L0[1], L0[0]);
+    Hi = TGreater::Pick(H0[1], H0[0]);
+#endif
+    for (; i < ACount; ++i) {
+        const double X = TSkip::Take(AData[i]);
+        Lo = TLess::Pick(X, Lo);
+        Hi = TGreater::Pick(X, Hi);
+    }
+    ALo = Lo;
+    AHi = Hi;
+}
+
+// The finite extremes equal the extremes of the numbers unless one of those is infinite; only
+// then, which real records rarely give, is the block read a second time.
+void ReduceFour(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo,
+                double& AFiniteHi)
+{
+    constexpr double Inf = std::numeric_limits<double>::infinity();
+    ReduceBoth<TKeepAll>(AData, ACount, ALo, AHi);
+    if (ALo > -Inf && AHi < Inf) {
+        // Both finite, or +inf and -inf for a block without numbers: the same for finite.
+        AFiniteLo = ALo;
+        AFiniteHi = AHi;
+    } else {
+        ReduceBoth<TFiniteOnly>(AData, ACount, AFiniteLo, AFiniteHi);
+    }
+}
+
 bool HasNumber(const double* AData, size_t ACount)
 {
     for (size_t i = 0; i < ACount; ++i)
@@ -142,6 +224,37 @@ void QVArrayConvert(const uint16_t* ASource, double* ADest, size_t ACount) { Con
 
 double QVArrayMin(const double* AData, size_t ACount) { return Extreme<TLess>(AData, ACount, kInf); }
 double QVArrayMax(const double* AData, size_t ACount) { return Extreme<TGreater>(AData, ACount, -kInf); }
+
+bool QVArrayMinMax(const double* AData, size_t ACount, double& ALo, double& AHi)
+{
+    double Lo, Hi;
+    ReduceBoth<TKeepAll>(AData, ACount, Lo, Hi);
+    // The accumulators start at the infinities: an untouched pair is only told apart from
+    // real infinite samples by a second look, which then finds a number almost at once.
+    if ((Lo == kInf || Hi == -kInf) && !HasNumber(AData, ACount))
+        return false;
+    ALo = Lo;
+    AHi = Hi;
+    return true;
+}
+
+bool QVArrayFiniteMinMax(const double* AData, size_t ACount, double& ALo, double& AHi)
+{
+    double Lo, Hi;
+    ReduceBoth<TFiniteOnly>(AData, ACount, Lo, Hi);
+    // Only finite samples were taken, so an infinite accumulator means none was.
+    if (Lo == kInf)
+        return false;
+    ALo = Lo;
+    AHi = Hi;
+    return true;
+}
+
+void QVArrayExtremes(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo,
+                     double& AFiniteHi)
+{
+    ReduceFour(AData, ACount, ALo, AHi, AFiniteLo, AFiniteHi);
+}
 
 int32_t QVArrayMin(const int32_t* AData, size_t ACount)
 {

@@ -24,6 +24,18 @@ void QVArrayConvert(const uint16_t* ASource, double* ADest, size_t ACount);
 double QVArrayMin(const double* AData, size_t ACount);
 double QVArrayMax(const double* AData, size_t ACount);
 
+// Both extremes of ACount doubles in one pass, NaN skipped and infinities counted: false, and
+// ALo and AHi untouched, when no sample is a number.
+bool QVArrayMinMax(const double* AData, size_t ACount, double& ALo, double& AHi);
+// Both extremes of the finite samples (NaN and infinities skipped) in one pass: false, and ALo
+// and AHi untouched, when no sample is finite.
+bool QVArrayFiniteMinMax(const double* AData, size_t ACount, double& ALo, double& AHi);
+
+// All four in one pass, for summaries: ALo and AHi of the numbers (NaN skipped), AFiniteLo and
+// AFiniteHi of the finite samples. A kind with no sample gives +inf and -inf.
+void QVArrayExtremes(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo,
+                     double& AFiniteHi);
+
 // Smallest and largest of ACount integers; for ACount 0, INT32_MAX and INT32_MIN respectively.
 int32_t QVArrayMin(const int32_t* AData, size_t ACount);
 int32_t QVArrayMax(const int32_t* AData, size_t ACount);

@@ -125,6 +125,37 @@ TEST(ScopeYAxis, AutoscalingReadsOnlyTheSamplesTheXAxisShows)
     EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), -1.0, 1.0);
 }
 
+TEST(ScopeYAxis, KeptExtremesFollowNewDataOfTheSameSizeAndEveryNewVisibleRange)
+{
+    TQVScope Scope;
+    Scope.GetYAxis()->GetAutoScaling()->SetMaxHistory(1);
+    TQVScopeXAxis& X = *Scope.GetXAxis();
+    Feed(Scope, Line(1000, 0, 999));
+    X.GetMin()->SetAutoScale(false);
+    X.GetMin()->SetValue(100.0);
+    X.GetMax()->SetAutoScale(false);
+    X.GetMax()->SetValue(200.0);
+    EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), 100.0, 200.0);
+    // New samples of the same count, possibly into the same buffer: read anew.
+    Feed(Scope, Line(1000, 1000, 1999));
+    EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), 1100.0, 1200.0);
+    // Another visible range, and back: each read for its own range.
+    X.GetMax()->SetValue(500.0);
+    Scope.GetYAxis()->InvalidateMinMaxCache(true);
+    EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), 1100.0, 1500.0);
+    X.GetMax()->SetValue(200.0);
+    Scope.GetYAxis()->InvalidateMinMaxCache(true);
+    EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), 1100.0, 1200.0);
+    // A second channel's samples count, and leave again when it is hidden.
+    if (Scope.GetChannels()->GetCount() < 2)
+        Scope.GetChannels()->Add();
+    Feed(Scope, Line(1000, -5000, -4001), 1);
+    EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), -4900.0, 1200.0);
+    Scope.GetChannels()->GetItem(1)->SetVisible(false);
+    Scope.RefreshView();
+    EXPECT_LIMITS(Full(Scope.GetYAxis()->GetDataTotal()), 1100.0, 1200.0);
+}
+
 TEST(ScopeYAxis, HistorySizeChangesNeverReadOutsideTheHistory)
 {
     TQVScope Scope;

@@ -53,6 +53,49 @@ TEST_F(TPlotFixture, MillionSampleRampPlotsTwoPointsPerColumnWithTheExtremesOfEa
     EXPECT_EQ(ColumnExtents(Plotted(0)), ColumnExtents(Plotted(1)));
 }
 
+TEST_F(TPlotFixture, ScaledPixelsOfADownsampledFrameAreWorkedOutWhenAskedForAsIfPlottedOneByOne)
+{
+    // Channel 0 is a ramp and is downsampled; channel 1 has the same samples with explicit X
+    // and is plotted sample by sample, so its scaled buffers are filled as it draws.
+    const int32_t N = 200000;
+    std::vector<double> Y = Noise(N, 11);
+    for (int32_t j = 0; j < N; j += 977)
+        Y[size_t(j)] = NaN;
+    Ramp(Y, 0);
+    Channel(1)->GetData()->AddXYData(Seq(0.0, N).data(), Y.data(), N);
+    Scope.PopulateDrawBuffers();
+    const auto Compare = [&](const char* AWhat) {
+        SCOPED_TRACE(AWhat);
+        Draw(0);
+        Draw(1);
+        ASSERT_LT(Plotted(0).size(), 1001u);
+        const int32_t Start = Channel(0)->GetScreenStartIndex();
+        const auto& X0 = *Channel(0)->GetScaledIntDrawBufferX();
+        const auto& Y0 = *Channel(0)->GetScaledIntDrawBufferY();
+        const auto& R0 = *Channel(0)->GetScaledRealDrawBufferX();
+        const auto& X1 = *Channel(1)->GetScaledIntDrawBufferX();
+        const auto& Y1 = *Channel(1)->GetScaledIntDrawBufferY();
+        const auto& R1 = *Channel(1)->GetScaledRealDrawBufferX();
+        const int32_t c = Channel(0)->GetYScreenDataBuffer()->GetSize();
+        ASSERT_GT(c, 1000);
+        ASSERT_EQ(X0.GetSize(), c);
+        ASSERT_EQ(Y0.GetSize(), c);
+        ASSERT_EQ(R0.GetSize(), c);
+        for (int32_t i = 0; i < c; ++i) {
+            ASSERT_EQ(X0.GetItem(i), X1.GetItem(Start + i)) << i;
+            ASSERT_EQ(Y0.GetItem(i), Y1.GetItem(Start + i)) << i;
+            ASSERT_EQ(R0.GetItem(i), R1.GetItem(Start + i)) << i;
+        }
+    };
+    Compare("whole record");
+    SetXRange(20000.5, 70000.0);
+    Compare("zoomed");
+    SetYRange(20.0, 80.0); // only Y moves
+    Compare("new Y range");
+    Scope.GetXAxis()->SetReversed(true);
+    Compare("reversed X");
+}
+
 TEST_F(TPlotFixture, DownsamplingBeginsOneSampleAboveTwiceTheUsedWidthPlusEight)
 {
     Ramp(Noise(1008, 1)); // X follows the data: the whole record fills the 500 columns

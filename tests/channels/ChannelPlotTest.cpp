@@ -86,6 +86,71 @@ TEST(ChannelPlotDownsample, ColumnsSkipNaNClampEdgesAndBreakInFrontOfGaps)
     EXPECT_EQ(OG[1], 6);
 }
 
+TEST(ChannelPlotDownsample, RampColumnsFromThePixelFormulaMatchSampleBySampleMapping)
+{
+    // Awkward mappings: fractional samples per column, offsets that put the record's ends off
+    // the view, a ramp not starting at 0, a reversed axis (negative scale), columns narrower
+    // than a sample, and scales that put samples exactly on rounding boundaries.
+    struct TCase {
+        int32_t Count;
+        double X0;
+        double Scale;
+        double Offset;
+        int32_t Low, High;
+    };
+    const TCase Cases[] = {
+        {100000, 0.0, 499.0 / 99999.0, 0.0, 0, 499},          // the whole record in 500 columns
+        {100003, 0.0, 0.0031, 17.25, 10, 309},                // non-integer samples per column
+        {50000, 12345.0, 0.0125, -200.4, 0, 399},             // a zoomed window: both ends beyond
+        {40000, 0.0, -0.01, 399.7, 0, 399},                   // reversed: X runs right to left
+        {30000, -7.0, 0.5, 0.0, 0, 999},                      // two samples per column
+        {20000, 0.0, 2.5, -1000.0, 0, 999},                   // more columns than samples
+        {65536, 0.0, 1.0 / 64.0, 0.5, 0, 1023},               // exact .5 boundaries (ties to even)
+        {10, 0.0, 100.0, 0.0, 0, 3},                          // far off both edges after sample 0
+        {1, 5.0, 1.0, 0.0, 0, 9},                             // a single sample
+    };
+    for (const TCase& C : Cases) {
+        std::vector<double> X(size_t(C.Count)), Y(size_t(C.Count));
+        for (int32_t i = 0; i < C.Count; ++i) {
+            X[size_t(i)] = C.X0 + i;
+            Y[size_t(i)] = std::sin(i * 0.37) * 50.0 + (i % 101 == 0 ? 80.0 : 0.0);
+        }
+        // NaN runs that cross column boundaries, and a record end of NaN.
+        for (int32_t Start : {C.Count / 3, C.Count / 2 + 7, C.Count - 3})
+            for (int32_t i = Start; i < std::min(C.Count, Start + 900); ++i)
+                if (i >= 0)
+                    Y[size_t(i)] = NaN;
+        std::vector<int32_t> Gaps;
+        for (int32_t g = 5; g < C.Count; g += 4999)
+            Gaps.push_back(g);
+        std::vector<int32_t> Pixels(size_t(C.Count));
+        QVMapX(X.data(), C.Count, C.Scale, C.Offset, false, 0.0, Pixels.data(), nullptr);
+
+        const size_t Room = 2 * size_t(C.High - C.Low + 1);
+        std::vector<int32_t> EX(Room), EFirst(Room / 2), EGaps(Gaps.size() + 1);
+        std::vector<int32_t> GX(Room), GFirst(Room / 2), GGaps(Gaps.size() + 1);
+        std::vector<double> EY(Room), GY(Room);
+        const TQVDownsampled E =
+            QVDownsampleMinMax(Y.data(), Pixels.data(), C.Count, C.Low, C.High, Gaps.data(), int32_t(Gaps.size()),
+                               EX.data(), EY.data(), EFirst.data(), EGaps.data());
+        const TQVDownsampled G = QVDownsampleRampMinMax(Y.data(), X.data(), C.Count, C.Scale, C.Offset, C.Low,
+                                                        C.High, Gaps.data(), int32_t(Gaps.size()), GX.data(),
+                                                        GY.data(), GFirst.data(), GGaps.data());
+        SCOPED_TRACE("count " + std::to_string(C.Count) + ", scale " + std::to_string(C.Scale));
+        ASSERT_GT(E.Points, 0);
+        ASSERT_EQ(E.Points, G.Points);
+        ASSERT_EQ(E.GapCount, G.GapCount);
+        for (int32_t k = 0; k < E.Points; ++k) {
+            ASSERT_EQ(EX[size_t(k)], GX[size_t(k)]) << k;
+            ASSERT_TRUE(EY[size_t(k)] == GY[size_t(k)] || (std::isnan(EY[size_t(k)]) && std::isnan(GY[size_t(k)])))
+                << k;
+            ASSERT_EQ(EFirst[size_t(k / 2)], GFirst[size_t(k / 2)]) << k;
+        }
+        for (int32_t k = 0; k < E.GapCount; ++k)
+            ASSERT_EQ(EGaps[size_t(k)], GGaps[size_t(k)]) << k;
+    }
+}
+
 TEST(ChannelPlotMapping, ValuesBecomeClippedPixelsAndNaNBecomesMissing)
 {
     const std::vector<double> V{0, 25, 100, NaN, Inf, -Inf, -1e300, DBL_MAX};

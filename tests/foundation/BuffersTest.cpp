@@ -1,6 +1,7 @@
 // Sample buffers and the typed queue: sharing until a write, conversions at the extremes of
 // each element kind, extremes with missing (NaN) samples, errors, and the queue under threads.
 #include "qv/foundation/QVArrayOps.h"
+#include "qv/foundation/QVBlockExtremes.h"
 #include "qv/foundation/QVBuffers.h"
 #include "qv/foundation/QVTypedDataQueue.h"
 
@@ -404,3 +405,110 @@ TEST(TypedDataQueue, ConcurrentProducersAndConsumersLoseAndDuplicateNothing)
 }
 
 } // namespace
+
+TEST(ArrayExtremes, BothInOnePassAgreeWithASimpleScanAndTellFiniteFromNumber)
+{
+    // A simple scan: what counts is a number (both) or a finite number (finite only).
+    const auto Scan = [](const std::vector<double>& AV, bool AFinite, double& ALo, double& AHi) {
+        bool Found = false;
+        for (double V : AV) {
+            if (V != V || (AFinite && !std::isfinite(V)))
+                continue;
+            ALo = Found ? std::min(ALo, V) : V;
+            AHi = Found ? std::max(AHi, V) : V;
+            Found = true;
+        }
+        return Found;
+    };
+    const double OddValues[] = {kNaN, kInf, -kInf};
+    for (int32_t N = 0; N <= 23; ++N)
+        for (int32_t Pos = 0; Pos < std::max(N, 1); ++Pos)
+            for (double Odd : OddValues) {
+                std::vector<double> V(static_cast<size_t>(N));
+                for (int32_t i = 0; i < N; ++i)
+                    V[size_t(i)] = std::sin(i * 2.1) * 10.0;
+                if (N > 0)
+                    V[size_t(Pos)] = Odd;
+                for (const bool Finite : {false, true}) {
+                    double Lo = 99, Hi = 99, ELo = 0, EHi = 0;
+                    const bool Got = Finite ? QVArrayFiniteMinMax(V.data(), V.size(), Lo, Hi)
+                                            : QVArrayMinMax(V.data(), V.size(), Lo, Hi);
+                    const bool Expected = Scan(V, Finite, ELo, EHi);
+                    ASSERT_EQ(Expected, Got) << N << " " << Pos << " " << Odd << " " << Finite;
+                    if (Expected) {
+                        ASSERT_EQ(ELo, Lo) << N << " " << Pos << " " << Odd << " " << Finite;
+                        ASSERT_EQ(EHi, Hi) << N << " " << Pos << " " << Odd << " " << Finite;
+                    } else {
+                        EXPECT_EQ(99, Lo); // left untouched
+                        EXPECT_EQ(99, Hi);
+                    }
+                }
+            }
+    // Nothing but non-finite values: a number is there for one, nothing finite for the other.
+    const std::vector<double> OnlyInf = {kNaN, kInf, kNaN, kInf, kInf, kNaN};
+    double Lo = 0, Hi = 0;
+    ASSERT_TRUE(QVArrayMinMax(OnlyInf.data(), OnlyInf.size(), Lo, Hi));
+    EXPECT_EQ(kInf, Lo);
+    EXPECT_EQ(kInf, Hi);
+    EXPECT_FALSE(QVArrayFiniteMinMax(OnlyInf.data(), OnlyInf.size(), Lo, Hi));
+}
+
+TEST(BlockExtremes, AnyRangeAgreesWithReadingItsSamples)
+{
+    // Ranges that start and end inside blocks, on block edges, inside one block, empty, and
+    // beyond the record; NaN runs longer than a block and lone infinities.
+    const int32_t N = 1000;
+    std::vector<double> V(static_cast<size_t>(N));
+    for (int32_t i = 0; i < N; ++i)
+        V[size_t(i)] = std::cos(i * 0.71) * double(i % 17);
+    for (int32_t i = 200; i < 340; ++i)
+        V[size_t(i)] = kNaN;
+    V[77] = kInf;
+    V[700] = -kInf;
+    TQVBlockExtremes B;
+    B.Build(V.data(), N);
+    ASSERT_EQ(N, B.GetCount());
+    const int32_t Edges[] = {-5, 0, 1, 63, 64, 65, 127, 128, 200, 210, 339, 340, 341, 699, 700, 701, 999, 1000, 1200};
+    for (int32_t First : Edges)
+        for (int32_t End : Edges)
+            for (const bool Finite : {false, true}) {
+                const int32_t F = std::clamp(First, 0, N), E = std::clamp(End, F, N);
+                double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
+                const bool Expected = E > F && (Finite ? QVArrayFiniteMinMax(V.data() + F, size_t(E - F), ELo, EHi)
+                                                       : QVArrayMinMax(V.data() + F, size_t(E - F), ELo, EHi));
+                ASSERT_EQ(Expected, B.MinMax(V.data(), First, End, Finite, Lo, Hi)) << First << " " << End;
+                ASSERT_EQ(ELo, Lo) << First << " " << End << " " << Finite;
+                ASSERT_EQ(EHi, Hi) << First << " " << End << " " << Finite;
+            }
+    // A record of several groups of blocks: ranges across and inside groups, with the
+    // extremes placed in a part block, a whole block and a whole group in turn.
+    const int32_t Long = 3 * TQVBlockExtremes::BlockSize * TQVBlockExtremes::GroupBlocks + 100;
+    std::vector<double> L(static_cast<size_t>(Long));
+    for (int32_t i = 0; i < Long; ++i)
+        L[size_t(i)] = std::sin(i * 0.013);
+    for (int32_t Spot : {5, 70, 5000, 4096 * 2 + 1, Long - 3}) {
+        std::vector<double> W = L;
+        W[size_t(Spot)] = -9;
+        W[size_t(Long - 1 - Spot)] = kInf;
+        B.Build(W.data(), Long);
+        for (int32_t First : {0, 3, 64, 4095, 4096, 4100, 9000})
+            for (int32_t End : {4096, 8191, 8192, 12000, Long - 1, Long})
+                for (const bool Finite : {false, true}) {
+                    double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
+                    const size_t Count = End > First ? size_t(End - First) : 0;
+                    const bool Expected = Finite ? QVArrayFiniteMinMax(W.data() + First, Count, ELo, EHi)
+                                                 : QVArrayMinMax(W.data() + First, Count, ELo, EHi);
+                    ASSERT_EQ(Expected, B.MinMax(W.data(), First, End, Finite, Lo, Hi)) << Spot << " " << First;
+                    ASSERT_EQ(ELo, Lo) << Spot << " " << First << " " << End << " " << Finite;
+                    ASSERT_EQ(EHi, Hi) << Spot << " " << First << " " << End << " " << Finite;
+                }
+    }
+
+    // A rebuilt summary follows new samples; an empty one finds nothing.
+    V.assign(10, kNaN);
+    B.Build(V.data(), 10);
+    double Lo = 0, Hi = 0;
+    EXPECT_FALSE(B.MinMax(V.data(), 0, 10, false, Lo, Hi));
+    B.Build(nullptr, 0);
+    EXPECT_FALSE(B.MinMax(nullptr, 0, 10, true, Lo, Hi));
+}
