@@ -16,13 +16,6 @@ namespace qv {
 
 namespace {
 
-void CheckFactor(const char* AWhere, double AValue)
-{
-    if (!std::isfinite(AValue) || AValue <= 0.0)
-        throw std::invalid_argument(std::string(AWhere) + ": zoom factor " + std::to_string(AValue) +
-                                    " is not a positive number");
-}
-
 void CheckLimits(const char* AWhere, double AMin, double AMax)
 {
     if (!std::isfinite(AMin) || !std::isfinite(AMax))
@@ -50,7 +43,7 @@ double TQVDisplayAxis::GetZoomedOrCurrentMax() const
 
 void TQVDisplayAxis::ZoomBy(double AValue, bool SaveHistory)
 {
-    CheckFactor("TQVDisplayAxis.ZoomBy", AValue);
+    QVCheckZoomFactor("TQVDisplayAxis.ZoomBy", AValue);
     auto Guard = GetLock()->AcquireWrite();
     TQVDataDisplay* Display = GetDisplay();
     if (SaveHistory)

@@ -11,21 +11,21 @@
 
 namespace qv {
 
-namespace {
-
-void CheckFactor(const char* AWhere, double AValue)
+void QVCheckZoomFactor(const char* AWhere, double AValue)
 {
     if (!std::isfinite(AValue) || AValue <= 0.0)
         throw std::invalid_argument(std::string(AWhere) + ": zoom factor " + std::to_string(AValue) +
                                     " is not a positive number");
 }
 
-void CheckLimit(const char* AWhere, double AValue)
+void QVCheckZoomLimit(const char* AWhere, double AValue)
 {
     if (!std::isfinite(AValue))
         throw std::invalid_argument(std::string(AWhere) + ": zoom limit " + std::to_string(AValue) +
                                     " is not a finite number");
 }
+
+namespace {
 
 // The other axes of a direction follow the main one by proportion: each edge moves by the
 // same fraction of the axis' own window as the main axis' edge moves of its window.
@@ -157,8 +157,8 @@ void TQVDataDisplay::IntZoomOff()
 
 void TQVDataDisplay::ZoomBy(double XValue, double YValue, bool SaveHistory)
 {
-    CheckFactor("TQVDataDisplay.ZoomBy", XValue);
-    CheckFactor("TQVDataDisplay.ZoomBy", YValue);
+    QVCheckZoomFactor("TQVDataDisplay.ZoomBy", XValue);
+    QVCheckZoomFactor("TQVDataDisplay.ZoomBy", YValue);
     auto Guard = GetLock()->AcquireWrite();
     if (SaveHistory)
         SaveUndoZoom(false);
@@ -185,7 +185,7 @@ void TQVDataDisplay::ZoomToWindow(const char* AOperation, double XMin, double XM
                                   bool SaveHistory, bool AIsScale)
 {
     for (double Value : {XMin, XMax, YMin, YMax})
-        CheckLimit(AOperation, Value);
+        QVCheckZoomLimit(AOperation, Value);
     auto Guard = GetLock()->AcquireWrite();
     if (SaveHistory)
         SaveUndoZoom(false);
@@ -222,8 +222,8 @@ void TQVDataDisplay::MouseWheelZoom(const TPoint& APoint, double AXFactor, doubl
 {
     if (!FZooming->GetMouseWheelEnabled())
         return;
-    CheckFactor("TQVDataDisplay.MouseWheelZoom", AXFactor);
-    CheckFactor("TQVDataDisplay.MouseWheelZoom", AYFactor);
+    QVCheckZoomFactor("TQVDataDisplay.MouseWheelZoom", AXFactor);
+    QVCheckZoomFactor("TQVDataDisplay.MouseWheelZoom", AYFactor);
     auto Guard = GetLock()->AcquireWrite();
     if (FZooming->GetMode() == zmXAxis)
         AYFactor = 1.0;
@@ -242,7 +242,7 @@ void TQVDataDisplay::MouseWheelZoomAxis(TQVDisplayAxis* AAxis, const TPoint& APo
 {
     if (!AAxis || FAxes.IndexOf(AAxis) < 0)
         throw std::invalid_argument("TQVDataDisplay.MouseWheelZoomAxis: the axis is not an axis of this display");
-    CheckFactor("TQVDataDisplay.MouseWheelZoomAxis", AFactor);
+    QVCheckZoomFactor("TQVDataDisplay.MouseWheelZoomAxis", AFactor);
     auto Guard = GetLock()->AcquireWrite();
     SaveUndoZoom(true);
     const TQVRealRanges Ranges = GetZoomRanges();

@@ -17,6 +17,11 @@ enum TQVZoomOperation : uint8_t { zoUndo, zoRedo, zoMousePan, zoMouseWheel, zoZo
 using TQVZoomChangedEvent =
     std::function<void(TQLPersistent* Sender, TQVZoomOperation ZoomOperation, TQVRealRanges ZoomValues)>;
 
+// Raise std::invalid_argument, naming AWhere and the value, for a zoom factor that is not a
+// positive number and for a zoom limit that is not finite.
+void QVCheckZoomFactor(const char* AWhere, double AValue);
+void QVCheckZoomLimit(const char* AWhere, double AValue);
+
 } // namespace qv
 
 QL_DECLARE_ENUM(qv::TQVZoomOperation, "zoUndo", "zoRedo", "zoMousePan", "zoMouseWheel", "zoZoom", "zoZoomOff")
