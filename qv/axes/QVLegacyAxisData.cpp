@@ -1,6 +1,7 @@
 #include "qv/axes/QVLegacyAxisData.h"
 
 #include "qv/axes/QVDisplayAxis.h"
+#include "qv/display/QVDisplayZoom.h"
 
 #include <cerrno>
 #include <cmath>
@@ -39,7 +40,9 @@ size_t QVReadAxisRanges(TQVDisplayAxis& AAxis, const std::vector<double>& AValue
     TQVDisplayOptionalValue* const Bounds[] = {AAxis.GetMin()->GetRange()->GetLow(),
                                                AAxis.GetMin()->GetRange()->GetHigh(),
                                                AAxis.GetMax()->GetRange()->GetLow(),
-                                               AAxis.GetMax()->GetRange()->GetHigh()};
+                                               AAxis.GetMax()->GetRange()->GetHigh(),
+                                               AAxis.GetZooming()->GetRange()->GetLow(),
+                                               AAxis.GetZooming()->GetRange()->GetHigh()};
     size_t Read = 0;
     for (TQVDisplayOptionalValue* Bound : Bounds) {
         if (AFirst + Read >= AValues.size())

@@ -14,8 +14,9 @@ class TQVDisplayAxis;
 // number.
 std::vector<double> QVParseRealList(const std::string& AText, const std::string& AWhat);
 
-// The values of Min.Range.Low, Min.Range.High, Max.Range.Low and Max.Range.High from
-// AValues[AFirst] on; a shorter list sets what it holds. Returns how many were read. The
+// The values of Min.Range.Low, Min.Range.High, Max.Range.Low, Max.Range.High,
+// Zooming.Range.Low and Zooming.Range.High from AValues[AFirst] on; a shorter list sets what
+// it holds. Returns how many were read. The
 // enabled flags stay as they are.
 size_t QVReadAxisRanges(TQVDisplayAxis& AAxis, const std::vector<double>& AValues, size_t AFirst);
 

@@ -2,6 +2,7 @@
 // refresh tick's axis steps, the turned display, and the stored form of every axis setting.
 #include "axes/ScopeAxisTestSupport.h"
 
+#include "qv/display/QVDisplayZoom.h"
 #include "qv/foundation/QLStoredForm.h"
 
 #include <stdexcept>
@@ -246,6 +247,8 @@ TEST(DataChart, OlderFormsOfTheXRangesAreRead)
     EXPECT_DOUBLE_EQ(X.GetMin()->GetRange()->GetHigh()->GetValue(), 2.0);
     EXPECT_DOUBLE_EQ(X.GetMax()->GetRange()->GetLow()->GetValue(), 3.0);
     EXPECT_DOUBLE_EQ(X.GetMax()->GetRange()->GetHigh()->GetValue(), 4.0);
+    EXPECT_DOUBLE_EQ(X.GetZooming()->GetRange()->GetLow()->GetValue(), 5.0);
+    EXPECT_DOUBLE_EQ(X.GetZooming()->GetRange()->GetHigh()->GetValue(), 6.0);
     EXPECT_THROW(X.ReadDataTick("1 two"), std::invalid_argument);
 }
 
