@@ -108,14 +108,6 @@ double TQVBasicDisplayXAxis::GetDataZoomedMax() const
     return Value;
 }
 
-void TQVDisplayXAxis::SetIntScaleMode(TQVScaleMode AValue)
-{
-    Set(FScaleMode, AValue, [this] {
-        InvalidateMinMaxCache(true);
-        InvalidateStep();
-    });
-}
-
 std::string TQVBasicDisplayXAxis::GetAxisLabelText() const
 {
     const std::string& Text = GetAxisLabel()->GetText();

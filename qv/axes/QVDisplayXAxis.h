@@ -4,6 +4,7 @@
 // and waterfall X axes give the samples their meaning (time, frequency, X values).
 
 #include "qv/axes/QVDisplayAxis.h"
+#include "qv/axes/QVScaleModeAxis.h"
 
 namespace qv {
 
@@ -63,19 +64,11 @@ protected:
     TPoint FOldMousePos{0, 0};
 };
 
-class TQVDisplayXAxis : public TQVBasicDisplayXAxis {
+class TQVDisplayXAxis : public TQVScaleModeAxis<TQVBasicDisplayXAxis> {
 public:
-    using TQVBasicDisplayXAxis::TQVBasicDisplayXAxis;
-
-    TQVScaleMode GetScaleMode() const override { return FScaleMode; }
-    void SetScaleMode(TQVScaleMode AValue) { SetIntScaleMode(AValue); }
-    TQVScaleMode GetIntScaleMode() const override { return FScaleMode; }
-    void SetIntScaleMode(TQVScaleMode AValue) override;
+    using TQVScaleModeAxis<TQVBasicDisplayXAxis>::TQVScaleModeAxis;
 
     QL_CLASS_INFO()
-
-private:
-    TQVScaleMode FScaleMode = smLinear;
 };
 
 // Draws an axis strip: its background unless it takes the control's colour, the base line

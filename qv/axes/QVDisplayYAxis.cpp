@@ -34,14 +34,6 @@ int32_t TQVBasicDisplayYAxis::GetDefaultOffsetBegin() const
     return Canvas->TextHeight("Xg") / 2 + 4;
 }
 
-void TQVDisplayYAxis::SetIntScaleMode(TQVScaleMode AValue)
-{
-    Set(FScaleMode, AValue, [this] {
-        InvalidateMinMaxCache(true);
-        InvalidateStep();
-    });
-}
-
 const TQLClassInfo& TQVBasicDisplayYAxis::StaticClassInfo()
 {
     static const TQLClassInfo Info =

@@ -3,6 +3,7 @@
 // display) and measure their own strip rather than the data view.
 
 #include "qv/axes/QVDisplayAxis.h"
+#include "qv/axes/QVScaleModeAxis.h"
 
 namespace qv {
 
@@ -34,19 +35,11 @@ protected:
     TPoint FOldMousePos{0, 0};
 };
 
-class TQVDisplayYAxis : public TQVBasicDisplayYAxis {
+class TQVDisplayYAxis : public TQVScaleModeAxis<TQVBasicDisplayYAxis> {
 public:
-    using TQVBasicDisplayYAxis::TQVBasicDisplayYAxis;
-
-    TQVScaleMode GetScaleMode() const override { return FScaleMode; }
-    void SetScaleMode(TQVScaleMode AValue) { SetIntScaleMode(AValue); }
-    TQVScaleMode GetIntScaleMode() const override { return FScaleMode; }
-    void SetIntScaleMode(TQVScaleMode AValue) override;
+    using TQVScaleModeAxis<TQVBasicDisplayYAxis>::TQVScaleModeAxis;
 
     QL_CLASS_INFO()
-
-private:
-    TQVScaleMode FScaleMode = smLinear;
 };
 
 } // namespace qv
