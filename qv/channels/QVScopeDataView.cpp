@@ -71,26 +71,32 @@ const TQVDisplayGridLineSettings* TQVScopeDataView::GridLineFor(TQVTrackingOptio
 void TQVScopeDataView::DrawUpLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero,
                                    int32_t /*AHalfLength*/, bool AMinor, double /*AValue*/, int32_t APosition)
 {
-    const TQVDisplayGridLineSettings* Line = GridLineFor(AAxis, AZero, AMinor);
-    if (!Line)
-        return;
-    const TRect Rect = GetDrawRect();
-    ACanvas.ApplyPen(*Line->GetPen());
-    ACanvas.MoveTo(Rect.Left, APosition);
-    ACanvas.LineTo(Rect.Right - 1, APosition);
+    DrawGridLine(AAxis, ACanvas, AZero, AMinor, APosition, false);
 }
 
 void TQVScopeDataView::DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero,
                                      int32_t /*AHalfLength*/, bool AMinor, double /*AValue*/, int32_t APosition)
+{
+    DrawGridLine(AAxis, ACanvas, AZero, AMinor, APosition, true);
+}
+
+void TQVScopeDataView::DrawGridLine(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, bool AMinor,
+                                    int32_t APosition, bool AVerticalLine)
 {
     const TQVDisplayGridLineSettings* Line = GridLineFor(AAxis, AZero, AMinor);
     if (!Line)
         return;
     const TRect Rect = GetDrawRect();
     ACanvas.ApplyPen(*Line->GetPen());
-    ACanvas.SetPenStyle(psSolid);
-    ACanvas.MoveTo(APosition, Rect.Top);
-    ACanvas.LineTo(APosition, Rect.Bottom - 1);
+    if (AVerticalLine) {
+        // Lines along the display's height are always drawn solid.
+        ACanvas.SetPenStyle(psSolid);
+        ACanvas.MoveTo(APosition, Rect.Top);
+        ACanvas.LineTo(APosition, Rect.Bottom - 1);
+    } else {
+        ACanvas.MoveTo(Rect.Left, APosition);
+        ACanvas.LineTo(Rect.Right - 1, APosition);
+    }
 }
 
 // ---- Mouse ----

@@ -85,6 +85,9 @@ private:
 
     // The line settings for a tick, or null when no line is drawn there.
     const TQVDisplayGridLineSettings* GridLineFor(TQVTrackingOptionalAxis* AAxis, bool AZero, bool AMinor) const;
+    // One grid line at APosition: across the view's height (AVerticalLine) or its width.
+    void DrawGridLine(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, bool AMinor, int32_t APosition,
+                      bool AVerticalLine);
 
     std::unique_ptr<TQVDisplayGridLineSettings> FBorder;
     // A pan moved an axis since the button went down.

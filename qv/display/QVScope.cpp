@@ -48,7 +48,8 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
 {
     RecalculateViewRects();
     // A print leaves the flag for the next screen paint.
-    const bool Recalculated = !APrinting && FNeedsRecalc.exchange(false, std::memory_order_acq_rel);
+    if (!APrinting)
+        FNeedsRecalc.store(false, std::memory_order_release);
     const TRect ViewRect = FDataView->GetDrawRect();
     const bool ViewInRegion = !ViewRect.IsEmpty() && ARegion.RectInRegion(ViewRect);
     // Elements clip at the view's bottom edge less one pixel.
@@ -103,9 +104,6 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
         }
         Elements.Draw(ekMarkerGroups, ddpForeground, ACanvas, ClipRect, APrinting);
         Elements.Draw(ekLabels, ddpForeground, ACanvas, ClipRect, APrinting);
-        // The hit tests of the plot run on a recalculated frame once the data view
-        // interacts with the mouse.
-        (void)Recalculated;
         if (!APrinting)
             for (TQVDisplayView* View : GetViews())
                 if (View->IsVisible() && ARegion.RectInRegion(View->GetDrawRect()))
