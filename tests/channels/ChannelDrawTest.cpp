@@ -25,38 +25,12 @@ std::vector<double> Noise(int32_t ACount, unsigned ASeed)
 }
 } // namespace
 
-TEST_F(TPlotFixture, MillionSampleRampPlotsTwoPointsPerColumnWithTheExtremesOfEachColumn)
-{
-    const int32_t N = 1000000;
-    std::vector<double> Y = Noise(N, 3);
-    for (int32_t j = 1234; j < N; j += 7919) // spikes, so that columns differ
-        Y[size_t(j)] += (j % 2 ? 40.0 : -40.0);
-    Ramp(Y, 0);
-    Channel(1)->GetData()->AddXYData(Seq(0.0, N).data(), Y.data(), N);
-    Scope.PopulateDrawBuffers();
-    Draw(0);
-    EXPECT_EQ(Canvas.Of("LineTo").size(), 999u);
-    Draw(1);
-    ASSERT_EQ(Plotted(1).size(), size_t(N)); // explicit X: sample by sample
-    // Column by column, the two points are the highest and lowest pixel of the samples
-    // drawn one by one.
-    const auto Down = ColumnExtents(Plotted(0));
-    EXPECT_EQ(Plotted(0).size(), 1000u);
-    EXPECT_EQ(Down.size(), 500u);
-    EXPECT_EQ(Down, ColumnExtents(Plotted(1)));
-    // The same on a reversed X axis, where the columns come right to left.
-    XAxis().SetReversed(true);
-    Draw(0);
-    Draw(1);
-    EXPECT_EQ(Plotted(0).size(), 1000u);
-    EXPECT_GT(Plotted(0).front().first, Plotted(0).back().first);
-    EXPECT_EQ(ColumnExtents(Plotted(0)), ColumnExtents(Plotted(1)));
-}
-
-TEST_F(TPlotFixture, ScaledPixelsOfADownsampledFrameAreWorkedOutWhenAskedForAsIfPlottedOneByOne)
+TEST_F(TPlotFixture, DownsampledFrameHoldsEachColumnsExtremesAndTheScaledPixelsOfSampleBySample)
 {
     // Channel 0 is a ramp and is downsampled; channel 1 has the same samples with explicit X
-    // and is plotted sample by sample, so its scaled buffers are filled as it draws.
+    // and is plotted sample by sample, so its scaled buffers are filled as it draws. The
+    // scaled pixels of the downsampled frame are worked out when asked for, as if plotted one
+    // by one; over the whole record each column's two points are its highest and lowest pixel.
     const int32_t N = 200000;
     std::vector<double> Y = Noise(N, 11);
     for (int32_t j = 0; j < N; j += 977)
@@ -64,11 +38,18 @@ TEST_F(TPlotFixture, ScaledPixelsOfADownsampledFrameAreWorkedOutWhenAskedForAsIf
     Ramp(Y, 0);
     Channel(1)->GetData()->AddXYData(Seq(0.0, N).data(), Y.data(), N);
     Scope.PopulateDrawBuffers();
-    const auto Compare = [&](const char* AWhat) {
+    const auto Compare = [&](const char* AWhat, bool AWholeRecord) {
         SCOPED_TRACE(AWhat);
-        Draw(0);
         Draw(1);
+        ASSERT_EQ(Plotted(1).size(), size_t(N));
+        Draw(0);
         ASSERT_LT(Plotted(0).size(), 1001u);
+        if (AWholeRecord) {
+            EXPECT_EQ(Canvas.Of("LineTo").size(), Plotted(0).size() - 1);
+            const auto Down = ColumnExtents(Plotted(0));
+            EXPECT_EQ(Down.size(), 500u);
+            EXPECT_EQ(Down, ColumnExtents(Plotted(1)));
+        }
         const int32_t Start = Channel(0)->GetScreenStartIndex();
         const auto& X0 = *Channel(0)->GetScaledIntDrawBufferX();
         const auto& Y0 = *Channel(0)->GetScaledIntDrawBufferY();
@@ -87,13 +68,17 @@ TEST_F(TPlotFixture, ScaledPixelsOfADownsampledFrameAreWorkedOutWhenAskedForAsIf
             ASSERT_EQ(R0.GetItem(i), R1.GetItem(Start + i)) << i;
         }
     };
-    Compare("whole record");
+    Compare("whole record", true);
+    XAxis().SetReversed(true); // the columns come right to left
+    Compare("reversed X", true);
+    EXPECT_GT(Plotted(0).front().first, Plotted(0).back().first);
+    XAxis().SetReversed(false);
     SetXRange(20000.5, 70000.0);
-    Compare("zoomed");
+    Compare("zoomed", false);
     SetYRange(20.0, 80.0); // only Y moves
-    Compare("new Y range");
-    Scope.GetXAxis()->SetReversed(true);
-    Compare("reversed X");
+    Compare("new Y range", false);
+    XAxis().SetReversed(true);
+    Compare("zoomed and reversed X", false);
 }
 
 TEST_F(TPlotFixture, DownsamplingBeginsOneSampleAboveTwiceTheUsedWidthPlusEight)
@@ -366,10 +351,10 @@ TEST(ScopeChannelSettings, PlotSettingsAreCheckedCopiedAndNotified)
     TTestScope Scope;
     TQVScopeChannel* A = Scope.GetChannels()->GetItem(0);
     TQVScopeChannel* B = Scope.GetChannels()->Add();
-    A->SetWidth(0);
-    EXPECT_EQ(A->GetWidth(), 1);
-    A->SetWidth(5000);
-    EXPECT_EQ(A->GetWidth(), 2000);
+    for (auto [Given, Kept] : {std::pair{-4, 1}, {0, 1}, {2000, 2000}, {5000, 2000}}) {
+        A->SetWidth(Given);
+        EXPECT_EQ(A->GetWidth(), Kept) << Given;
+    }
     ExpectError([&] { A->SetChannelMode(static_cast<TQVScopeChannelMode>(9)); }, "9");
     ExpectError([&] { A->SetShadeMode(static_cast<TQVChannelShadeMode>(7)); }, "7");
     ExpectError([&] { A->GetPoints()->SetShape(static_cast<TQVScopePointsShape>(6)); }, "6");

@@ -31,7 +31,6 @@ protected:
 
 TEST_F(ChannelHighlight, LegendPointsAtOneChannelAtATime)
 {
-    EXPECT_FALSE(Channel(0)->GetHighlighted());
     Channel(0)->SetHighlighted(true);
     EXPECT_EQ(View->GetExtHighlightChannel(), Channel(0));
     EXPECT_TRUE(Channel(0)->GetHighlighted());
@@ -58,17 +57,29 @@ TEST_F(ChannelHighlight, LegendPointsAtOneChannelAtATime)
     EXPECT_TRUE(Channel(0)->GetDrawnHighlighted(false));
 }
 
-TEST_F(ChannelHighlight, ChannelUnderTheMouseLightsItsButtonAndItsLineOnlyWhenAsked)
+TEST_F(ChannelHighlight, ChannelUnderTheMouseLightsItsButtonItsLineOnlyWhenAskedAndItsHitPoint)
 {
-    View->GetHighlightInfo().FHighlightedItem = Channel(1);
+    TQLRecordingCanvas Canvas;
+    auto HitPointDrawn = [&](int32_t AIndex) {
+        Canvas.ClearRecords();
+        Channel(AIndex)->DrawHitPoint(Canvas);
+        return !Canvas.GetRecords().empty();
+    };
+    EXPECT_FALSE(HitPointDrawn(1)); // nothing under the mouse
+    TQVHighlightInfo& Info = View->GetHighlightInfo();
+    Info.FHighlightedItem = Channel(1);
     EXPECT_TRUE(Channel(1)->GetHighlighted());
     EXPECT_FALSE(Channel(1)->GetDrawnHighlighted(false)); // channels do not light from the mouse
     Settings->SetHiglightFromMouse(true);
     EXPECT_TRUE(Channel(1)->GetDrawnHighlighted(false));
     EXPECT_FALSE(Channel(0)->GetDrawnHighlighted(false));
+    View->SetHighlightedChannel(Channel(1), TPoint{120, 80});
+    EXPECT_TRUE(HitPointDrawn(1));
+    EXPECT_FALSE(HitPointDrawn(0));
+    Scope.GetHighlighting()->GetMouseHitPoint()->SetEnabled(false);
+    EXPECT_FALSE(HitPointDrawn(1));
     // Leaving the control forgets what was under the mouse and pointed at, not a drag.
     Channel(0)->SetHighlighted(true);
-    TQVHighlightInfo& Info = View->GetHighlightInfo();
     Info.FMouseDownElement = Channel(0);
     Info.FDraggedMarkerPosition = TQVRealPoint{1.5, -2.0};
     View->MouseLeave();
@@ -108,23 +119,4 @@ TEST_F(ChannelHighlight, NoHighlightOrDragOutlivesItsChannel)
     Scope.GetChannels()->Delete(1);
     EXPECT_TRUE(!View->GetExtHighlightChannel() && !Info.FHighlightedItem && !Info.FMouseDownElement &&
                 !View->GetHighlightedChannel());
-}
-
-TEST_F(ChannelHighlight, HitPointMarkIsDrawnOnlyOnTheChannelUnderTheMouse)
-{
-    TQLRecordingCanvas Canvas;
-    auto Drawn = [&](int32_t AIndex) {
-        Canvas.ClearRecords();
-        Channel(AIndex)->DrawHitPoint(Canvas);
-        return Canvas.GetRecords().size();
-    };
-    // Nothing under the mouse: no mark.
-    EXPECT_EQ(Drawn(1), 0u);
-    View->GetHighlightInfo().FHighlightedItem = Channel(1);
-    View->SetHighlightedChannel(Channel(1), TPoint{120, 80});
-    EXPECT_GT(Drawn(1), 0u);
-    EXPECT_EQ(Drawn(0), 0u);
-    // Nothing when switched off.
-    Scope.GetHighlighting()->GetMouseHitPoint()->SetEnabled(false);
-    EXPECT_EQ(Drawn(1), 0u);
 }

@@ -18,7 +18,7 @@ using V = std::vector<double>;
 
 V Of(const IQVRealBuffer& ABuffer) { return V(ABuffer.Read(), ABuffer.Read() + ABuffer.GetSize()); }
 
-TEST_F(ScopeChannel, DrawStageStaysFrozenUntilTheNextRefresh)
+TEST_F(ScopeChannel, DrawStageStaysFrozenUntilTheNextRefreshAndUnderHold)
 {
     Scope.SetSizeLimit(8);
     Add(Seq(0, 8));
@@ -59,22 +59,17 @@ TEST_F(ScopeChannel, DrawStageStaysFrozenUntilTheNextRefresh)
     int32_t Size = 0;
     Channel->GetMinMaxSize(Min, Max, Size);
     const V NewX = X();
-    EXPECT_EQ(V({Min, Max, double(Size)}),
-              V({*std::min_element(NewX.begin(), NewX.end()), *std::max_element(NewX.begin(), NewX.end()), 8.0}));
+    EXPECT_EQ(V({Min, Max, double(Size)}), V({*std::min_element(NewX.begin(), NewX.end()),
+                                              *std::max_element(NewX.begin(), NewX.end()), 8.0}));
     ExpectError([&] { Data->GetDrawSampleX(8); }, "index 8");
-}
 
-TEST_F(ScopeChannel, HoldKeepsTheDrawStageWhileDataArrives)
-{
-    Add({1, 2, 3});
-    Scope.RefreshView();
+    // Hold keeps the draw stage while data arrives; releasing shows the newest data at once.
     Scope.SetHold(true);
     Add({4, 5});
     Scope.RefreshView();
-    EXPECT_EQ(DrawY(), V({1, 2, 3}));
-    EXPECT_EQ(Data->GetSize(), 5);
-    Scope.SetHold(false); // releasing shows the newest data at once
-    EXPECT_EQ(DrawY(), V({1, 2, 3, 4, 5}));
+    EXPECT_EQ(DrawY(), V({120, 200, 201, 202, 0, 1, 300, 301}));
+    Scope.SetHold(false);
+    EXPECT_EQ(DrawY(), V({201, 202, 0, 1, 300, 301, 4, 5}));
     EXPECT_FALSE(Channel->GetHasNewBuffer());
 }
 
@@ -166,25 +161,7 @@ TEST_F(ScopeChannel, ProducersAgainstTheRefreshTickEndWithExactCounts)
     }
 }
 
-TEST_F(ScopeChannel, ColourFollowsItsDefaultAndWidthStaysInRange)
-{
-    auto* Second = Scope.GetChannels()->Add();
-    EXPECT_EQ(Second->GetColor(), 0xFF00FF00u) << "each new channel takes the least used colour";
-    const TQLPropertyInfo* ColorProp = Second->GetClassInfo().FindProperty("Color");
-    ASSERT_NE(ColorProp, nullptr);
-    EXPECT_FALSE(ColorProp->IsStored(*Second));
-    Second->SetColor(0xFF123456);
-    EXPECT_TRUE(ColorProp->IsStored(*Second));
-    Second->SetColorDefault(0xFF0000FF);
-    EXPECT_EQ(Second->GetColor(), 0xFF123456u) << "a colour of the user's does not follow";
-
-    for (auto [Given, Kept] : {std::pair{-4, 1}, {2000, 2000}, {5000, 2000}}) {
-        Channel->SetWidth(Given);
-        EXPECT_EQ(Channel->GetWidth(), Kept) << Given;
-    }
-}
-
-TEST_F(ScopeChannel, AssignCopiesSettingsAndBothStagesButNotTheRampFlag)
+TEST_F(ScopeChannel, NewColourFollowsItsDefaultAndAssignCopiesSettingsAndBothStagesButNotTheRampFlag)
 {
     Scope.SetSizeLimit(4);
     Add({1, 2, 3});
@@ -192,8 +169,15 @@ TEST_F(ScopeChannel, AssignCopiesSettingsAndBothStagesButNotTheRampFlag)
     Scope.RefreshView();
     Add({5});
     Channel->SetWidth(7);
-    Channel->SetColor(0xFF112233);
     auto* Copy = Scope.GetChannels()->Add();
+    EXPECT_EQ(Copy->GetColor(), 0xFF00FF00u) << "each new channel takes the least used colour";
+    const TQLPropertyInfo* ColorProp = Copy->GetClassInfo().FindProperty("Color");
+    ASSERT_NE(ColorProp, nullptr);
+    EXPECT_FALSE(ColorProp->IsStored(*Copy));
+    Copy->SetColor(0xFF123456);
+    EXPECT_TRUE(ColorProp->IsStored(*Copy));
+    Copy->SetColorDefault(0xFF0000FF);
+    EXPECT_EQ(Copy->GetColor(), 0xFF123456u) << "a colour of the user's does not follow";
     Copy->GetData()->AddXYData(V({0}).data(), V({0}).data(), 1);
     Copy->Assign(Channel);
 
@@ -205,6 +189,7 @@ TEST_F(ScopeChannel, AssignCopiesSettingsAndBothStagesButNotTheRampFlag)
     EXPECT_EQ(Ints(*Copy->GetGapsBuffer()), std::vector<int32_t>({2}));
     EXPECT_EQ(Ints(*Copy->GetDrawGapsBuffer()), std::vector<int32_t>({3}));
     EXPECT_EQ(Copy->GetWidth(), 7);
+    EXPECT_EQ(Copy->GetColor(), Channel->GetColor());
     EXPECT_FALSE(Copy->GetIsRamp());
 
     C->AddYPoint(9); // the copies are separate
