@@ -77,7 +77,13 @@ public:
     void* GetPlatformCanvas() override;
     // The QPaintDevice the painter draws on; null over an empty bitmap.
     void* GetDeviceHandle() override;
-    QPainter* GetPainter() const { return FPainter; }
+    // The painter. Until InvalidatePlatformState, drawing goes through the painter only, so
+    // that what its borrower changed (a clip, a transform) is obeyed.
+    QPainter* GetPainter()
+    {
+        FPainterLent = true;
+        return FPainter;
+    }
 
     void SetPixel(int32_t AX, int32_t AY, TAlphaColor AColor) override;
     void Ellipse(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1) override;
@@ -124,6 +130,10 @@ private:
     const QColor& LineColor();
     void ThinLine(TPoint AFrom, TPoint ATo);
     void FillSpan(int32_t AX, int32_t AY, int32_t AW, int32_t AH, const QColor& AColor);
+    // Where opaque spans may be written straight into the bitmap's pixels: the pixels, or
+    // null when the painter must draw them (no bitmap of our own, a transform, another
+    // composition mode, or a clip that is not one rectangle).
+    uint32_t* DirectPixels();
     void RequireGui() const;
 
     QPainter* FPainter = nullptr;
@@ -138,6 +148,11 @@ private:
 
     // Area worth drawing a thin line through, in painter coordinates.
     QRect FVisible;
+    // The clip as one rectangle in pixels (the whole bitmap without a clip), and whether the
+    // clip is such a rectangle; kept by ApplyClip.
+    QRect FDirectClip;
+    bool FDirectClipSimple = false;
+    bool FPainterLent = false;
 
     // What the painter holds now.
     bool FPenValid = false;

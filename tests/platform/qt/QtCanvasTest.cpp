@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -172,6 +173,57 @@ TEST(QtCanvasLine, DashedLinesHaveGaps)
     for (int32_t X = 1; X < 60; ++X)
         Changes += Inked(X) != Inked(X - 1);
     EXPECT_GE(Changes, 4);
+}
+
+// Opaque thin lines over a bitmap of the canvas's own are stored straight into its pixels;
+// over a caller's painter they go through the painter. Both must give the same pixels, with
+// and without a clip, dashed or not, for lines that leave the picture; a painter lent out
+// keeps its borrower's clip in force.
+TEST(QtCanvasLine, LinesStoredDirectlyMatchLinesDrawnByThePainter)
+{
+    constexpr int32_t W = 90, H = 70;
+    std::mt19937 Gen(7);
+    std::uniform_int_distribution<int32_t> X(-40, W + 40), Y(-40, H + 40);
+    std::vector<TPoint> Points(300);
+    for (TPoint& P : Points)
+        P = TPoint{X(Gen), Y(Gen)};
+    const auto Draw = [&](TQLQtCanvas& ACanvas, bool AClip, uint8_t AStyle) {
+        ACanvas.GetPen().SetColor(Blue);
+        ACanvas.SetPenStyle(AStyle);
+        if (AClip)
+            ACanvas.SetClipRegion(TQLRegion(TRect{10, 5, 70, 50}));
+        ACanvas.MoveTo(Points[0].X, Points[0].Y);
+        for (const TPoint& P : Points)
+            ACanvas.LineTo(P.X, P.Y);
+    };
+    for (const bool Clip : {false, true})
+        for (const uint8_t Style : {uint8_t(psSolid), uint8_t(psDashDot)}) {
+            TQLBitmap Direct(W, H);
+            Direct.Fill(White);
+            {
+                TQLQtCanvas Canvas(Direct);
+                Draw(Canvas, Clip, Style);
+            }
+            QImage Image(W, H, QImage::Format_ARGB32_Premultiplied);
+            Image.fill(White);
+            {
+                QPainter Painter(&Image);
+                TQLQtCanvas Canvas(Painter);
+                Draw(Canvas, Clip, Style);
+            }
+            for (int32_t Py = 0; Py < H; ++Py)
+                for (int32_t Px = 0; Px < W; ++Px)
+                    ASSERT_EQ(Direct.GetPixel(Px, Py), Image.pixel(Px, Py))
+                        << Px << "," << Py << " clip " << Clip << " style " << int(Style);
+        }
+
+    TSurface S(20, 10);
+    S.Canvas.GetPainter()->setClipRect(QRect(0, 0, 5, 10));
+    S.Line(0, 3, 20, 3);
+    EXPECT_EQ(Painted(S.Bitmap), Row(3, 0, 4));
+    S.Canvas.InvalidatePlatformState(); // the canvas's own (empty) clip again
+    S.Line(0, 6, 20, 6);
+    EXPECT_EQ(S.Bitmap.GetPixel(19, 6), Red);
 }
 
 TEST(QtCanvasBox, RectangleOutlineLiesOnTheOutermostPixelsAndFillsCoverTheBox)
