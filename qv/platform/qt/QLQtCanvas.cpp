@@ -374,6 +374,29 @@ void TQLQtCanvas::ThinLine(TPoint AFrom, TPoint ATo)
             FillSpan(X, Y, W, H, Color);
     };
 
+    if (!Dash.Period) {
+        // Solid: each run of steps on one minor coordinate is found by arithmetic, so a
+        // steep or straight line costs one span per minor step, not one loop per pixel. R
+        // stays below 2N before each run; the run ends at the first step that carries it to
+        // 2N (never more than one carry, as M <= N), and 2 M times the run stays below 4N.
+        for (int64_t I = IBegin; I < IEnd;) {
+            int64_t Run = IEnd - I;
+            if (M != 0)
+                Run = std::min<int64_t>(Run, static_cast<int64_t>((2 * UN - R + 2 * M - 1) / (2 * M)));
+            InSpan = true;
+            SpanFirst = I;
+            SpanLast = I + Run - 1;
+            SpanQ = Q;
+            Flush();
+            I += Run;
+            R += 2 * M * static_cast<uint64_t>(Run);
+            if (R >= 2 * UN) {
+                R -= 2 * UN;
+                ++Q;
+            }
+        }
+        return;
+    }
     for (int64_t I = IBegin; I < IEnd; ++I) {
         bool On = true;
         if (Dash.Period) {
@@ -536,7 +559,34 @@ TSize TQLQtCanvas::TextExtent(const std::string& AText)
     RequireGui();
     SyncFont();
     const QString S = QString::fromUtf8(AText.data(), static_cast<qsizetype>(AText.size()));
-    return TSize{FMetrics->horizontalAdvance(S), FMetrics->height()};
+    return TSize{CachedTextWidth(AText, S), FMetrics->height()};
+}
+
+int TQLQtCanvas::CachedTextWidth(const std::string& AText, const QString& AQText)
+{
+    constexpr size_t MaxFonts = 8;
+    constexpr size_t MaxTexts = 1024;
+    const auto SameFont = [this](const TTextWidths& ACache) {
+        return ACache.Font.Name == FFont.Name && ACache.Font.Size == FFont.Size && ACache.Font.Style == FFont.Style;
+    };
+    auto It = std::find_if(FTextWidths.begin(), FTextWidths.end(), SameFont);
+    if (It == FTextWidths.end()) {
+        if (FTextWidths.size() == MaxFonts)
+            FTextWidths.pop_back();
+        FTextWidths.insert(FTextWidths.begin(), TTextWidths{FFont, {}});
+        It = FTextWidths.begin();
+    } else if (It != FTextWidths.begin()) {
+        std::rotate(FTextWidths.begin(), It, It + 1);
+        It = FTextWidths.begin();
+    }
+    auto& Widths = It->Widths;
+    if (const auto Found = Widths.find(AText); Found != Widths.end())
+        return Found->second;
+    if (Widths.size() == MaxTexts)
+        Widths.clear();
+    const int Width = FMetrics->horizontalAdvance(AQText);
+    Widths.emplace(AText, Width);
+    return Width;
 }
 
 void TQLQtCanvas::TextOut(int32_t AX, int32_t AY, const std::string& AText)
@@ -546,7 +596,7 @@ void TQLQtCanvas::TextOut(int32_t AX, int32_t AY, const std::string& AText)
         return;
     SyncFont();
     const QString S = QString::fromUtf8(AText.data(), static_cast<qsizetype>(AText.size()));
-    const int W = FMetrics->horizontalAdvance(S);
+    const int W = CachedTextWidth(AText, S);
     const int H = FMetrics->height();
 
     const int Angle = FTextAngle % 360;

@@ -56,6 +56,7 @@
 
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace qv {
@@ -135,6 +136,9 @@ private:
     // composition mode, or a clip that is not one rectangle).
     uint32_t* DirectPixels();
     void RequireGui() const;
+    // The advance width of a text in the current font, remembered per font: axes ask for the
+    // same tick texts on every frame, and shaping them is the dearest part of text.
+    int CachedTextWidth(const std::string& AText, const QString& AQText);
 
     QPainter* FPainter = nullptr;
     std::unique_ptr<QPainter> FOwnPainter;
@@ -163,6 +167,12 @@ private:
     TQLCanvasFont FAppliedFont;
     QFont FQFont;
     std::optional<QFontMetrics> FMetrics;
+    struct TTextWidths {
+        TQLCanvasFont Font;
+        std::unordered_map<std::string, int> Widths;
+    };
+    // Most recently used font first; a few fonts, each with a bounded number of texts.
+    std::vector<TTextWidths> FTextWidths;
     TAlphaColor FLineColorArgb = 0;
     QColor FLineColor;
     bool FLineColorValid = false;

@@ -217,6 +217,27 @@ TEST(QtCanvasLine, LinesStoredDirectlyMatchLinesDrawnByThePainter)
                         << Px << "," << Py << " clip " << Clip << " style " << int(Style);
         }
 
+    // Each solid line has exactly the pixels of its rule: one per step along the longer
+    // side, the other coordinate rounded to nearest with a half going away from the start.
+    for (size_t K = 1; K < 60; ++K) {
+        const TPoint A = Points[K - 1], B = Points[K];
+        TSurface Line(W, H);
+        Line.Line(A.X, A.Y, B.X, B.Y);
+        const int64_t DX = B.X - A.X, DY = B.Y - A.Y;
+        const int64_t N = std::max(std::llabs(DX), std::llabs(DY));
+        TPixelSet Expected;
+        for (int64_t I = 0; I < N; ++I) {
+            const auto Along = [&](int64_t AD) { // offset of step I on a side that moves AD
+                const int64_t Offset = (2 * I * std::llabs(AD) + N) / (2 * N);
+                return AD < 0 ? -Offset : Offset;
+            };
+            const int64_t Px = A.X + Along(DX), Py = A.Y + Along(DY);
+            if (Px >= 0 && Px < W && Py >= 0 && Py < H)
+                Expected.insert({int32_t(Px), int32_t(Py)});
+        }
+        EXPECT_EQ(Painted(Line.Bitmap), Expected) << A.X << "," << A.Y << " to " << B.X << "," << B.Y;
+    }
+
     TSurface S(20, 10);
     S.Canvas.GetPainter()->setClipRect(QRect(0, 0, 5, 10));
     S.Line(0, 3, 20, 3);
