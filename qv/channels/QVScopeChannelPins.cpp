@@ -123,7 +123,7 @@ bool TQVScopeChannel::YSinkDispatch(TQWPin* /*APin*/, TQVDataKind /*AIID*/, cons
     } else if (const auto* Pair = As<TQWSuppliedBufferPairOperation>(AOperation)) {
         const auto& Buffers = Pair->GetBuffers();
         const bool Readable = std::all_of(Buffers.begin(), Buffers.end(), [](const auto& ABuffer) {
-            return ABuffer && ABuffer->GetDataKind() != dkByte && (ABuffer->GetDataKind() != dkComplex);
+            return ABuffer && ABuffer->GetDataKind() != dkByte && ABuffer->GetDataKind() != dkComplex;
         });
         if (Readable && Buffers.size() == 1) {
             AddBuffer(*Buffers[0]);
@@ -213,8 +213,7 @@ void TQVScopeChannel::ReceiveBlock(const IQVData& ABlock)
     }
     // Under pressure the queue drains as far as the group allows, and the block that
     // arrived is dropped: the picture stays with the blocks the others are matched to.
-    for (uint32_t Size = Queue.GetNextBlockSize();
-         Size != 0 && FOwner->ProcessEnoughChannelData(this, Size, FSampleRate.load(std::memory_order_relaxed));
+    for (uint32_t Size = Queue.GetNextBlockSize(); Size != 0 && FOwner->ProcessEnoughChannelData(this, Size, Rate);
          Size = Queue.GetNextBlockSize())
         if (const std::shared_ptr<const IQVData> Next = Queue.TakeNext())
             AddBuffer(*Next);

@@ -106,22 +106,6 @@ TEST(Pins, NotifyChecksBlocksAndQueriesAreAnsweredByIdleSources)
     EXPECT_EQ(Rec.Seen.size(), 4u);
 }
 
-TEST(Pins, PinListFindsPinsByName)
-{
-    TRecorder Rec;
-    TQWPinList List;
-    auto A = std::make_shared<TQVQWQueuedIntegerRealSinkPin>(Rec.Proc());
-    auto B = std::make_shared<TQVQWQueuedIntegerRealSinkPin>(Rec.Proc());
-    List.Add("Channel0", A);
-    List.Add("Channel1", B);
-    EXPECT_EQ(List.Find("Channel1"), B);
-    EXPECT_EQ(List.Find("Channel2"), nullptr);
-    List.Remove(A.get());
-    EXPECT_EQ(List.GetCount(), 1);
-    EXPECT_EQ(List.GetName(0), "Channel1");
-    EXPECT_THROW(List.GetPin(1), std::out_of_range);
-}
-
 TEST(Pins, QueueTakesBlocksWholeOrStretched)
 {
     TQWBlockQueue Queue;
