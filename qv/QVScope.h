@@ -10,3 +10,4 @@
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QLCanvas.h"
 #include "qv/foundation/QVBuffers.h"
+#include "qv/pins/QWPins.h"

@@ -14,9 +14,10 @@ TQVScopeChannel::TQVScopeChannel(TQLCollection* ACollection)
     : TQVDisplayChannel(ACollection), FOwner(dynamic_cast<TQVScope*>(GetDisplay())),
       FData(std::make_unique<TQVChannelData>(this))
 {
+    CreatePins();
 }
 
-TQVScopeChannel::~TQVScopeChannel() = default;
+TQVScopeChannel::~TQVScopeChannel() { ReleasePins(); }
 
 uint32_t TQVScopeChannel::GetSizeLimit() const { return FOwner ? FOwner->GetSizeLimit() : 0; }
 
@@ -227,6 +228,7 @@ const TQLClassInfo& TQVScopeChannel::StaticClassInfo()
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVScopeChannel>("TQVScopeChannel", &TQVDisplayChannel::StaticClassInfo())
             .Property("ShadeMode", &TQVScopeChannel::GetShadeMode, &TQVScopeChannel::SetShadeMode, csmZero)
+            .Property("Synchronize", &TQVScopeChannel::GetSynchronize, &TQVScopeChannel::SetSynchronize, true)
             .Build();
     return Info;
 }

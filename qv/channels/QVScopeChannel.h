@@ -7,6 +7,7 @@
 #include "qv/channels/QVDisplayChannel.h"
 #include "qv/display/QVDisplayCollection.h"
 #include "qv/foundation/QVBlockExtremes.h"
+#include "qv/pins/QWPins.h"
 
 #include <atomic>
 #include <functional>
@@ -69,6 +70,47 @@ public:
     void PopulateRamp();
     // Extends the ramp by ACount values after a block of ACount Y samples (see QVChannelData.h).
     void ShiftPopulateRamp(uint32_t ACount);
+
+    // ---- Pins (QVScopeChannelPins.cpp) ----
+    // A channel can take its stream through two pins: Y values (or complex samples, or X and
+    // Y pairs) through InputPin, X positions through XInputPin. Each operation runs on the
+    // sender's thread under the display's lock, then the scope's all-channel section, then
+    // the channel's data section. In a scope the channel is named "Channel<n>", n the number
+    // of input pins the scope had, and its pins are registered under that name.
+    TQVQWComboRealIntComplexPairedQueuedSinkPin* GetInputPin() const { return FInputPin.get(); }
+    TQVQWQueuedIntegerRealSinkPin* GetXInputPin() const { return FXInputPin.get(); }
+    // The channel takes part in the wait of synchronised channels: a block of another
+    // channel waits until this one has as much queued, and this one's blocks wait for them.
+    // Off, the channel neither holds others nor is held.
+    bool GetSynchronize() const { return FSynchronize; }
+    void SetSynchronize(bool AValue);
+    // The dispatch procedures of the two pins. They raise nothing: operations they do not
+    // know are ignored. The result is false.
+    bool YSinkDispatch(TQWPin* APin, TQVDataKind AIID, const TQWOperation& AOperation, uint64_t AState);
+    bool XSinkDispatch(TQWPin* APin, TQVDataKind AIID, const TQWOperation& AOperation, uint64_t AState);
+    // A block of Y values, held to SizeLimit (L): without L it replaces the data; one larger
+    // than L leaves its newest L values; a smaller one is appended. X becomes the ramp
+    // 0, 1, 2, ... A complex block goes to AddBuffers (real parts as X, imaginary as Y).
+    // Byte data raises std::invalid_argument naming its kind.
+    void AddBuffer(const IQVData& ABuffer);
+    // X and Y blocks: appended to the data as AddXYData does with L, else they replace it.
+    // Complex or byte data raises std::invalid_argument naming its kind.
+    void AddBuffers(const IQVData& AXBuffer, const IQVData& AYBuffer);
+    // The group step for a queued Y block: takes the next one when every other channel has
+    // as much (see TQVScope::ProcessEnoughChannelData).
+    void ProcessQueuedBuffers();
+    // Takes the next queued Y block into the data; with the X pin active, only when the X
+    // queue holds the X values for it, which are stretched to the block's size.
+    void ProcessBuffers();
+    // Called for the group when another channel goes on: takes this channel's next block, if
+    // it streams and has one. The arguments are not used.
+    void ProcessQueuedData(uint32_t ASize, double ASampleRate);
+    // Whether this channel lets a group block of ASize samples at ASampleRate go on: it is
+    // hidden, not synchronised, unconnected or ignored, streams at another rate or in other
+    // block sizes, or has at least as much queued (in time), X included.
+    bool HasEnoughData(uint32_t ASize, double ASampleRate);
+    // Takes the connection state of both pins for the group decisions.
+    void CollectPinConnections();
 
     // The data stage changed since the last hand-over.
     bool GetHasNewBuffer() const { return FHasNewBuffer.load(std::memory_order_acquire); }
@@ -143,6 +185,12 @@ public:
 private:
     friend class TQVChannelData;
 
+    // Pins (QVScopeChannelPins.cpp).
+    void CreatePins();
+    void ReleasePins();
+    void StartStream(const TQWStartOperation& AOperation);
+    void ReceiveBlock(const IQVData& ABlock);
+
     // Brushes and pens for one pass of PlotChannelData.
     void PlotBars(TQLCanvas& ACanvas, bool AHighlighted, const TRect& ARect, double AYOffset, const double* AYData,
                   const double* AXData, const int32_t* AX, const int32_t* AY, int32_t ACount);
@@ -166,6 +214,15 @@ private:
     std::atomic<bool> FHasNewBuffer{false};
     std::atomic<double> FSampleRate{0.0};
     std::unique_ptr<TQVChannelData> FData;
+
+    // Pins. The flags are written and read under the display's lock.
+    std::shared_ptr<TQVQWComboRealIntComplexPairedQueuedSinkPin> FInputPin;
+    std::shared_ptr<TQVQWQueuedIntegerRealSinkPin> FXInputPin;
+    bool FSynchronize = true;
+    // The X pin delivered when the stream started: Y blocks wait for their X values.
+    bool FXPinActive = false;
+    bool FYIsConnected = false;
+    bool FXIsConnected = false;
 
     TQVChannelShadeMode FShadeMode = csmZero;
     TQVSampleDrawEvent FOnSampleDraw;

@@ -9,6 +9,7 @@
 #include "qv/channels/QVHighlightInfo.h"
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/display/QVDataDisplay.h"
+#include "qv/pins/QWPins.h"
 
 #include <memory>
 
@@ -58,6 +59,14 @@ public:
     // Y axes take from them is stale: a channel changed its axis, visibility or domain.
     void InvalidateChannelAxes();
 
+    // ---- Pins ----
+    // The channels' Y and X input pins, each under its channel's name. A channel registers
+    // its pins when it is made and removes them when it goes.
+    TQWPinList& GetInputPins() { return FInputPins; }
+    const TQWPinList& GetInputPins() const { return FInputPins; }
+    TQWPinList& GetXInputPins() { return FXInputPins; }
+    const TQWPinList& GetXInputPins() const { return FXInputPins; }
+
     // ---- Label templates ----
     // ALabelText, or ADefaultText when it is empty, with "%X" and "%Y" replaced by the main
     // axes' texts of AX and AY, "%D" by the default template and "%%" by a percent sign.
@@ -72,6 +81,9 @@ protected:
     std::unique_ptr<TQVScopeYAxis> FYAxis;
 
 private:
+    // Made before any channel, freed after the last one.
+    TQWPinList FInputPins;
+    TQWPinList FXInputPins;
     std::unique_ptr<TQVDataDisplayHighlighting> FHighlighting;
 };
 

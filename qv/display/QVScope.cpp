@@ -131,6 +131,26 @@ void TQVScope::SetVertical(bool AValue)
     });
 }
 
+void TQVScope::CollectActiveChannels()
+{
+    for (TQVScopeChannel* Channel : *FChannels)
+        Channel->CollectPinConnections();
+}
+
+bool TQVScope::ProcessEnoughChannelData(TQVScopeChannel* AChannel, uint32_t ASize, double ASampleRate)
+{
+    TQWCriticalSectionLock Lock(FAllChannelSection);
+    if (AChannel && !AChannel->GetSynchronize())
+        return true;
+    for (TQVScopeChannel* Channel : *FChannels)
+        if (Channel != AChannel && !Channel->HasEnoughData(ASize, ASampleRate))
+            return false;
+    for (TQVScopeChannel* Channel : *FChannels)
+        if (Channel != AChannel)
+            Channel->ProcessQueuedData(ASize, ASampleRate);
+    return true;
+}
+
 void TQVScope::PopulateMaxSample()
 {
     for (TQVDisplayAxis* Axis : GetXAxes())

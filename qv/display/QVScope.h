@@ -14,6 +14,7 @@
 
 namespace qv {
 
+class TQVScopeChannel;
 class TQVScopeChannels;
 class TQVScopeDataView;
 
@@ -36,6 +37,15 @@ public:
 
     // Guards the hand-over of all channels; taken before any channel's own sections.
     TQWCriticalSection& GetAllChannelSection() { return FAllChannelSection; }
+
+    // ---- Channels fed through pins (called on the senders' threads) ----
+    // Each channel takes the connection state of its pins.
+    void CollectActiveChannels();
+    // Whether a block of ASize samples at ASampleRate on AChannel may go on: every other
+    // channel has as much queued (HasEnoughData), and then each of them takes its next queued
+    // block (ProcessQueuedData). The walks skip AChannel; a channel that does not synchronise
+    // goes on at once and moves no other channel's queue. Holds FAllChannelSection.
+    bool ProcessEnoughChannelData(TQVScopeChannel* AChannel, uint32_t ASize, double ASampleRate);
 
     // The time axis runs vertically: the whole display is turned by a quarter.
     bool GetVertical() const { return FVertical; }
