@@ -75,8 +75,9 @@ void TQLQtPrinter::BeginDoc()
     if (FPainter.isActive())
         throw std::runtime_error("TQLQtPrinter::BeginDoc: a print job is already open");
     if (!FPainter.begin(&FPrinter)) {
-        const QString Target = FPrinter.outputFileName().isEmpty() ? FPrinter.printerName()
-                                                                   : FPrinter.outputFileName();
+        QString Target = FPrinter.outputFileName().isEmpty() ? FPrinter.printerName() : FPrinter.outputFileName();
+        if (Target.isEmpty())
+            Target = "the default printer (none installed?)";
         throw std::runtime_error("TQLQtPrinter::BeginDoc: cannot start printing on '" + Target.toStdString() + "'");
     }
 }
