@@ -40,6 +40,7 @@ private:
 
     std::vector<TBlock> FBlocks;
     std::vector<TBlock> FGroups; // the extremes of GroupBlocks blocks each
+    std::vector<double> FLoHi;   // scratch of Build, kept to spare an allocation per build
     int32_t FCount = 0;
 };
 

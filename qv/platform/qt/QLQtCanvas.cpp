@@ -119,6 +119,7 @@ void TQLQtCanvas::PreparePainter()
 
 void TQLQtCanvas::InvalidatePlatformState()
 {
+    FPainterLent = false;
     FPenValid = false;
     FBrushValid = false;
     FFontValid = false;
@@ -138,7 +139,7 @@ bool TQLQtCanvas::Ready()
 void* TQLQtCanvas::GetPlatformCanvas()
 {
     Ready();
-    return FPainter;
+    return GetPainter();
 }
 
 void* TQLQtCanvas::GetDeviceHandle()
@@ -215,6 +216,9 @@ const QColor& TQLQtCanvas::LineColor()
 
 void TQLQtCanvas::ApplyClip()
 {
+    const QRect Whole = FBitmap ? QRect(0, 0, FWrappedWidth, FWrappedHeight) : QRect();
+    FDirectClipSimple = !FClip.Active || FClip.Region.rectCount() <= 1;
+    FDirectClip = FClip.Active ? FClip.Region.boundingRect().intersected(Whole) : Whole;
     if (FClip.Active)
         FPainter->setClipRegion(FHasBaseClip ? FClip.Region.intersected(FBaseClip) : FClip.Region);
     else if (FHasBaseClip)
@@ -234,6 +238,15 @@ void TQLQtCanvas::RequireGui() const
 void TQLQtCanvas::FillSpan(int32_t AX, int32_t AY, int32_t AW, int32_t AH, const QColor& AColor)
 {
     FPainter->fillRect(QRect(AX, AY, AW, AH), AColor);
+}
+
+uint32_t* TQLQtCanvas::DirectPixels()
+{
+    // Over an external painter the device is not ours to write; while the painter is lent
+    // out, its borrower may have set a clip, a transform or another composition mode.
+    if (!FBitmap || FExternal || FPainterLent || !FDirectClipSimple || FBitmap->GetBits() != FWrappedBits)
+        return nullptr;
+    return FBitmap->GetBits();
 }
 
 void TQLQtCanvas::SetPixel(int32_t AX, int32_t AY, TAlphaColor AColor)
@@ -316,6 +329,26 @@ void TQLQtCanvas::ThinLine(TPoint AFrom, TPoint ATo)
     uint32_t Phase = Dash.Period ? static_cast<uint32_t>((PhaseStart + static_cast<uint64_t>(IBegin)) % Dash.Period) : 0;
 
     const QColor& Color = LineColor();
+    // An opaque colour is simply stored: the raster engine would store the same value, so
+    // such spans go straight into the pixels, which costs far less than a fill call for
+    // the short spans of a dense plot.
+    const TAlphaColor Argb = FPen.GetColor();
+    uint32_t* const Direct = (Argb >> 24) == 0xFF ? DirectPixels() : nullptr;
+    const int32_t Stride = FWrappedWidth;
+    const QRect& DC = FDirectClip;
+    const auto Store = [&](int32_t AX, int32_t AY, int32_t AW, int32_t AH) {
+        const int32_t X0 = std::max(AX, DC.left()), X1 = std::min(AX + AW, DC.right() + 1);
+        const int32_t Y0 = std::max(AY, DC.top()), Y1 = std::min(AY + AH, DC.bottom() + 1);
+        if (X0 >= X1 || Y0 >= Y1)
+            return;
+        uint32_t* Row = Direct + static_cast<ptrdiff_t>(Y0) * Stride + X0;
+        if (Y1 - Y0 == 1) {
+            std::fill(Row, Row + (X1 - X0), Argb);
+        } else {
+            for (int32_t Y = Y0; Y < Y1; ++Y, Row += Stride)
+                std::fill(Row, Row + (X1 - X0), Argb);
+        }
+    };
     bool InSpan = false;
     int64_t SpanFirst = 0;
     int64_t SpanLast = 0;
@@ -331,12 +364,39 @@ void TQLQtCanvas::ThinLine(TPoint AFrom, TPoint ATo)
         const int64_t B = Maj0 + MajStep * SpanLast;
         const auto Start = static_cast<int32_t>(std::min(A, B));
         const auto Length = static_cast<int32_t>(SpanLast - SpanFirst + 1);
-        if (XMajor)
-            FillSpan(Start, static_cast<int32_t>(Minor), Length, 1, Color);
+        const int32_t X = XMajor ? Start : static_cast<int32_t>(Minor);
+        const int32_t Y = XMajor ? static_cast<int32_t>(Minor) : Start;
+        const int32_t W = XMajor ? Length : 1;
+        const int32_t H = XMajor ? 1 : Length;
+        if (Direct)
+            Store(X, Y, W, H);
         else
-            FillSpan(static_cast<int32_t>(Minor), Start, 1, Length, Color);
+            FillSpan(X, Y, W, H, Color);
     };
 
+    if (!Dash.Period) {
+        // Solid: each run of steps on one minor coordinate is found by arithmetic, so a
+        // steep or straight line costs one span per minor step, not one loop per pixel. R
+        // stays below 2N before each run; the run ends at the first step that carries it to
+        // 2N (never more than one carry, as M <= N), and 2 M times the run stays below 4N.
+        for (int64_t I = IBegin; I < IEnd;) {
+            int64_t Run = IEnd - I;
+            if (M != 0)
+                Run = std::min<int64_t>(Run, static_cast<int64_t>((2 * UN - R + 2 * M - 1) / (2 * M)));
+            InSpan = true;
+            SpanFirst = I;
+            SpanLast = I + Run - 1;
+            SpanQ = Q;
+            Flush();
+            I += Run;
+            R += 2 * M * static_cast<uint64_t>(Run);
+            if (R >= 2 * UN) {
+                R -= 2 * UN;
+                ++Q;
+            }
+        }
+        return;
+    }
     for (int64_t I = IBegin; I < IEnd; ++I) {
         bool On = true;
         if (Dash.Period) {
@@ -499,7 +559,34 @@ TSize TQLQtCanvas::TextExtent(const std::string& AText)
     RequireGui();
     SyncFont();
     const QString S = QString::fromUtf8(AText.data(), static_cast<qsizetype>(AText.size()));
-    return TSize{FMetrics->horizontalAdvance(S), FMetrics->height()};
+    return TSize{CachedTextWidth(AText, S), FMetrics->height()};
+}
+
+int TQLQtCanvas::CachedTextWidth(const std::string& AText, const QString& AQText)
+{
+    constexpr size_t MaxFonts = 8;
+    constexpr size_t MaxTexts = 1024;
+    const auto SameFont = [this](const TTextWidths& ACache) {
+        return ACache.Font.Name == FFont.Name && ACache.Font.Size == FFont.Size && ACache.Font.Style == FFont.Style;
+    };
+    auto It = std::find_if(FTextWidths.begin(), FTextWidths.end(), SameFont);
+    if (It == FTextWidths.end()) {
+        if (FTextWidths.size() == MaxFonts)
+            FTextWidths.pop_back();
+        FTextWidths.insert(FTextWidths.begin(), TTextWidths{FFont, {}});
+        It = FTextWidths.begin();
+    } else if (It != FTextWidths.begin()) {
+        std::rotate(FTextWidths.begin(), It, It + 1);
+        It = FTextWidths.begin();
+    }
+    auto& Widths = It->Widths;
+    if (const auto Found = Widths.find(AText); Found != Widths.end())
+        return Found->second;
+    if (Widths.size() == MaxTexts)
+        Widths.clear();
+    const int Width = FMetrics->horizontalAdvance(AQText);
+    Widths.emplace(AText, Width);
+    return Width;
 }
 
 void TQLQtCanvas::TextOut(int32_t AX, int32_t AY, const std::string& AText)
@@ -509,7 +596,7 @@ void TQLQtCanvas::TextOut(int32_t AX, int32_t AY, const std::string& AText)
         return;
     SyncFont();
     const QString S = QString::fromUtf8(AText.data(), static_cast<qsizetype>(AText.size()));
-    const int W = FMetrics->horizontalAdvance(S);
+    const int W = CachedTextWidth(AText, S);
     const int H = FMetrics->height();
 
     const int Angle = FTextAngle % 360;

@@ -56,6 +56,7 @@
 
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace qv {
@@ -77,7 +78,13 @@ public:
     void* GetPlatformCanvas() override;
     // The QPaintDevice the painter draws on; null over an empty bitmap.
     void* GetDeviceHandle() override;
-    QPainter* GetPainter() const { return FPainter; }
+    // The painter. Until InvalidatePlatformState, drawing goes through the painter only, so
+    // that what its borrower changed (a clip, a transform) is obeyed.
+    QPainter* GetPainter()
+    {
+        FPainterLent = true;
+        return FPainter;
+    }
 
     void SetPixel(int32_t AX, int32_t AY, TAlphaColor AColor) override;
     void Ellipse(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1) override;
@@ -124,7 +131,14 @@ private:
     const QColor& LineColor();
     void ThinLine(TPoint AFrom, TPoint ATo);
     void FillSpan(int32_t AX, int32_t AY, int32_t AW, int32_t AH, const QColor& AColor);
+    // Where opaque spans may be written straight into the bitmap's pixels: the pixels, or
+    // null when the painter must draw them (no bitmap of our own, a transform, another
+    // composition mode, or a clip that is not one rectangle).
+    uint32_t* DirectPixels();
     void RequireGui() const;
+    // The advance width of a text in the current font, remembered per font: axes ask for the
+    // same tick texts on every frame, and shaping them is the dearest part of text.
+    int CachedTextWidth(const std::string& AText, const QString& AQText);
 
     QPainter* FPainter = nullptr;
     std::unique_ptr<QPainter> FOwnPainter;
@@ -138,6 +152,11 @@ private:
 
     // Area worth drawing a thin line through, in painter coordinates.
     QRect FVisible;
+    // The clip as one rectangle in pixels (the whole bitmap without a clip), and whether the
+    // clip is such a rectangle; kept by ApplyClip.
+    QRect FDirectClip;
+    bool FDirectClipSimple = false;
+    bool FPainterLent = false;
 
     // What the painter holds now.
     bool FPenValid = false;
@@ -148,6 +167,12 @@ private:
     TQLCanvasFont FAppliedFont;
     QFont FQFont;
     std::optional<QFontMetrics> FMetrics;
+    struct TTextWidths {
+        TQLCanvasFont Font;
+        std::unordered_map<std::string, int> Widths;
+    };
+    // Most recently used font first; a few fonts, each with a bounded number of texts.
+    std::vector<TTextWidths> FTextWidths;
     TAlphaColor FLineColorArgb = 0;
     QColor FLineColor;
     bool FLineColorValid = false;

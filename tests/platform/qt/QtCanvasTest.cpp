@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -172,6 +173,78 @@ TEST(QtCanvasLine, DashedLinesHaveGaps)
     for (int32_t X = 1; X < 60; ++X)
         Changes += Inked(X) != Inked(X - 1);
     EXPECT_GE(Changes, 4);
+}
+
+// Opaque thin lines over a bitmap of the canvas's own are stored straight into its pixels;
+// over a caller's painter they go through the painter. Both must give the same pixels, with
+// and without a clip, dashed or not, for lines that leave the picture; a painter lent out
+// keeps its borrower's clip in force.
+TEST(QtCanvasLine, LinesStoredDirectlyMatchLinesDrawnByThePainter)
+{
+    constexpr int32_t W = 90, H = 70;
+    std::mt19937 Gen(7);
+    std::uniform_int_distribution<int32_t> X(-40, W + 40), Y(-40, H + 40);
+    std::vector<TPoint> Points(300);
+    for (TPoint& P : Points)
+        P = TPoint{X(Gen), Y(Gen)};
+    const auto Draw = [&](TQLQtCanvas& ACanvas, bool AClip, uint8_t AStyle) {
+        ACanvas.GetPen().SetColor(Blue);
+        ACanvas.SetPenStyle(AStyle);
+        if (AClip)
+            ACanvas.SetClipRegion(TQLRegion(TRect{10, 5, 70, 50}));
+        ACanvas.MoveTo(Points[0].X, Points[0].Y);
+        for (const TPoint& P : Points)
+            ACanvas.LineTo(P.X, P.Y);
+    };
+    for (const bool Clip : {false, true})
+        for (const uint8_t Style : {uint8_t(psSolid), uint8_t(psDashDot)}) {
+            TQLBitmap Direct(W, H);
+            Direct.Fill(White);
+            {
+                TQLQtCanvas Canvas(Direct);
+                Draw(Canvas, Clip, Style);
+            }
+            QImage Image(W, H, QImage::Format_ARGB32_Premultiplied);
+            Image.fill(White);
+            {
+                QPainter Painter(&Image);
+                TQLQtCanvas Canvas(Painter);
+                Draw(Canvas, Clip, Style);
+            }
+            for (int32_t Py = 0; Py < H; ++Py)
+                for (int32_t Px = 0; Px < W; ++Px)
+                    ASSERT_EQ(Direct.GetPixel(Px, Py), Image.pixel(Px, Py))
+                        << Px << "," << Py << " clip " << Clip << " style " << int(Style);
+        }
+
+    // Each solid line has exactly the pixels of its rule: one per step along the longer
+    // side, the other coordinate rounded to nearest with a half going away from the start.
+    for (size_t K = 1; K < 60; ++K) {
+        const TPoint A = Points[K - 1], B = Points[K];
+        TSurface Line(W, H);
+        Line.Line(A.X, A.Y, B.X, B.Y);
+        const int64_t DX = B.X - A.X, DY = B.Y - A.Y;
+        const int64_t N = std::max(std::llabs(DX), std::llabs(DY));
+        TPixelSet Expected;
+        for (int64_t I = 0; I < N; ++I) {
+            const auto Along = [&](int64_t AD) { // offset of step I on a side that moves AD
+                const int64_t Offset = (2 * I * std::llabs(AD) + N) / (2 * N);
+                return AD < 0 ? -Offset : Offset;
+            };
+            const int64_t Px = A.X + Along(DX), Py = A.Y + Along(DY);
+            if (Px >= 0 && Px < W && Py >= 0 && Py < H)
+                Expected.insert({int32_t(Px), int32_t(Py)});
+        }
+        EXPECT_EQ(Painted(Line.Bitmap), Expected) << A.X << "," << A.Y << " to " << B.X << "," << B.Y;
+    }
+
+    TSurface S(20, 10);
+    S.Canvas.GetPainter()->setClipRect(QRect(0, 0, 5, 10));
+    S.Line(0, 3, 20, 3);
+    EXPECT_EQ(Painted(S.Bitmap), Row(3, 0, 4));
+    S.Canvas.InvalidatePlatformState(); // the canvas's own (empty) clip again
+    S.Line(0, 6, 20, 6);
+    EXPECT_EQ(S.Bitmap.GetPixel(19, 6), Red);
 }
 
 TEST(QtCanvasBox, RectangleOutlineLiesOnTheOutermostPixelsAndFillsCoverTheBox)
