@@ -127,12 +127,80 @@ void TQVChannelBuffer::TBlock::Grow(int32_t ACapacity)
 
 TQVChannelBuffer::~TQVChannelBuffer() { Release(); }
 
+namespace {
+// Below this a block comes from malloc's own free lists at no cost worth saving.
+constexpr size_t MinRecycledBytes = size_t(1) << 20;
+} // namespace
+
+TQVChannelBuffer::TRecycler::~TRecycler() { Clear(); }
+
+void TQVChannelBuffer::TRecycler::Clear()
+{
+    std::vector<TBlock*> Blocks;
+    {
+        std::lock_guard<std::mutex> Lock(FLock);
+        Blocks.swap(FBlocks);
+    }
+    for (TBlock* B : Blocks)
+        delete B;
+}
+
+int64_t TQVChannelBuffer::TRecycler::GetBytes() const
+{
+    std::lock_guard<std::mutex> Lock(FLock);
+    int64_t Bytes = 0;
+    for (const TBlock* B : FBlocks)
+        Bytes += int64_t(BytesOf(B->Capacity));
+    return Bytes;
+}
+
+TQVChannelBuffer::TBlock* TQVChannelBuffer::NewBlock(int32_t ACapacity) const
+{
+    if (!FRecycler || BytesOf(ACapacity) < MinRecycledBytes)
+        return new TBlock(ACapacity);
+    {
+        // A kept block serves when it is large enough and at most an eighth larger.
+        std::lock_guard<std::mutex> Lock(FRecycler->FLock);
+        auto& Blocks = FRecycler->FBlocks;
+        for (auto It = Blocks.rbegin(); It != Blocks.rend(); ++It) {
+            TBlock* B = *It;
+            if (B->Capacity >= ACapacity && B->Capacity - ACapacity <= ACapacity / 8) {
+                Blocks.erase(std::next(It).base());
+                B->Refs.store(1, std::memory_order_relaxed);
+                B->GuardLo = B->GuardHi = 0;
+                return B;
+            }
+        }
+    }
+    auto* Fresh = new TBlock(ACapacity);
+    Fresh->Recycler = FRecycler;
+    return Fresh;
+}
+
+void TQVChannelBuffer::Drop(TBlock* ABlock)
+{
+    if (const auto Recycler = ABlock->Recycler.lock()) {
+        TBlock* Evicted = nullptr;
+        {
+            std::lock_guard<std::mutex> Lock(Recycler->FLock);
+            if (Recycler->FBlocks.size() == TRecycler::MaxBlocks) {
+                Evicted = Recycler->FBlocks.front();
+                Recycler->FBlocks.erase(Recycler->FBlocks.begin());
+            }
+            Recycler->FBlocks.push_back(ABlock);
+        }
+        delete Evicted;
+        return;
+    }
+    delete ABlock;
+}
+
 void TQVChannelBuffer::Release() const
 {
     // The release pairs with the acquire of a holder that later finds itself alone: every
     // read of ours happens before its writes.
     if (FBlock && FBlock->Refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        delete FBlock;
+        Drop(FBlock);
     FBlock = nullptr;
     FWriter = false;
 }
@@ -185,7 +253,7 @@ bool TQVChannelBuffer::CanWrite(int32_t APos, int32_t ACount) const
 
 void TQVChannelBuffer::Relocate(int32_t ACapacity, int32_t AGap) const
 {
-    auto* Fresh = new TBlock(ACapacity);
+    auto* Fresh = NewBlock(ACapacity);
     if (FBlock)
         ForSegments(0, FSize, [&](const double* ASrc, int32_t ACount, int32_t AOffset) {
             std::memcpy(Fresh->Items + AGap + AOffset, ASrc, size_t(ACount) * sizeof(double));
@@ -283,7 +351,7 @@ void TQVChannelBuffer::Resize(int32_t ASize, bool AKeepContent)
     // and it is not much larger than needed.
     if (!ReuseFor(ASize)) {
         Release();
-        FBlock = new TBlock(ASize);
+        FBlock = NewBlock(ASize);
     }
     FBlock->GuardLo = FBlock->GuardHi = 0;
     std::fill_n(FBlock->Items, ASize, 0.0);
@@ -375,7 +443,7 @@ void TQVChannelBuffer::Assign(const T* AData, int32_t ACount)
         FBlock && std::greater_equal<>()(Bytes, reinterpret_cast<const unsigned char*>(FBlock->Items)) &&
         std::less<>()(Bytes, reinterpret_cast<const unsigned char*>(FBlock->Items + GetCapacity()));
     if (Inside || !ReuseFor(ACount)) {
-        auto* Fresh = new TBlock(ACount);
+        auto* Fresh = NewBlock(ACount);
         QVArrayConvert(AData, Fresh->Items, size_t(ACount));
         Release();
         FBlock = Fresh;
@@ -412,7 +480,7 @@ void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
             FHead = FSize = 0;
             return;
         }
-        FBlock = new TBlock(Count);
+        FBlock = NewBlock(Count);
     }
     FBlock->GuardLo = FBlock->GuardHi = 0;
     FWriter = true;
@@ -441,7 +509,7 @@ void TQVChannelBuffer::AssignRamp(int32_t ACount)
         Clear();
         if (ACount == 0)
             return;
-        FBlock = new TBlock(ACount);
+        FBlock = NewBlock(ACount);
     }
     FBlock->GuardLo = FBlock->GuardHi = 0;
     FWriter = true;
@@ -530,7 +598,7 @@ std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share() const
         return Result;
     if (GetIsWrapped()) {
         // Readers need the samples in one run: copy them once, into a block of their own.
-        auto* Fresh = new TBlock(FSize);
+        auto* Fresh = NewBlock(FSize);
         CopyTo(Fresh->Items, 0, FSize);
         Result->FBlock = Fresh;
     } else {

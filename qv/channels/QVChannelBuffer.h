@@ -29,6 +29,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <type_traits>
 #include <vector>
 
@@ -111,6 +112,16 @@ public:
     // This buffer holds its block alone.
     bool GetIsSole() const;
 
+    // Where the large blocks of a channel's buffers go when their last holder lets them go,
+    // to be written again as a later fresh block instead of being returned to the system and
+    // asked for anew. A live record swaps blocks with its draw stage on every refresh, and
+    // each fresh block of megabytes would cost a page fault per page when first written and a
+    // page-table tear-down when freed. It keeps at most two blocks (a channel's X and Y), the
+    // most recently released; blocks outliving it are freed as usual. Thread-safe.
+    class TRecycler;
+    // Blocks this buffer makes from now on return to ARecycler (null: none).
+    void SetRecycler(std::shared_ptr<TRecycler> ARecycler) { FRecycler = std::move(ARecycler); }
+
     // Bytes of sample storage held by all channel buffers of the process now, and the most
     // held at once since the last ResetPeakBytes.
     static int64_t GetLiveBytes();
@@ -129,6 +140,7 @@ private:
 
         std::atomic<int32_t> Refs{1};
         int32_t Capacity;
+        std::weak_ptr<TRecycler> Recycler;
         // Physical positions [GuardLo, GuardHi) that the writer handed out; empty when
         // equal. Only the writer reads and changes them, under its holder's serialisation.
         int32_t GuardLo = 0;
@@ -147,6 +159,10 @@ private:
     void Relocate(int32_t ACapacity, int32_t AGap = 0) const;
     void Straighten() const;
     void Release() const;
+    // A block of ACapacity (or a little more, when a recycled one fits), not shared.
+    TBlock* NewBlock(int32_t ACapacity) const;
+    // Frees a block nobody holds, or hands it to its recycler.
+    static void Drop(TBlock* ABlock);
     template <class F>
     void ForSegments(int32_t AFirst, int32_t ACount, F&& AProc) const;
     template <class F>
@@ -159,6 +175,25 @@ private:
     mutable int32_t FHead = 0;
     mutable bool FWriter = false;
     int32_t FSize = 0;
+    std::shared_ptr<TRecycler> FRecycler;
+};
+
+class TQVChannelBuffer::TRecycler {
+public:
+    TRecycler() = default;
+    ~TRecycler();
+    TRecycler(const TRecycler&) = delete;
+    TRecycler& operator=(const TRecycler&) = delete;
+    // Frees the blocks kept.
+    void Clear();
+    // Bytes kept.
+    int64_t GetBytes() const;
+
+private:
+    friend class TQVChannelBuffer;
+    static constexpr size_t MaxBlocks = 2;
+    mutable std::mutex FLock;
+    std::vector<TBlock*> FBlocks; // oldest first
 };
 
 // Indexes of samples that begin a separated segment, oldest entry first. Entries are kept

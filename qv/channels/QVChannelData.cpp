@@ -391,6 +391,8 @@ void TQVChannelData::Clear()
         FChannel->FXDataBuffer.Clear();
         FChannel->FYDataBuffer.Clear();
         FChannel->FGapsBuffer.Clear();
+        // A cleared record gives its memory back, spare blocks included.
+        FChannel->FBlockRecycler->Clear();
         FChannel->FHasNewBuffer.store(true, std::memory_order_release);
     });
     // Outside the data section: the scope's history belongs to the display's side of the

@@ -11,6 +11,7 @@ namespace qv {
 
 TQVDisplayChannel::TQVDisplayChannel(TQLCollection* ACollection)
     : TQVOptionalDisplayCollectionItem(ACollection), FDrawGapsBuffer(std::make_shared<TQVIntegerBuffer>()),
+      FBlockRecycler(std::make_shared<TQVChannelBuffer::TRecycler>()),
       FXDrawDataBuffer(std::make_shared<TQVChannelBuffer>()), FYDrawDataBuffer(std::make_shared<TQVChannelBuffer>()),
       FPoints(std::make_unique<TQVScopePoints>(this, GetLock())),
       FDownsampledGapsBuffer(std::make_shared<TQVIntegerBuffer>()),
@@ -20,6 +21,8 @@ TQVDisplayChannel::TQVDisplayChannel(TQLCollection* ACollection)
       FScaledRealDrawBufferX(std::make_shared<TQVRealBuffer>()), FDownsampledIntDrawBufferX(FScaledIntDrawBufferX),
       FDownsampledIntDrawBufferY(FScaledIntDrawBufferY)
 {
+    FXDataBuffer.SetRecycler(FBlockRecycler);
+    FYDataBuffer.SetRecycler(FBlockRecycler);
 }
 
 TQVDisplayChannel::~TQVDisplayChannel() { ForgetHighlights(); }

@@ -168,6 +168,8 @@ protected:
     std::shared_ptr<IQVIntegerBuffer> FDrawGapsBuffer;
     mutable TQWCriticalSection FDrawCriticalSection;
     mutable TQWCriticalSection FDataCriticalSection;
+    // Blocks the two stages let go of, for the data stage's next fresh ones.
+    std::shared_ptr<TQVChannelBuffer::TRecycler> FBlockRecycler;
     // Data stage: written by intake under FDataCriticalSection.
     TQVChannelBuffer FXDataBuffer;
     TQVChannelBuffer FYDataBuffer;

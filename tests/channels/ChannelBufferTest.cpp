@@ -120,6 +120,46 @@ TEST(ChannelBuffer, WriterCopiesOnlyWhenAWriteWouldTouchWhatItHandedOut)
     EXPECT_EQ(Writer->GetItem(0), 99.0);
 }
 
+// A record handed to its draw stage on every refresh swaps two large blocks: the one the
+// draw stage let go of comes back as the writer's next fresh block, never while anybody
+// still reads it, and the spare blocks go when the recycler is cleared or gone.
+TEST(ChannelBuffer, LargeBlocksComeBackThroughTheRecyclerOnlyWhenNobodyHoldsThem)
+{
+    constexpr int32_t N = 300'000; // 2.4 MB a block
+    std::vector<double> A(N, 1.0), B(N, 2.0);
+    auto Recycler = std::make_shared<TQVChannelBuffer::TRecycler>();
+    const int64_t Live0 = TQVChannelBuffer::GetLiveBytes();
+    {
+        TQVChannelBuffer Writer;
+        Writer.SetRecycler(Recycler);
+        Writer.Assign(A.data(), N);
+        auto Draw = Writer.Share();
+        const double* First = Draw->Read();
+        Writer.Assign(B.data(), N); // the draw stage holds the first block: a fresh one
+        const double* Second = Writer.Read();
+        ASSERT_NE(Second, First);
+        EXPECT_EQ(Draw->GetItem(N - 1), 1.0);
+        Draw = Writer.Share();   // the first block's last holder lets go: it is kept
+        EXPECT_EQ(Recycler->GetBytes(), int64_t(N) * 8);
+        Writer.Assign(A.data(), N);
+        EXPECT_EQ(Writer.Read(), First) << "the kept block is written again";
+        EXPECT_EQ(Recycler->GetBytes(), 0);
+        EXPECT_EQ(Draw->Read(), Second);
+        EXPECT_EQ(Draw->GetItem(0), 2.0) << "the block still read was not taken";
+        // A kept block much larger than asked for stays aside.
+        Draw.reset();
+        auto Held = Writer.Share();
+        Writer.Assign(A.data(), N / 2);
+        EXPECT_EQ(Writer.GetCapacity(), N / 2);
+        EXPECT_EQ(Recycler->GetBytes(), int64_t(N) * 8);
+        Recycler->Clear();
+        EXPECT_EQ(Recycler->GetBytes(), 0);
+        EXPECT_EQ(TQVChannelBuffer::GetLiveBytes() - Live0, int64_t(N + N / 2) * 8);
+        Recycler.reset(); // blocks released afterwards are simply freed
+    }
+    EXPECT_EQ(TQVChannelBuffer::GetLiveBytes(), Live0);
+}
+
 TEST(ChannelBuffer, WrappedRingIsHandedOutContiguousAndResizesFollowTheBufferRules)
 {
     TQVChannelBuffer Ring;
