@@ -13,6 +13,7 @@
 #include "qv/foundation/QLEnumInfo.h"
 #include "qv/foundation/QLEvents.h"
 #include "qv/foundation/QLPersistent.h"
+#include "qv/foundation/QLPictureServices.h"
 #include "qv/foundation/QLTimer.h"
 
 #include <atomic>
@@ -146,6 +147,27 @@ public:
                      bool AContoursOnly);
     bool PaintIsDisabled() const;
     bool GetPrinting() const { return FPrinting; }
+
+    // ---- Picture output (QVDataDisplayOutput.cpp) ----
+    // Each runs the paint of the screen as a print (no highlights, drag ghosts or mouse
+    // marks) into a fresh bitmap and hands that to the platform's picture services. Without
+    // a canvas factory or without the service needed they raise std::runtime_error naming
+    // what is missing; failures of the printer, clipboard or file reach the caller.
+    // One page on the printer, painted at the page's size; the next paint lays out anew.
+    virtual void Print();
+    // The picture, Trunc(Width) by Trunc(Height), on the clipboard.
+    void CopyToClipboard();
+    // The picture into the caller's bitmap, at the bitmap's size.
+    void CopyToBitmap(TQLBitmap& ABitmap);
+    // The picture, GetPlotWidth by GetPlotHeight (the page's size inside a print), as a
+    // bitmap file.
+    void SaveToBitmap(const std::string& AFileName);
+    // The picture, Trunc(Width) by Trunc(Height), as a JPEG file.
+    void SaveToJpeg(const std::string& AFileName);
+    // The platform's printer, clipboard and image files; a display in a platform widget
+    // gets them from the widget.
+    void SetPictureServices(std::shared_ptr<IQLPictureServices> AServices) { FPictureServices = std::move(AServices); }
+    const std::shared_ptr<IQLPictureServices>& GetPictureServices() const { return FPictureServices; }
 
     // ---- Mouse and keyboard (platform coordinates, rounded here) ----
     void MouseDown(TMouseButton AButton, TShiftState AShift, float AX, float AY);
@@ -356,6 +378,10 @@ private:
     void DispatchWheel(bool ADown, TShiftState AShift, const TPoint& AMousePos);
     template <class F>
     void ForEachMouseTarget(F&& AProc, bool AVisibleOnly, bool AStopWhenHandled, bool& AHandled);
+    // Picture output helpers: the services or a clear error, and a fresh AWidth by AHeight
+    // bitmap painted as a print.
+    IQLPictureServices& RequirePictureServices(const char* AOperation) const;
+    TQLBitmap PaintPicture(const char* AOperation, int32_t AWidth, int32_t AHeight);
 
     TQLBitmap FBkgBitmap;
     std::unique_ptr<TQLCanvas> FBitmapCanvas;
@@ -394,6 +420,7 @@ private:
     bool FHasParent = false;
     TQLComponentState FParentState = 0;
     TQLCanvasFactory FCanvasFactory;
+    std::shared_ptr<IQLPictureServices> FPictureServices;
     TQLLockGuard FDestroyGuard;
 
     TMouseEvent FOnMouseDown, FOnMouseUp;

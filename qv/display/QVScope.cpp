@@ -32,6 +32,17 @@ TQVScope::~TQVScope()
 
 TQVDisplayComponent* TQVScope::GetDataView() const { return FDataView.get(); }
 
+void TQVScope::Print()
+{
+    struct THoldRestore {
+        TQVScope& Scope;
+        bool Old;
+        ~THoldRestore() { Scope.SetHold(Old); }
+    } Restore{*this, GetHold()};
+    SetHold(true);
+    TQVDataChart::Print();
+}
+
 namespace {
 // The part of ARegion inside ARect.
 TQLRegion ClipRegionTo(const TQLRegion& ARegion, const TRect& ARect)

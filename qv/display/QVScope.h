@@ -59,6 +59,9 @@ public:
     // Each X axis in turn refreshes its sample count from the channels.
     void PopulateMaxSample();
     void InvalidateRecalc() override;
+    // Prints with the picture held, so that no tick moves data during the print; Hold comes
+    // back as it was, also when the print fails.
+    void Print() override;
     // A stored Y range of no width (1 to 1) opens to -1 to 1.
     void Loaded() override;
 

@@ -1,6 +1,7 @@
 #include "qv/platform/qt/QVDisplayWidget.h"
 
 #include "qv/platform/qt/QLQtCanvas.h"
+#include "qv/platform/qt/QLQtPictureOutput.h"
 
 #include <QImage>
 #include <QKeyEvent>
@@ -77,6 +78,8 @@ TQVDisplayWidget::TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWi
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     FDisplay->SetCanvasFactory(QLQtCanvasFactory());
+    // Print, clipboard and image files work in a widget with no further set-up.
+    QLInstallQtPictureServices(*FDisplay);
     FDisplay->SetParentState(true, 0);
     // A repaint may be asked for from a producer's thread (a channel cleared there): the
     // request then travels to the GUI thread as a queued call.

@@ -2,8 +2,8 @@
 // The QWidget that hosts a display: a QTimer on the GUI thread drives the display's refresh
 // tick, paintEvent renders the display into its picture and shows it, resizes reach
 // SetBounds, and mouse, wheel, key, enter, leave and focus events reach the display. The
-// display's cursor becomes the widget's cursor. The scope and waterfall widgets derive
-// from it.
+// display's cursor becomes the widget's cursor, and the display prints, copies and saves
+// its picture through Qt. The scope and waterfall widgets derive from it.
 
 #include "qv/display/QVDataDisplay.h"
 

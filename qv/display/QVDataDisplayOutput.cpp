@@ -1,0 +1,137 @@
+// Picture output of a display: printer, clipboard, bitmap objects and image files. Every
+// operation runs the screen's paint with the print flag into a bitmap of its own, so what
+// leaves the control carries no highlight, drag ghost or mouse mark.
+#include "qv/display/QVDataDisplay.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace qv {
+
+namespace {
+
+// Ends the print job however the print ends. On the normal path End() reports a failing
+// EndDoc to the caller; while another exception passes, a second failure of the printer is
+// dropped so that the first one reaches the caller.
+class TPrintJob {
+public:
+    explicit TPrintJob(IQLPrinter& APrinter) : FPrinter(APrinter) { FPrinter.BeginDoc(); }
+    ~TPrintJob()
+    {
+        if (FOpen) {
+            try {
+                FPrinter.EndDoc();
+            } catch (...) {
+            }
+        }
+    }
+    TPrintJob(const TPrintJob&) = delete;
+    TPrintJob& operator=(const TPrintJob&) = delete;
+    void End()
+    {
+        FOpen = false;
+        FPrinter.EndDoc();
+    }
+
+private:
+    IQLPrinter& FPrinter;
+    bool FOpen = true;
+};
+
+} // namespace
+
+IQLPictureServices& TQVDataDisplay::RequirePictureServices(const char* AOperation) const
+{
+    if (!FPictureServices)
+        throw std::runtime_error(std::string("TQVDataDisplay::") + AOperation +
+                                 ": no picture services installed (printer, clipboard and image files)");
+    return *FPictureServices;
+}
+
+TQLBitmap TQVDataDisplay::PaintPicture(const char* AOperation, int32_t AWidth, int32_t AHeight)
+{
+    if (!FCanvasFactory)
+        throw std::runtime_error(std::string("TQVDataDisplay::") + AOperation + ": no canvas factory set");
+    TQLBitmap Bitmap(AWidth, AHeight);
+    std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
+    PaintToCanvas(Bitmap, *Canvas, true);
+    return Bitmap;
+}
+
+void TQVDataDisplay::Print()
+{
+    IQLPrinter* Printer = RequirePictureServices("Print").GetPrinter();
+    if (!Printer)
+        throw std::runtime_error("TQVDataDisplay::Print: the picture services offer no printer");
+    if (!FCanvasFactory)
+        throw std::runtime_error("TQVDataDisplay::Print: no canvas factory set");
+    auto Guard = GetLock()->AcquireWrite();
+    if (!Guard)
+        return;
+    TQLBitmap Bitmap(10, 10);
+    // Destroyed after the job has ended: the next paint lays out anew at the control's size.
+    struct TPrintState {
+        TQVDataDisplay& Display;
+        ~TPrintState()
+        {
+            Display.FNeedsRecalc.store(true, std::memory_order_release);
+            Display.FPrinting = false;
+            Display.InvalidateRefresh();
+        }
+    } State{*this};
+    TPrintJob Job(*Printer);
+    FPrinting = true;
+    FNeedsRecalc.store(true, std::memory_order_release);
+    const int32_t PageWidth = Printer->GetPageWidth(), PageHeight = Printer->GetPageHeight();
+    FPrintSize = TSize{PageWidth, PageHeight};
+    Bitmap.SetSize(PageWidth, PageHeight);
+    {
+        std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
+        PaintToCanvas(Bitmap, *Canvas, true);
+    }
+    // The bitmap has the page's size: the stretch is one to one.
+    Printer->StretchDrawBitmap(TRect{0, 0, PageWidth, PageHeight}, Bitmap);
+    Job.End();
+}
+
+void TQVDataDisplay::CopyToClipboard()
+{
+    IQLPictureServices& Services = RequirePictureServices("CopyToClipboard");
+    auto Guard = GetLock()->AcquireWrite();
+    if (!Guard)
+        return;
+    const TQLBitmap Bitmap =
+        PaintPicture("CopyToClipboard", static_cast<int32_t>(FWidth), static_cast<int32_t>(FHeight));
+    Services.CopyBitmapToClipboard(Bitmap);
+}
+
+void TQVDataDisplay::CopyToBitmap(TQLBitmap& ABitmap)
+{
+    if (!FCanvasFactory)
+        throw std::runtime_error("TQVDataDisplay::CopyToBitmap: no canvas factory set");
+    std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(ABitmap);
+    PaintToCanvas(ABitmap, *Canvas, true);
+}
+
+void TQVDataDisplay::SaveToBitmap(const std::string& AFileName)
+{
+    IQLPictureServices& Services = RequirePictureServices("SaveToBitmap");
+    auto Guard = GetLock()->AcquireWrite();
+    if (!Guard)
+        return;
+    // The plot size: inside a print, the page's.
+    const TQLBitmap Bitmap = PaintPicture("SaveToBitmap", GetPlotWidth(), GetPlotHeight());
+    Services.SaveBitmapToFile(Bitmap, AFileName);
+}
+
+void TQVDataDisplay::SaveToJpeg(const std::string& AFileName)
+{
+    IQLPictureServices& Services = RequirePictureServices("SaveToJpeg");
+    auto Guard = GetLock()->AcquireWrite();
+    if (!Guard)
+        return;
+    const TQLBitmap Bitmap = PaintPicture("SaveToJpeg", static_cast<int32_t>(FWidth), static_cast<int32_t>(FHeight));
+    Services.SaveBitmapToJpeg(Bitmap, AFileName);
+}
+
+} // namespace qv
