@@ -76,6 +76,8 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
     ACanvas.FillRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});
 
     const TQVScopeElementFamilies& Elements = FElementFamilies;
+    Elements.Draw(ekExternalElements, ddpForeground, ACanvas, TRect{0, 0, GetPlotWidth(), GetPlotHeight()},
+                  APrinting);
     Elements.Draw(ekCursorLinks, ddpBackground, ACanvas, ClipRect, APrinting);
     {
         // Backgrounds of zones and markers lie under the grid, inside the view.
@@ -129,6 +131,10 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
                     Channel->DrawHitPoint(ACanvas);
     }
 
+    if (!APrinting && Elements.Get(ekToolBar)) {
+        ACanvas.SetClipRegion(ARegion);
+        Elements.Draw(ekToolBar, ddpForeground, ACanvas, TRect{0, 0, GetPlotWidth(), GetPlotHeight()}, APrinting);
+    }
     // A printed picture shows no focus.
     if (!APrinting && GetIsFocused())
         ACanvas.DrawFocusRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});

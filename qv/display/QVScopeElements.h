@@ -20,9 +20,15 @@ enum TQVScopeElementKind : uint8_t {
     ekMarkerGroups,
     ekChannelLinks,
     ekLabels,
-    ekCursors
+    ekCursors,
+    // Elements a host places on the control, drawn over the background before anything
+    // else, unclipped.
+    ekExternalElements,
+    // The tool bar, last but the focus frame, clipped to the painted region only; never in
+    // a print. The family decides whether it shows (auto-hide, mouse over the control).
+    ekToolBar
 };
-inline constexpr int32_t QVScopeElementKindCount = 7;
+inline constexpr int32_t QVScopeElementKindCount = 9;
 
 class IQVScopeElementFamily {
 public:

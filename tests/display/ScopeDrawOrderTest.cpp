@@ -174,7 +174,8 @@ struct TLoggingFamily : IQVScopeElementFamily {
     }
     void DrawElements(TQVDisplayDrawPart APart, TQLCanvas&, const TRect& AClip, bool) override
     {
-        static const char* Names[] = {"links", "zones", "ellipses", "markers", "chlinks", "labels", "cursors"};
+        static const char* Names[] = {"links", "zones", "ellipses", "markers", "chlinks",
+                                       "labels", "cursors", "external", "toolbar"};
         static const char* Parts[] = {"bg", "fg", "feat", "text"};
         Log.push_back(std::string(Names[Kind]) + "/" + Parts[APart]);
         Clip = AClip;
@@ -202,9 +203,15 @@ TEST(ScopeDrawOrder, ElementFamiliesDrawAtTheirPlacesAroundTheGridAndTheChannels
     }
     P.Paint();
     const std::vector<std::string> Expected{
-        "links/bg",    "zones/bg",  "ellipses/bg", "markers/bg", "zones/fg",   "ellipses/fg",  "chlinks/fg",
-        "markers/fg", "labels/fg", "cursors/fg",  "links/feat", "zones/feat", "ellipses/feat"};
+        "external/fg", "links/bg",   "zones/bg",   "ellipses/bg", "markers/bg",    "zones/fg",   "ellipses/fg",
+        "chlinks/fg",  "markers/fg", "labels/fg",  "cursors/fg",  "links/feat",    "zones/feat", "ellipses/feat",
+        "toolbar/fg"};
     EXPECT_EQ(Log, Expected);
+    // Hosted elements cover the whole control, over the background fill and under the rest;
+    // the tool bar comes after everything in the plot and stays out of prints.
+    EXPECT_EQ(Families[ekExternalElements]->Clip, (TRect{0, 0, P.Scope.GetPlotWidth(), P.Scope.GetPlotHeight()}));
+    EXPECT_GT(ptrdiff_t(Families[ekExternalElements]->At[0]), P.IndexOf("FillRect"));
+    EXPECT_GE(Families[ekToolBar]->At[0], Families[ekEllipses]->At.back());
 
     // Backgrounds come before the title and the grid; channel links before the channel's
     // line, markers after it.
@@ -223,6 +230,10 @@ TEST(ScopeDrawOrder, ElementFamiliesDrawAtTheirPlacesAroundTheGridAndTheChannels
     TRect Clip = P.Scope.GetScopeDataView()->GetDrawRect();
     Clip.Bottom -= 1;
     EXPECT_EQ(Families[ekCursors]->Clip, Clip);
+
+    Log.clear();
+    P.Paint(true);
+    EXPECT_EQ(std::count(Log.begin(), Log.end(), "toolbar/fg"), 0);
 
     // An empty place draws nothing and changes nothing else.
     P.Scope.GetElementFamilies().Set(ekZones, nullptr);
