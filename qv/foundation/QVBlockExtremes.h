@@ -16,8 +16,10 @@ public:
     // cache lines, large enough that the summary is a small fraction of the record.
     static constexpr int32_t BlockSize = 64;
     // Blocks per group: a second level, so that a range of millions of samples costs a few
-    // thousand summary entries rather than a hundred thousand.
-    static constexpr int32_t GroupBlocks = 64;
+    // thousand summary entries rather than a hundred thousand. Groups of 1024 samples keep
+    // the part groups at a pixel column's two ends short when a column holds thousands of
+    // samples, which is where a long record's frame spends its summary reads.
+    static constexpr int32_t GroupBlocks = 16;
 
     // Summarises AData[0..ACount); a negative count counts as 0.
     void Build(const double* AData, int32_t ACount);

@@ -482,17 +482,18 @@ TEST(BlockExtremes, AnyRangeAgreesWithReadingItsSamples)
             }
     // A record of several groups of blocks: ranges across and inside groups, with the
     // extremes placed in a part block, a whole block and a whole group in turn.
-    const int32_t Long = 3 * TQVBlockExtremes::BlockSize * TQVBlockExtremes::GroupBlocks + 100;
+    const int32_t G = TQVBlockExtremes::BlockSize * TQVBlockExtremes::GroupBlocks; // samples a group
+    const int32_t Long = 3 * G + 100;
     std::vector<double> L(static_cast<size_t>(Long));
     for (int32_t i = 0; i < Long; ++i)
         L[size_t(i)] = std::sin(i * 0.013);
-    for (int32_t Spot : {5, 70, 5000, 4096 * 2 + 1, Long - 3}) {
+    for (int32_t Spot : {5, 70, G + G / 4, 2 * G + 1, Long - 3}) {
         std::vector<double> W = L;
         W[size_t(Spot)] = -9;
         W[size_t(Long - 1 - Spot)] = kInf;
         B.Build(W.data(), Long);
-        for (int32_t First : {0, 3, 64, 4095, 4096, 4100, 9000})
-            for (int32_t End : {4096, 8191, 8192, 12000, Long - 1, Long})
+        for (int32_t First : {0, 3, 64, G - 1, G, G + 4, 2 * G + G / 5})
+            for (int32_t End : {G, 2 * G - 1, 2 * G, 3 * G - G / 14, Long - 1, Long})
                 for (const bool Finite : {false, true}) {
                     double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
                     const size_t Count = End > First ? size_t(End - First) : 0;
