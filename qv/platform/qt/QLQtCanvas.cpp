@@ -344,6 +344,10 @@ void TQLQtCanvas::ThinLine(TPoint AFrom, TPoint ATo)
         uint32_t* Row = Direct + static_cast<ptrdiff_t>(Y0) * Stride + X0;
         if (Y1 - Y0 == 1) {
             std::fill(Row, Row + (X1 - X0), Argb);
+        } else if (X1 - X0 == 1) {
+            // A column: the common span of a dense plot.
+            for (int32_t Y = Y0; Y < Y1; ++Y, Row += Stride)
+                *Row = Argb;
         } else {
             for (int32_t Y = Y0; Y < Y1; ++Y, Row += Stride)
                 std::fill(Row, Row + (X1 - X0), Argb);
