@@ -28,10 +28,11 @@ namespace {
 using TQuad = double __attribute__((vector_size(32)));
 
 QV_BLOCK_CLONES
-void WholeBlockExtremes(const double* AData, size_t ABlocks, double* ALoHi)
+bool WholeBlockExtremes(const double* AData, size_t ABlocks, TQVBlockExtremes::TBlock* AOut)
 {
     static_assert(TQVBlockExtremes::BlockSize % 8 == 0);
     constexpr double Inf = std::numeric_limits<double>::infinity();
+    bool Infinite = false;
     for (size_t b = 0; b < ABlocks; ++b) {
         const double* P = AData + b * TQVBlockExtremes::BlockSize;
         TQuad L0 = {Inf, Inf, Inf, Inf}, L1 = L0;
@@ -49,18 +50,29 @@ void WholeBlockExtremes(const double* AData, size_t ABlocks, double* ALoHi)
         H0 = H1 > H0 ? H1 : H0;
         const double Lo01 = L0[1] < L0[0] ? L0[1] : L0[0], Lo23 = L0[3] < L0[2] ? L0[3] : L0[2];
         const double Hi01 = H0[1] > H0[0] ? H0[1] : H0[0], Hi23 = H0[3] > H0[2] ? H0[3] : H0[2];
-        ALoHi[2 * b] = Lo23 < Lo01 ? Lo23 : Lo01;
-        ALoHi[2 * b + 1] = Hi23 > Hi01 ? Hi23 : Hi01;
+        const double Lo = Lo23 < Lo01 ? Lo23 : Lo01;
+        const double Hi = Hi23 > Hi01 ? Hi23 : Hi01;
+        TQVBlockExtremes::TBlock& Out = AOut[b];
+        Out.Lo = Out.FiniteLo = Lo;
+        Out.Hi = Out.FiniteHi = Hi;
+        Infinite |= (Lo == -Inf) | (Hi == Inf);
     }
+    return Infinite;
 }
 #else
-void WholeBlockExtremes(const double* AData, size_t ABlocks, double* ALoHi)
+bool WholeBlockExtremes(const double* AData, size_t ABlocks, TQVBlockExtremes::TBlock* AOut)
 {
+    constexpr double Inf = std::numeric_limits<double>::infinity();
+    bool Infinite = false;
     for (size_t b = 0; b < ABlocks; ++b) {
+        TQVBlockExtremes::TBlock& Out = AOut[b];
         double FL, FH;
-        QVArrayExtremes(AData + b * TQVBlockExtremes::BlockSize, TQVBlockExtremes::BlockSize, ALoHi[2 * b],
-                        ALoHi[2 * b + 1], FL, FH);
+        QVArrayExtremes(AData + b * TQVBlockExtremes::BlockSize, TQVBlockExtremes::BlockSize, Out.Lo, Out.Hi, FL, FH);
+        Out.FiniteLo = Out.Lo;
+        Out.FiniteHi = Out.Hi;
+        Infinite |= (Out.Lo == -Inf) | (Out.Hi == Inf);
     }
+    return Infinite;
 }
 #endif
 
@@ -72,24 +84,18 @@ void TQVBlockExtremes::Build(const double* AData, int32_t ACount)
     const size_t Blocks = (size_t(FCount) + BlockSize - 1) / BlockSize;
     const size_t Whole = size_t(FCount) / BlockSize;
     FBlocks.resize(Blocks);
-    // Whole blocks in one pass with the extremes side by side, spread out afterwards; the
-    // finite extremes equal them unless a block holds an infinity, which only then costs
-    // that block a second read.
-    FLoHi.resize(2 * Whole);
-    WholeBlockExtremes(AData, Whole, FLoHi.data());
+    // Whole blocks in one pass, written straight into the summary with the finite extremes
+    // equal to the others; only a block holding an infinity, which real records rarely
+    // have, is read a second time for its finite extremes.
     constexpr double Inf = std::numeric_limits<double>::infinity();
-    for (size_t b = 0; b < Whole; ++b) {
-        TBlock& B = FBlocks[b];
-        B.Lo = FLoHi[2 * b];
-        B.Hi = FLoHi[2 * b + 1];
-        if ((B.Lo > -Inf && B.Hi < Inf) || B.Lo > B.Hi) {
-            B.FiniteLo = B.Lo;
-            B.FiniteHi = B.Hi;
-        } else {
-            double L, H;
-            QVArrayExtremes(AData + b * BlockSize, BlockSize, L, H, B.FiniteLo, B.FiniteHi);
+    if (WholeBlockExtremes(AData, Whole, FBlocks.data()))
+        for (size_t b = 0; b < Whole; ++b) {
+            TBlock& B = FBlocks[b];
+            if (B.Lo == -Inf || B.Hi == Inf) {
+                double L, H;
+                QVArrayExtremes(AData + b * BlockSize, BlockSize, L, H, B.FiniteLo, B.FiniteHi);
+            }
         }
-    }
     if (Whole < Blocks) {
         TBlock& B = FBlocks[Whole];
         QVArrayExtremes(AData + Whole * BlockSize, size_t(FCount) - Whole * BlockSize, B.Lo, B.Hi, B.FiniteLo,

@@ -32,17 +32,18 @@ public:
     // sample counts. The range is held to 0..GetCount().
     bool MinMax(const double* AData, int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const;
 
-private:
+    // The summary of one block.
     struct TBlock {
         double Lo, Hi;             // NaN skipped; +inf and -inf when the block has no number
         double FiniteLo, FiniteHi; // finite only; +inf and -inf when the block has none
     };
+
+private:
     // Folds blocks AFirst..AEnd - 1 into ALo/AHi, by group where a whole group lies inside.
     void TakeBlocks(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const;
 
     std::vector<TBlock> FBlocks;
     std::vector<TBlock> FGroups; // the extremes of GroupBlocks blocks each
-    std::vector<double> FLoHi;   // scratch of Build, kept to spare an allocation per build
     int32_t FCount = 0;
 };
 
