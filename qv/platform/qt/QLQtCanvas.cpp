@@ -342,9 +342,7 @@ void TQLQtCanvas::ThinLine(TPoint AFrom, TPoint ATo)
         if (X0 >= X1 || Y0 >= Y1)
             return;
         uint32_t* Row = Direct + static_cast<ptrdiff_t>(Y0) * Stride + X0;
-        if (Y1 - Y0 == 1) {
-            std::fill(Row, Row + (X1 - X0), Argb);
-        } else if (X1 - X0 == 1) {
+        if (X1 - X0 == 1) {
             // A column: the common span of a dense plot.
             for (int32_t Y = Y0; Y < Y1; ++Y, Row += Stride)
                 *Row = Argb;
