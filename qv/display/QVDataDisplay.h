@@ -378,10 +378,12 @@ private:
     void DispatchWheel(bool ADown, TShiftState AShift, const TPoint& AMousePos);
     template <class F>
     void ForEachMouseTarget(F&& AProc, bool AVisibleOnly, bool AStopWhenHandled, bool& AHandled);
-    // Picture output helpers: the services or a clear error, and a fresh AWidth by AHeight
-    // bitmap painted as a print.
+    // Picture output helpers: the services or the canvas factory, or a clear error naming
+    // the operation.
     IQLPictureServices& RequirePictureServices(const char* AOperation) const;
-    TQLBitmap PaintPicture(const char* AOperation, int32_t AWidth, int32_t AHeight);
+    const TQLCanvasFactory& RequireCanvasFactory(const char* AOperation) const;
+    // The control's picture, painted as for print into ABitmap at its size.
+    void PaintPicture(const char* AOperation, TQLBitmap& ABitmap);
 
     TQLBitmap FBkgBitmap;
     std::unique_ptr<TQLCanvas> FBitmapCanvas;

@@ -48,14 +48,17 @@ IQLPictureServices& TQVDataDisplay::RequirePictureServices(const char* AOperatio
     return *FPictureServices;
 }
 
-TQLBitmap TQVDataDisplay::PaintPicture(const char* AOperation, int32_t AWidth, int32_t AHeight)
+const TQLCanvasFactory& TQVDataDisplay::RequireCanvasFactory(const char* AOperation) const
 {
     if (!FCanvasFactory)
         throw std::runtime_error(std::string("TQVDataDisplay::") + AOperation + ": no canvas factory set");
-    TQLBitmap Bitmap(AWidth, AHeight);
-    std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
-    PaintToCanvas(Bitmap, *Canvas, true);
-    return Bitmap;
+    return FCanvasFactory;
+}
+
+void TQVDataDisplay::PaintPicture(const char* AOperation, TQLBitmap& ABitmap)
+{
+    std::unique_ptr<TQLCanvas> Canvas = RequireCanvasFactory(AOperation)(ABitmap);
+    PaintToCanvas(ABitmap, *Canvas, true);
 }
 
 void TQVDataDisplay::Print()
@@ -63,8 +66,7 @@ void TQVDataDisplay::Print()
     IQLPrinter* Printer = RequirePictureServices("Print").GetPrinter();
     if (!Printer)
         throw std::runtime_error("TQVDataDisplay::Print: the picture services offer no printer");
-    if (!FCanvasFactory)
-        throw std::runtime_error("TQVDataDisplay::Print: no canvas factory set");
+    RequireCanvasFactory("Print"); // before a print job is begun
     auto Guard = GetLock()->AcquireWrite();
     if (!Guard)
         return;
@@ -85,10 +87,7 @@ void TQVDataDisplay::Print()
     const int32_t PageWidth = Printer->GetPageWidth(), PageHeight = Printer->GetPageHeight();
     FPrintSize = TSize{PageWidth, PageHeight};
     Bitmap.SetSize(PageWidth, PageHeight);
-    {
-        std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
-        PaintToCanvas(Bitmap, *Canvas, true);
-    }
+    PaintPicture("Print", Bitmap);
     // The bitmap has the page's size: the stretch is one to one.
     Printer->StretchDrawBitmap(TRect{0, 0, PageWidth, PageHeight}, Bitmap);
     Job.End();
@@ -100,17 +99,14 @@ void TQVDataDisplay::CopyToClipboard()
     auto Guard = GetLock()->AcquireWrite();
     if (!Guard)
         return;
-    const TQLBitmap Bitmap =
-        PaintPicture("CopyToClipboard", static_cast<int32_t>(FWidth), static_cast<int32_t>(FHeight));
+    TQLBitmap Bitmap(static_cast<int32_t>(FWidth), static_cast<int32_t>(FHeight));
+    PaintPicture("CopyToClipboard", Bitmap);
     Services.CopyBitmapToClipboard(Bitmap);
 }
 
 void TQVDataDisplay::CopyToBitmap(TQLBitmap& ABitmap)
 {
-    if (!FCanvasFactory)
-        throw std::runtime_error("TQVDataDisplay::CopyToBitmap: no canvas factory set");
-    std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(ABitmap);
-    PaintToCanvas(ABitmap, *Canvas, true);
+    PaintPicture("CopyToBitmap", ABitmap);
 }
 
 void TQVDataDisplay::SaveToBitmap(const std::string& AFileName)
@@ -120,7 +116,8 @@ void TQVDataDisplay::SaveToBitmap(const std::string& AFileName)
     if (!Guard)
         return;
     // The plot size: inside a print, the page's.
-    const TQLBitmap Bitmap = PaintPicture("SaveToBitmap", GetPlotWidth(), GetPlotHeight());
+    TQLBitmap Bitmap(GetPlotWidth(), GetPlotHeight());
+    PaintPicture("SaveToBitmap", Bitmap);
     Services.SaveBitmapToFile(Bitmap, AFileName);
 }
 
@@ -130,7 +127,8 @@ void TQVDataDisplay::SaveToJpeg(const std::string& AFileName)
     auto Guard = GetLock()->AcquireWrite();
     if (!Guard)
         return;
-    const TQLBitmap Bitmap = PaintPicture("SaveToJpeg", static_cast<int32_t>(FWidth), static_cast<int32_t>(FHeight));
+    TQLBitmap Bitmap(static_cast<int32_t>(FWidth), static_cast<int32_t>(FHeight));
+    PaintPicture("SaveToJpeg", Bitmap);
     Services.SaveBitmapToJpeg(Bitmap, AFileName);
 }
 
