@@ -10,7 +10,7 @@
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVChannelPlot.h"
 #include "qv/channels/QVScopeChannel.h"
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayView.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLCanvas.h"
 

@@ -4,7 +4,7 @@
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/decor/QVDisplayTitle.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "qv/display/QVDisplayZoomList.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLBitmap.h"

@@ -1,16 +1,17 @@
 #include "qv/axes/QVAdditionalAxes.h"
 
-#include "qv/display/QVDataChart.h"
+#include "qv/axes/QVAxisChannel.h"
+#include "qv/component/QVDisplayView.h"
 
 #include <stdexcept>
 
 namespace qv {
 
-TQVDataChart* QVChartOfAxesCollection(TQLCollection* ACollection)
+TQVDisplayOwner* QVChartOfAxesCollection(TQLCollection* ACollection)
 {
     auto* Collection = static_cast<TQVDisplayCollectionBase*>(ACollection);
-    auto* Chart = dynamic_cast<TQVDataChart*>(Collection->GetDisplay());
-    if (!Chart)
+    TQVDisplayOwner* Chart = Collection->GetDisplay();
+    if (!dynamic_cast<IQVAxisChannelSource*>(Chart))
         throw std::invalid_argument("additional axes belong to a chart");
     return Chart;
 }

@@ -2,16 +2,15 @@
 // What the collections of additional X and Y axes share: finding their chart, and docking the
 // strip of a new axis behind the axis before it.
 
-#include "qv/display/QVDisplayCollection.h"
+#include "qv/component/QVDisplayCollection.h"
 
 namespace qv {
 
-class TQVDataChart;
 class TQVDisplayView;
 
 // The chart an additional axes collection belongs to; raises std::invalid_argument when the
 // collection's display is not a chart.
-TQVDataChart* QVChartOfAxesCollection(TQLCollection* ACollection);
+TQVDisplayOwner* QVChartOfAxesCollection(TQLCollection* ACollection);
 
 // Docks AAxis, the strip of the additional axis at AIndex, right behind the axis before it:
 // APrevious (the additional axis at AIndex - 1), or the main axis that owns the collection for

@@ -21,7 +21,7 @@ void CheckLimit(const char* AName, double AValue)
 
 // ---- TQVDisplayOptionalValue ----
 
-TQVDisplayOptionalValue::TQVDisplayOptionalValue(TQVDataDisplay* ADisplay, double AValueDefault,
+TQVDisplayOptionalValue::TQVDisplayOptionalValue(TQVDisplayOwner* ADisplay, double AValueDefault,
                                                  bool AEnabledDefault, bool APositiveOnly)
     : TQVDisplayPersistent(ADisplay), FValue(AValueDefault), FValueDefault(AValueDefault),
       FEnabled(AEnabledDefault), FEnabledDefault(AEnabledDefault), FPositiveOnly(APositiveOnly)
@@ -63,7 +63,7 @@ const TQLClassInfo& TQVDisplayOptionalValue::StaticClassInfo()
 
 // ---- TQVDisplayValueRange ----
 
-TQVDisplayValueRange::TQVDisplayValueRange(TQLPersistent* AOwner, TQVDataDisplay* ADisplay, bool APositiveOnly)
+TQVDisplayValueRange::TQVDisplayValueRange(TQLPersistent* AOwner, TQVDisplayOwner* ADisplay, bool APositiveOnly)
     : TQLPersistent(AOwner, ADisplay->GetLock()),
       FHigh(std::make_unique<TQVDisplayOptionalValue>(ADisplay, 0.0, false, APositiveOnly)),
       FLow(std::make_unique<TQVDisplayOptionalValue>(ADisplay, 0.0, false, APositiveOnly))
@@ -125,7 +125,7 @@ const TQLClassInfo& TQVBasicAxisValue::StaticClassInfo()
 
 // ---- TQVBasicRangedAxisValue ----
 
-TQVBasicRangedAxisValue::TQVBasicRangedAxisValue(TQLPersistent* AOwner, TQVDataDisplay* ADisplay,
+TQVBasicRangedAxisValue::TQVBasicRangedAxisValue(TQLPersistent* AOwner, TQVDisplayOwner* ADisplay,
                                                  TQLNotifyProc ANotify, double ADefaultValue,
                                                  double ADataValueDefault)
     : TQVBasicAxisValue(AOwner, ADisplay->GetLock(), std::move(ANotify), ADefaultValue),
@@ -166,7 +166,7 @@ const TQLClassInfo& TQVBasicRangedAxisValue::StaticClassInfo()
 
 // ---- TQVAxisValue, TQVMaxAxisValue ----
 
-TQVAxisValue::TQVAxisValue(TQLPersistent* AOwner, TQVDataDisplay* ADisplay, TQLNotifyProc ANotify,
+TQVAxisValue::TQVAxisValue(TQLPersistent* AOwner, TQVDisplayOwner* ADisplay, TQLNotifyProc ANotify,
                            double ADefaultValue, double ADataValueDefault)
     : TQVBasicRangedAxisValue(AOwner, ADisplay, std::move(ANotify), ADefaultValue, ADataValueDefault),
       FTick(std::make_unique<TQVBasicAxisValue>(this, ADisplay->GetLock(), [this] { NotifyProp(); }))

@@ -3,7 +3,7 @@
 // data units, whether it follows the data, the range it may be zoomed or panned within, and a
 // separate printed value for the ticks.
 
-#include "qv/display/QVDisplayPersistent.h"
+#include "qv/component/QVDisplayPersistent.h"
 #include "qv/foundation/QLEnumInfo.h"
 #include "qv/foundation/QLEvents.h"
 
@@ -18,7 +18,7 @@ enum TQVMaxAxisMode : uint8_t { mamValue, mamOffset };
 // std::invalid_argument; with PositiveOnly a negative value becomes 0.
 class TQVDisplayOptionalValue : public TQVDisplayPersistent {
 public:
-    explicit TQVDisplayOptionalValue(TQVDataDisplay* ADisplay, double AValueDefault = 0.0,
+    explicit TQVDisplayOptionalValue(TQVDisplayOwner* ADisplay, double AValueDefault = 0.0,
                                      bool AEnabledDefault = false, bool APositiveOnly = false);
 
     double GetValue() const { return FValue; }
@@ -49,7 +49,7 @@ private:
 // A pair of optional bounds.
 class TQVDisplayValueRange : public TQLPersistent {
 public:
-    TQVDisplayValueRange(TQLPersistent* AOwner, TQVDataDisplay* ADisplay, bool APositiveOnly = false);
+    TQVDisplayValueRange(TQLPersistent* AOwner, TQVDisplayOwner* ADisplay, bool APositiveOnly = false);
     ~TQVDisplayValueRange() override;
 
     TQVDisplayOptionalValue* GetHigh() const { return FHigh.get(); }
@@ -94,7 +94,7 @@ private:
 // that zooming and panning keep it in.
 class TQVBasicRangedAxisValue : public TQVBasicAxisValue {
 public:
-    TQVBasicRangedAxisValue(TQLPersistent* AOwner, TQVDataDisplay* ADisplay, TQLNotifyProc ANotify,
+    TQVBasicRangedAxisValue(TQLPersistent* AOwner, TQVDisplayOwner* ADisplay, TQLNotifyProc ANotify,
                             double ADefaultValue = 0.0, double ADataValueDefault = 0.0);
     ~TQVBasicRangedAxisValue() override;
 
@@ -117,7 +117,7 @@ private:
 // An axis minimum: adds the printed limit for the ticks when they are not to follow Value.
 class TQVAxisValue : public TQVBasicRangedAxisValue {
 public:
-    TQVAxisValue(TQLPersistent* AOwner, TQVDataDisplay* ADisplay, TQLNotifyProc ANotify, double ADefaultValue = 0.0,
+    TQVAxisValue(TQLPersistent* AOwner, TQVDisplayOwner* ADisplay, TQLNotifyProc ANotify, double ADefaultValue = 0.0,
                  double ADataValueDefault = 0.0);
     ~TQVAxisValue() override;
 

@@ -1,9 +1,10 @@
 // TQVDisplayAxis: settings, limits, the zoom window's bounds, the step and the strip's ticks.
 // The value and pixel mapping is in QVDisplayAxisMapping.cpp.
 #include "qv/axes/QVDisplayAxis.h"
+#include "qv/axes/QVDisplayAxisList.h"
 
-#include "qv/display/QVDataDisplay.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/component/QVDisplayOwner.h"
+#include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@
 
 namespace qv {
 
-TQVDisplayAxis::TQVDisplayAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
+TQVDisplayAxis::TQVDisplayAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
     : TQVTrackingOptionalAxis(ADisplay, AAlign),
       FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
       FMin(std::make_unique<TQVAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),

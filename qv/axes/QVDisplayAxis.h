@@ -21,8 +21,8 @@
 #include "qv/axes/QVAxisValues.h"
 #include "qv/axes/QVTrackingOptionalAxis.h"
 #include "qv/decor/QVDisplayLabel.h"
-#include "qv/display/QVViewButtonSettings.h"
-#include "qv/display/QVZoomTypes.h"
+#include "qv/component/QVViewButtonSettings.h"
+#include "qv/component/QVZoomTypes.h"
 
 #include <memory>
 #include <string>
@@ -34,7 +34,7 @@ class TQVDisplayAxisZoom;
 class TQVDisplayAxis : public TQVTrackingOptionalAxis {
 public:
     // Adds the axis to the display's list of axes; the display outlives it.
-    TQVDisplayAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign);
+    TQVDisplayAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign);
     ~TQVDisplayAxis() override;
 
     // ---- Settings ----

@@ -1,7 +1,7 @@
 // TQVDisplayAxis: the title as a button - hover, press, release and the mouse cursor.
 #include "qv/axes/QVDisplayAxis.h"
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 
 namespace qv {
 
@@ -28,7 +28,7 @@ void TQVDisplayAxis::ButtonHitTest(int32_t AX, int32_t AY, bool AForceInvalidate
         FLabelButtonShown = GetLabelBox(*Canvas, *FAxisLabel->GetFont(), GetIsVertical()).Box.Contains(Point);
     if (FLabelButtonShown == Old && !AForceInvalidate)
         return;
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     if (FLabelButtonShown && !FButtonCursorSet) {
         Display->SetDisplayCursor(FButton->GetCursor());
         Display->SetToolCursorChanged(true);

@@ -2,7 +2,7 @@
 #include "qv/axes/QVDisplayAxis.h"
 
 #include "qv/axes/QVScaleTickText.h"
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 
 #include <algorithm>
 #include <cmath>

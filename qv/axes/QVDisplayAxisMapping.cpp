@@ -1,7 +1,7 @@
 // TQVDisplayAxis: values to pixels and back, and the conversions between the three scales.
 #include "qv/axes/QVDisplayAxis.h"
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,8 +4,8 @@
 // on it.
 #include "qv/axes/QVDisplayAxis.h"
 
-#include "qv/display/QVDataDisplay.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/component/QVDisplayOwner.h"
+#include "qv/axes/QVDisplayAxisZoomSettings.h"
 
 #include <cmath>
 #include <stdexcept>
@@ -45,7 +45,7 @@ void TQVDisplayAxis::ZoomBy(double AValue, bool SaveHistory)
 {
     QVCheckZoomFactor("TQVDisplayAxis.ZoomBy", AValue);
     auto Guard = GetLock()->AcquireWrite();
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     if (SaveHistory)
         Display->SaveUndoZoom(false);
     const TQVRealRanges Kept = Display->GetZoomRanges();
@@ -59,7 +59,7 @@ void TQVDisplayAxis::ZoomTo(double AMin, double AMax, bool SaveHistory)
 {
     CheckLimits("TQVDisplayAxis.ZoomTo", AMin, AMax);
     auto Guard = GetLock()->AcquireWrite();
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     if (SaveHistory)
         Display->SaveUndoZoom(false);
     const TQVRealRanges Kept = Display->GetZoomRanges();
@@ -72,7 +72,7 @@ void TQVDisplayAxis::ZoomToData(double AMin, double AMax, bool SaveHistory)
 {
     CheckLimits("TQVDisplayAxis.ZoomToData", AMin, AMax);
     auto Guard = GetLock()->AcquireWrite();
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     if (SaveHistory)
         Display->SaveUndoZoom(false);
     const TQVRealRanges Kept = Display->GetZoomRanges();
@@ -84,7 +84,7 @@ void TQVDisplayAxis::ZoomToData(double AMin, double AMax, bool SaveHistory)
 void TQVDisplayAxis::ZoomIn()
 {
     auto Guard = GetLock()->AcquireWrite();
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     Display->SaveUndoZoom(false);
     const TQVRealRanges Kept = Display->GetZoomRanges();
     IntZoomBy(0.5);
@@ -94,7 +94,7 @@ void TQVDisplayAxis::ZoomIn()
 void TQVDisplayAxis::ZoomOut()
 {
     auto Guard = GetLock()->AcquireWrite();
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     Display->SaveUndoZoom(false);
     const TQVRealRanges Kept = Display->GetZoomRanges();
     IntZoomBy(2.0);
@@ -104,7 +104,7 @@ void TQVDisplayAxis::ZoomOut()
 void TQVDisplayAxis::ZoomOff()
 {
     auto Guard = GetLock()->AcquireWrite();
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     Display->SaveUndoZoom(false);
     const TQVRealRanges Kept = Display->GetZoomRanges();
     IntZoomOff();
@@ -277,7 +277,7 @@ void TQVDisplayAxis::MouseOffsetBy(double AValue)
         AValue = FMouseZoomMin - FullMin;
     if (FMouseZoomMax - AValue > FullMax)
         AValue = FMouseZoomMax - FullMax;
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     const TQVRealRanges Kept = Display->GetZoomRanges();
     FZoomMax = FMouseZoomMax - AValue;
     FZoomMin = FMouseZoomMin - AValue;

@@ -1,6 +1,7 @@
 #include "qv/axes/QVDisplayXAxis.h"
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/axes/QVDisplayAxisList.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -37,7 +38,7 @@ void QVDrawAxisStrip(TQVDisplayAxis& AAxis, TQLCanvas& ACanvas, bool AVertical, 
         AAxis.DrawMouseMarker(ACanvas, ATrackSize);
 }
 
-TQVBasicDisplayXAxis::TQVBasicDisplayXAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
+TQVBasicDisplayXAxis::TQVBasicDisplayXAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
     : TQVDisplayAxis(ADisplay, AAlign)
 {
     ADisplay->GetXAxes().Add(this);

@@ -10,7 +10,7 @@ namespace qv {
 
 class TQVBasicDisplayXAxis : public TQVDisplayAxis {
 public:
-    TQVBasicDisplayXAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign = vaBottom);
+    TQVBasicDisplayXAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign = vaBottom);
     ~TQVBasicDisplayXAxis() override;
 
     // ---- Samples ----

@@ -1,12 +1,13 @@
 #include "qv/axes/QVDisplayYAxis.h"
 
 #include "qv/axes/QVDisplayXAxis.h"
-#include "qv/display/QVDataDisplay.h"
+#include "qv/axes/QVDisplayAxisList.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
 
-TQVBasicDisplayYAxis::TQVBasicDisplayYAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
+TQVBasicDisplayYAxis::TQVBasicDisplayYAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
     : TQVDisplayAxis(ADisplay, AAlign)
 {
     ADisplay->GetYAxes().Add(this);

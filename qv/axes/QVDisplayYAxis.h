@@ -9,7 +9,7 @@ namespace qv {
 
 class TQVBasicDisplayYAxis : public TQVDisplayAxis {
 public:
-    TQVBasicDisplayYAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign = vaLeft);
+    TQVBasicDisplayYAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign = vaLeft);
     ~TQVBasicDisplayYAxis() override;
 
     // ---- Orientation: across the display ----

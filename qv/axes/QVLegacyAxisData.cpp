@@ -1,7 +1,7 @@
 #include "qv/axes/QVLegacyAxisData.h"
 
 #include "qv/axes/QVDisplayAxis.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/axes/QVDisplayAxisZoomSettings.h"
 
 #include <cerrno>
 #include <cmath>

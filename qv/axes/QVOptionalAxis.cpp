@@ -1,6 +1,6 @@
 #include "qv/axes/QVOptionalAxis.h"
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <cmath>

@@ -7,7 +7,7 @@
 
 #include "qv/axes/QVAxisTicks.h"
 #include "qv/axes/QVAxisTypes.h"
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayView.h"
 #include "qv/foundation/QVDisplayFont.h"
 
 namespace qv {

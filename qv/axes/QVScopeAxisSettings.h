@@ -4,7 +4,7 @@
 // data, whether cursors snap to samples, and the Y axis' autoscaling with its margins and
 // hysteresis.
 
-#include "qv/display/QVDisplayPersistent.h"
+#include "qv/component/QVDisplayPersistent.h"
 #include "qv/foundation/QLEnumInfo.h"
 #include "qv/foundation/QLPersistent.h"
 #include "qv/foundation/QVBuffers.h"

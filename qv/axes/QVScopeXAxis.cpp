@@ -4,10 +4,9 @@
 
 #include "qv/axes/QVAdditionalAxes.h"
 #include "qv/axes/QVAxisDataRange.h"
+#include "qv/axes/QVDisplayAxisList.h"
 #include "qv/axes/QVLegacyAxisData.h"
-#include "qv/channels/QVChannelData.h"
-#include "qv/channels/QVScopeChannel.h"
-#include "qv/display/QVDataChart.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -30,8 +29,8 @@ int32_t EngineeringExponent(double ARatio)
 
 } // namespace
 
-TQVBasicScopeXAxis::TQVBasicScopeXAxis(TQVDataChart* AChart, TQVViewAlign AAlign)
-    : TQVDisplayXAxis(AChart, AAlign), FChart(AChart),
+TQVBasicScopeXAxis::TQVBasicScopeXAxis(TQVDisplayOwner* AChart, TQVViewAlign AAlign)
+    : TQVDisplayXAxis(AChart, AAlign), FChannelSource(dynamic_cast<IQVAxisChannelSource*>(AChart)),
       FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
       FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(),
                                                                          [this] { InvalidateView(); })),
@@ -64,11 +63,11 @@ void TQVBasicScopeXAxis::SetTicksMode(TQVDisplayAxisTicksMode AValue)
     });
 }
 
-std::vector<TQVScopeChannel*> TQVBasicScopeXAxis::GetAssociatedChannels() const
+std::vector<IQVAxisChannel*> TQVBasicScopeXAxis::GetAssociatedChannels() const
 {
-    std::vector<TQVScopeChannel*> Result;
-    if (const TQVScopeChannels* Channels = FChart->GetChannels())
-        for (TQVScopeChannel* Channel : *Channels)
+    std::vector<IQVAxisChannel*> Result;
+    if (FChannelSource)
+        for (IQVAxisChannel* Channel : FChannelSource->GetAxisChannels())
             if (Channel->GetXAxis() == this)
                 Result.push_back(Channel);
     return Result;
@@ -80,7 +79,7 @@ void TQVBasicScopeXAxis::ObtainDomains() const
 {
     FInFreqencyDomain = FInIntensityDomain = FInAxisDomain = false;
     FDomainValid = true;
-    for (const TQVScopeChannel* Channel : GetAssociatedChannels()) {
+    for (const IQVAxisChannel* Channel : GetAssociatedChannels()) {
         if (!Channel->GetVisible())
             continue;
         if (Channel->GetFrequencyDomain())
@@ -153,9 +152,9 @@ std::string TQVBasicScopeXAxis::GetAxisLabelText() const
 double TQVBasicScopeXAxis::IntGetSampleRate() const
 {
     double Rate = 0.0;
-    for (const TQVScopeChannel* Channel : GetAssociatedChannels())
+    for (const IQVAxisChannel* Channel : GetAssociatedChannels())
         if (Channel->GetVisible())
-            Rate = std::max(Rate, Channel->GetData()->GetSampleRate());
+            Rate = std::max(Rate, Channel->GetAxisSampleRate());
     return Rate > 0.0 ? Rate : CDefaultSampleRate;
 }
 
@@ -196,7 +195,7 @@ double TQVBasicScopeXAxis::CalcMinTime() const { return ConvertToTime(GetMinXVal
 
 void TQVBasicScopeXAxis::CalculateCurentMinMax() const
 {
-    const std::vector<TQVScopeChannel*> Channels = GetAssociatedChannels();
+    const std::vector<IQVAxisChannel*> Channels = GetAssociatedChannels();
     if (Channels.empty()) {
         FCurrentMin = 0.0;
         FCurrentMax = static_cast<double>(FSamples) - 1.0;
@@ -206,7 +205,7 @@ void TQVBasicScopeXAxis::CalculateCurentMinMax() const
     int32_t Count = 0;
     bool Found = false;
     double Lo = 0.0, Hi = 0.0;
-    for (const TQVScopeChannel* Channel : Channels) {
+    for (const IQVAxisChannel* Channel : Channels) {
         const IQVRealBuffer& X = *Channel->GetXDrawDataBuffer();
         const int32_t Size = X.GetSize();
         if (Size <= 0)
@@ -295,7 +294,7 @@ void TQVBasicScopeXAxis::SetSamples(int32_t AValue)
 void TQVBasicScopeXAxis::PopulateMaxSample()
 {
     int32_t Count = 0;
-    for (const TQVScopeChannel* Channel : GetAssociatedChannels())
+    for (const IQVAxisChannel* Channel : GetAssociatedChannels())
         if (Channel->GetVisible())
             Count = std::max(Count, Channel->GetYDrawDataBuffer()->GetSize());
     SetSamples(Count);
@@ -492,7 +491,7 @@ void TQVBasicScopeXAxis::AlignValue(double& AValue) const
 {
     if (!FCursorSettings->GetSnapToSample())
         return;
-    for (const TQVScopeChannel* Channel : GetAssociatedChannels()) {
+    for (const IQVAxisChannel* Channel : GetAssociatedChannels()) {
         const IQVRealBuffer& X = *Channel->GetXDrawDataBuffer();
         if (X.GetSize() > 1)
             QVSnapToNearestSample(X.Read(), X.GetSize(), AValue);
@@ -531,7 +530,7 @@ const TQLClassInfo& TQVBasicScopeXAxis::StaticClassInfo()
 
 // ---- Additional X axes ----
 
-TQVAdditionalScopeXAxis::TQVAdditionalScopeXAxis(TQVDataChart* AChart, TQVScopeXAxesCollectionItem* AOwnerItem)
+TQVAdditionalScopeXAxis::TQVAdditionalScopeXAxis(TQVDisplayOwner* AChart, TQVScopeXAxesCollectionItem* AOwnerItem)
     : TQVBasicScopeXAxis(AChart), FOwnerItem(AOwnerItem)
 {
 }
@@ -568,7 +567,7 @@ void TQVScopeXAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
     auto* Item = static_cast<TQVScopeXAxesCollectionItem*>(AItem);
     const int32_t Index = Item->GetIndex();
     QVDockAdditionalAxis(*this, Index, Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : nullptr, Item->GetAxis());
-    if (TQVDataDisplay* Display = GetDisplay())
+    if (TQVDisplayOwner* Display = GetDisplay())
         Display->InvalidateRecalc();
 }
 
@@ -582,7 +581,7 @@ const TQLClassInfo& TQVScopeXAxesCollection::StaticClassInfo()
 
 // ---- The main X axis ----
 
-TQVScopeXAxis::TQVScopeXAxis(TQVDataChart* AChart)
+TQVScopeXAxis::TQVScopeXAxis(TQVDisplayOwner* AChart)
     : TQVBasicScopeXAxis(AChart),
       FAdditionalAxes(std::make_unique<TQVScopeXAxesCollection>(this, GetLock(), AChart))
 {

@@ -11,9 +11,10 @@
 
 #include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/axes/QVDisplayXAxis.h"
+#include "qv/axes/QVAxisChannel.h"
 #include "qv/axes/QVScopeAxisSettings.h"
-#include "qv/display/QVDisplayCollection.h"
-#include "qv/display/QVDisplayCollectionItem.h"
+#include "qv/component/QVDisplayCollection.h"
+#include "qv/component/QVDisplayCollectionItem.h"
 
 #include <memory>
 #include <string>
@@ -21,15 +22,14 @@
 
 namespace qv {
 
-class TQVDataChart;
-class TQVScopeChannel;
 
 class TQVBasicScopeXAxis : public TQVDisplayXAxis {
 public:
-    TQVBasicScopeXAxis(TQVDataChart* AChart, TQVViewAlign AAlign = vaBottom);
+    TQVBasicScopeXAxis(TQVDisplayOwner* AChart, TQVViewAlign AAlign = vaBottom);
     ~TQVBasicScopeXAxis() override;
 
-    TQVDataChart* GetChart() const { return FChart; }
+    // The chart's channels, through the display; null on a display without channels.
+    IQVAxisChannelSource* GetChannelSource() const { return FChannelSource; }
 
     // ---- Settings ----
     TQVDisplayAxisTicksMode GetTicksMode() const { return FTicksMode; }
@@ -49,7 +49,7 @@ public:
 
     // ---- Channels on the axis ----
     // The channels whose X axis this is, in the chart's order.
-    std::vector<TQVScopeChannel*> GetAssociatedChannels() const;
+    std::vector<IQVAxisChannel*> GetAssociatedChannels() const;
 
     // ---- Title ----
     // AxisLabel.Text when set; else "X Axis" for manual ticks and in a designer, or the unit
@@ -153,7 +153,7 @@ private:
     // The older lists are read, never written.
     bool GetLegacyStored() const { return false; }
 
-    TQVDataChart* FChart;
+    IQVAxisChannelSource* FChannelSource;
     TQVDisplayAxisTicksMode FTicksMode = atmAuto;
     std::unique_ptr<TQVDisplayAxisCursorSettings> FCursorSettings;
     std::unique_ptr<TQVDisplayGridDirectionalLinesSettings> FDataView;
@@ -177,7 +177,7 @@ class TQVScopeXAxesCollectionItem;
 // An X axis held by an item of the main X axis' AdditionalAxes.
 class TQVAdditionalScopeXAxis : public TQVBasicScopeXAxis {
 public:
-    TQVAdditionalScopeXAxis(TQVDataChart* AChart, TQVScopeXAxesCollectionItem* AOwnerItem);
+    TQVAdditionalScopeXAxis(TQVDisplayOwner* AChart, TQVScopeXAxesCollectionItem* AOwnerItem);
     TQVScopeXAxesCollectionItem* GetOwnerItem() const { return FOwnerItem; }
 
     QL_CLASS_INFO()
@@ -211,7 +211,7 @@ public:
 // The main X axis of a scope.
 class TQVScopeXAxis : public TQVBasicScopeXAxis {
 public:
-    explicit TQVScopeXAxis(TQVDataChart* AChart);
+    explicit TQVScopeXAxis(TQVDisplayOwner* AChart);
     ~TQVScopeXAxis() override;
 
     TQVScopeXAxesCollection* GetAdditionalAxes() const { return FAdditionalAxes.get(); }

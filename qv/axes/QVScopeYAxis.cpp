@@ -6,8 +6,8 @@
 #include "qv/axes/QVAxisDataRange.h"
 #include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVLegacyAxisData.h"
-#include "qv/channels/QVScopeChannel.h"
-#include "qv/display/QVDataChart.h"
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -30,8 +30,8 @@ int64_t SampleIndex(double AValue)
 
 } // namespace
 
-TQVBasicScopeYAxis::TQVBasicScopeYAxis(TQVDataChart* AChart, TQVViewAlign AAlign)
-    : TQVDisplayYAxis(AChart, AAlign), FChart(AChart),
+TQVBasicScopeYAxis::TQVBasicScopeYAxis(TQVDisplayOwner* AChart, TQVViewAlign AAlign)
+    : TQVDisplayYAxis(AChart, AAlign), FChannelSource(dynamic_cast<IQVAxisChannelSource*>(AChart)),
       FAutoScaling(std::make_unique<TQVScopeAutoScaling>(this, GetLock(),
                                                          [this] {
                                                              InvalidateMinMaxCache(true);
@@ -52,11 +52,11 @@ TQVBasicScopeYAxis::TQVBasicScopeYAxis(TQVDataChart* AChart, TQVViewAlign AAlign
 
 TQVBasicScopeYAxis::~TQVBasicScopeYAxis() = default;
 
-std::vector<TQVScopeChannel*> TQVBasicScopeYAxis::GetAssociatedChannels() const
+std::vector<IQVAxisChannel*> TQVBasicScopeYAxis::GetAssociatedChannels() const
 {
-    std::vector<TQVScopeChannel*> Result;
-    if (const TQVScopeChannels* Channels = FChart->GetChannels())
-        for (TQVScopeChannel* Channel : *Channels)
+    std::vector<IQVAxisChannel*> Result;
+    if (FChannelSource)
+        for (IQVAxisChannel* Channel : FChannelSource->GetAxisChannels())
             if (Channel->GetYAxis() == this)
                 Result.push_back(Channel);
     return Result;
@@ -64,7 +64,7 @@ std::vector<TQVScopeChannel*> TQVBasicScopeYAxis::GetAssociatedChannels() const
 
 bool TQVBasicScopeYAxis::HasChannelWithMoreThan(int32_t AMinCount) const
 {
-    for (const TQVScopeChannel* Channel : GetAssociatedChannels())
+    for (const IQVAxisChannel* Channel : GetAssociatedChannels())
         if (Channel->GetVisible() && Channel->GetYDrawDataBuffer()->GetSize() > AMinCount)
             return true;
     return false;
@@ -89,7 +89,7 @@ bool TQVBasicScopeYAxis::ScanCurrentExtremes(double& AMin, double& AMax) const
 {
     bool Found = false;
     std::vector<TChannelExtremes> Kept;
-    for (const TQVScopeChannel* Channel : GetAssociatedChannels()) {
+    for (const IQVAxisChannel* Channel : GetAssociatedChannels()) {
         if (!Channel->GetVisible())
             continue;
         const IQVRealBuffer& Y = *Channel->GetYDrawDataBuffer();
@@ -306,7 +306,7 @@ void TQVBasicScopeYAxis::AlignValue(double& AValue) const
 {
     if (!FCursorSettings->GetSnapToSample())
         return;
-    for (const TQVScopeChannel* Channel : GetAssociatedChannels()) {
+    for (const IQVAxisChannel* Channel : GetAssociatedChannels()) {
         const IQVRealBuffer& Y = *Channel->GetYDrawDataBuffer();
         if (Y.GetSize() > 1)
             QVSnapToNearestSample(Y.Read(), Y.GetSize(), AValue);
@@ -342,7 +342,7 @@ const TQLClassInfo& TQVBasicScopeYAxis::StaticClassInfo()
 
 // ---- Additional Y axes ----
 
-TQVAdditionalScopeYAxis::TQVAdditionalScopeYAxis(TQVDataChart* AChart, TQVScopeYAxesCollectionItem* AOwnerItem)
+TQVAdditionalScopeYAxis::TQVAdditionalScopeYAxis(TQVDisplayOwner* AChart, TQVScopeYAxesCollectionItem* AOwnerItem)
     : TQVBasicScopeYAxis(AChart), FOwnerItem(AOwnerItem)
 {
 }
@@ -385,7 +385,7 @@ void TQVScopeYAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
     const int32_t Index = Item->GetIndex();
     QVDockAdditionalAxis(*this, Index, Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : nullptr, Item->GetAxis());
     Item->AfterConstruction();
-    if (TQVDataDisplay* Display = GetDisplay())
+    if (TQVDisplayOwner* Display = GetDisplay())
         Display->InvalidateRecalc();
 }
 
@@ -399,7 +399,7 @@ const TQLClassInfo& TQVScopeYAxesCollection::StaticClassInfo()
 
 // ---- The main Y axis ----
 
-TQVScopeYAxis::TQVScopeYAxis(TQVDataChart* AChart)
+TQVScopeYAxis::TQVScopeYAxis(TQVDisplayOwner* AChart)
     : TQVBasicScopeYAxis(AChart),
       FAdditionalAxes(std::make_unique<TQVScopeYAxesCollection>(this, GetLock(), AChart))
 {

@@ -8,11 +8,12 @@
 // The main Y axis owns any number of additional Y axes; a channel picks its axis by
 // YAxisIndex (0 the main axis, N the additional axis N - 1).
 
+#include "qv/axes/QVAxisChannel.h"
 #include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/axes/QVDisplayYAxis.h"
 #include "qv/axes/QVScopeAxisSettings.h"
-#include "qv/display/QVDisplayCollection.h"
-#include "qv/display/QVDisplayCollectionItem.h"
+#include "qv/component/QVDisplayCollection.h"
+#include "qv/component/QVDisplayCollectionItem.h"
 
 #include <memory>
 #include <string>
@@ -20,15 +21,14 @@
 
 namespace qv {
 
-class TQVDataChart;
-class TQVScopeChannel;
 
 class TQVBasicScopeYAxis : public TQVDisplayYAxis {
 public:
-    TQVBasicScopeYAxis(TQVDataChart* AChart, TQVViewAlign AAlign = vaLeft);
+    TQVBasicScopeYAxis(TQVDisplayOwner* AChart, TQVViewAlign AAlign = vaLeft);
     ~TQVBasicScopeYAxis() override;
 
-    TQVDataChart* GetChart() const { return FChart; }
+    // The chart's channels, through the display; null on a display without channels.
+    IQVAxisChannelSource* GetChannelSource() const { return FChannelSource; }
 
     // ---- Settings ----
     TQVScopeAutoScaling* GetAutoScaling() const { return FAutoScaling.get(); }
@@ -46,7 +46,7 @@ public:
 
     // ---- Channels on the axis ----
     // The channels whose Y axis this is, in the chart's order.
-    std::vector<TQVScopeChannel*> GetAssociatedChannels() const;
+    std::vector<IQVAxisChannel*> GetAssociatedChannels() const;
 
     // ---- Autoscaling ----
     // The finite extremes of the visible channels on the axis over the X axis' sample range;
@@ -108,7 +108,7 @@ private:
     bool CalcCurrentExtremes(double& AMin, double& AMax) const;
     bool ScanCurrentExtremes(double& AMin, double& AMax) const;
 
-    TQVDataChart* FChart;
+    IQVAxisChannelSource* FChannelSource;
     std::unique_ptr<TQVScopeAutoScaling> FAutoScaling;
     std::unique_ptr<TQVDisplayAxisCursorSettings> FCursorSettings;
     std::unique_ptr<TQVDisplayGridDirectionalLinesSettings> FDataView;
@@ -143,7 +143,7 @@ class TQVScopeYAxesCollectionItem;
 // A Y axis held by an item of the main Y axis' AdditionalAxes.
 class TQVAdditionalScopeYAxis : public TQVBasicScopeYAxis {
 public:
-    TQVAdditionalScopeYAxis(TQVDataChart* AChart, TQVScopeYAxesCollectionItem* AOwnerItem);
+    TQVAdditionalScopeYAxis(TQVDisplayOwner* AChart, TQVScopeYAxesCollectionItem* AOwnerItem);
     TQVScopeYAxesCollectionItem* GetOwnerItem() const { return FOwnerItem; }
 
     QL_CLASS_INFO()
@@ -179,7 +179,7 @@ public:
 // The main Y axis of a scope.
 class TQVScopeYAxis : public TQVBasicScopeYAxis {
 public:
-    explicit TQVScopeYAxis(TQVDataChart* AChart);
+    explicit TQVScopeYAxis(TQVDisplayOwner* AChart);
     ~TQVScopeYAxis() override;
 
     TQVScopeYAxesCollection* GetAdditionalAxes() const { return FAdditionalAxes.get(); }

@@ -1,7 +1,7 @@
 #include "qv/axes/QVTrackingOptionalAxis.h"
 
 #include "qv/axes/QVScaleTickText.h"
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -68,7 +68,7 @@ struct TQVTrackingOptionalAxis::TTickWalk {
     }
 };
 
-TQVTrackingOptionalAxis::TQVTrackingOptionalAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
+TQVTrackingOptionalAxis::TQVTrackingOptionalAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
     : TQVOptionalAxis(ADisplay, AAlign), FMajorTicks(std::make_unique<TQVMajorTicks>(this, GetLock(), [this] {
           // Another step mode or step: the remembered step no longer holds.
           FValidStep = false;

@@ -28,7 +28,7 @@ using TQVAxisTickProc = std::function<void(TQVTrackingOptionalAxis* AAxis, TQLCa
 
 class TQVTrackingOptionalAxis : public TQVOptionalAxis {
 public:
-    TQVTrackingOptionalAxis(TQVDataDisplay* ADisplay, TQVViewAlign AAlign);
+    TQVTrackingOptionalAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign);
     ~TQVTrackingOptionalAxis() override;
 
     // ---- Settings ----

@@ -1,7 +1,8 @@
 #include "qv/channels/QVChannelData.h"
 
 #include "qv/channels/QVScopeChannel.h"
-#include "qv/display/QVScope.h"
+#include "qv/channels/QVScopeOwner.h"
+#include "qv/component/QVDisplayOwner.h"
 
 #include <algorithm>
 #include <cmath>
@@ -397,8 +398,8 @@ void TQVChannelData::Clear()
     });
     // Outside the data section: the scope's history belongs to the display's side of the
     // lock order.
-    if (TQVScope* Scope = FChannel->GetScope())
-        Scope->InvalidateHistory();
+    if (TQVDisplayOwner* Display = FChannel->GetDisplay())
+        Display->InvalidateHistory();
 }
 
 // ---- Reading the data stage ----

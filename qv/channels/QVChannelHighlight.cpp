@@ -5,14 +5,14 @@
 #include "qv/channels/QVHighlightInfo.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 
 namespace qv {
 
 namespace {
 
 // The channels' highlighting settings of a chart; null on a display without them.
-const TQVChannelItemHighlighting* ChannelSettings(const TQVDataDisplay* ADisplay)
+const TQVChannelItemHighlighting* ChannelSettings(const TQVDisplayOwner* ADisplay)
 {
     const auto* Highlighting = dynamic_cast<const TQVDataDisplayHighlighting*>(ADisplay->GetHighlighting());
     return Highlighting ? Highlighting->GetChannels() : nullptr;

@@ -17,7 +17,7 @@ const TQLClassInfo& TQVDisplayOptionalHighlighting::StaticClassInfo()
     return Info;
 }
 
-TQVChannelMouseHitPoint::TQVChannelMouseHitPoint(TQVDataDisplay* ADisplay)
+TQVChannelMouseHitPoint::TQVChannelMouseHitPoint(TQVDisplayOwner* ADisplay)
     : TQVDisplayOptionalHighlighting(ADisplay),
       // A change of the label repaints the display like any other setting.
       FPointLabel(std::make_unique<TQVOptionalLabel>(ADisplay, ADisplay->GetLock(),

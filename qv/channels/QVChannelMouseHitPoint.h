@@ -3,7 +3,7 @@
 // label with its values.
 
 #include "qv/decor/QVOptionalLabel.h"
-#include "qv/display/QVDisplayPersistent.h"
+#include "qv/component/QVDisplayPersistent.h"
 
 #include <memory>
 
@@ -12,7 +12,7 @@ namespace qv {
 // A highlight that can be switched off, in a colour.
 class TQVDisplayOptionalHighlighting : public TQVDisplayPersistent {
 public:
-    explicit TQVDisplayOptionalHighlighting(TQVDataDisplay* ADisplay) : TQVDisplayPersistent(ADisplay) {}
+    explicit TQVDisplayOptionalHighlighting(TQVDisplayOwner* ADisplay) : TQVDisplayPersistent(ADisplay) {}
 
     bool GetEnabled() const { return FEnabled; }
     void SetEnabled(bool AValue) { Set(FEnabled, AValue); }
@@ -28,7 +28,7 @@ private:
 
 class TQVChannelMouseHitPoint : public TQVDisplayOptionalHighlighting {
 public:
-    explicit TQVChannelMouseHitPoint(TQVDataDisplay* ADisplay);
+    explicit TQVChannelMouseHitPoint(TQVDisplayOwner* ADisplay);
     ~TQVChannelMouseHitPoint() override;
 
     TQVOptionalLabel* GetPointLabel() const { return FPointLabel.get(); }

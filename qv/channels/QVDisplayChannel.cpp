@@ -1,7 +1,9 @@
 #include "qv/channels/QVDisplayChannel.h"
 
-#include "qv/display/QVDisplayComponent.h"
-#include "qv/display/QVDataChart.h"
+#include "qv/component/QVDisplayComponent.h"
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/axes/QVScopeYAxis.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <stdexcept>
@@ -55,7 +57,7 @@ void TQVDisplayChannel::SetStrokeDash(TQVStrokeDash AValue)
 }
 
 namespace {
-TRect DataViewRect(const TQVDataDisplay* ADisplay)
+TRect DataViewRect(const TQVDisplayOwner* ADisplay)
 {
     const TQVDisplayComponent* View = ADisplay ? ADisplay->GetDataView() : nullptr;
     return View ? View->GetDrawRect() : TRect{};
@@ -101,20 +103,20 @@ void TQVDisplayChannel::SetYAxisIndex(int32_t AValue)
 
 TQVBasicScopeXAxis* TQVDisplayChannel::GetXAxis() const
 {
-    const auto* Chart = dynamic_cast<const TQVDataChart*>(GetDisplay());
-    if (!Chart)
+    const TQVDisplayOwner* Display = GetDisplay();
+    if (!Display)
         return nullptr;
-    TQVBasicScopeXAxis* Axis = Chart->GetXAxisByIndex(FXAxisIndex);
-    return Axis ? Axis : Chart->GetXAxis();
+    TQVDisplayAxis* Axis = Display->GetXAxisByIndex(FXAxisIndex);
+    return dynamic_cast<TQVBasicScopeXAxis*>(Axis ? Axis : Display->GetXAxis());
 }
 
 TQVBasicScopeYAxis* TQVDisplayChannel::GetYAxis() const
 {
-    const auto* Chart = dynamic_cast<const TQVDataChart*>(GetDisplay());
-    if (!Chart)
+    const TQVDisplayOwner* Display = GetDisplay();
+    if (!Display)
         return nullptr;
-    TQVBasicScopeYAxis* Axis = Chart->GetYAxisByIndex(FYAxisIndex);
-    return Axis ? Axis : Chart->GetYAxis();
+    TQVDisplayAxis* Axis = Display->GetYAxisByIndex(FYAxisIndex);
+    return dynamic_cast<TQVBasicScopeYAxis*>(Axis ? Axis : Display->GetYAxis());
 }
 
 void TQVDisplayChannel::SetFrequencyDomain(bool AValue) { Set(FFrequencyDomain, AValue, [this] { AxesChanged(); }); }
@@ -140,8 +142,8 @@ void TQVDisplayChannel::AxesChanged()
     // A display on its way out has nothing left to recompute.
     if (GetLock()->IsDestroying())
         return;
-    if (auto* Chart = dynamic_cast<TQVDataChart*>(GetDisplay()))
-        Chart->InvalidateChannelAxes();
+    if (TQVDisplayOwner* Display = GetDisplay())
+        Display->InvalidateChannelAxes();
 }
 
 const TQLClassInfo& TQVDisplayChannel::StaticClassInfo()

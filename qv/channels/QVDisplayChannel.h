@@ -4,9 +4,10 @@
 // the draw stage is a frozen copy of it, renewed only by the hand-over on the control's
 // thread under both sections, and read by painting without a lock.
 
+#include "qv/axes/QVAxisChannel.h"
 #include "qv/channels/QVChannelBuffer.h"
 #include "qv/channels/QVScopePoints.h"
-#include "qv/display/QVDisplayCollectionItem.h"
+#include "qv/component/QVDisplayCollectionItem.h"
 #include "qv/foundation/QVBuffers.h"
 #include "qv/foundation/QWCriticalSection.h"
 
@@ -18,10 +19,12 @@ namespace qv {
 class TQVBasicScopeXAxis;
 class TQVBasicScopeYAxis;
 
-class TQVDisplayChannel : public TQVOptionalDisplayCollectionItem {
+class TQVDisplayChannel : public TQVOptionalDisplayCollectionItem, public IQVAxisChannel {
 public:
     explicit TQVDisplayChannel(TQLCollection* ACollection);
     ~TQVDisplayChannel() override;
+
+    bool GetVisible() const override { return TQVOptionalDisplayCollectionItem::GetVisible(); }
 
     // ---- Appearance ----
     TAlphaColor GetColor() const { return FColor; }
@@ -98,32 +101,32 @@ public:
     int32_t GetYAxisIndex() const { return FYAxisIndex; }
     void SetYAxisIndex(int32_t AValue);
     // The axes the indexes resolve to in the channel's chart; null outside a chart.
-    TQVBasicScopeXAxis* GetXAxis() const;
-    TQVBasicScopeYAxis* GetYAxis() const;
+    TQVBasicScopeXAxis* GetXAxis() const override;
+    TQVBasicScopeYAxis* GetYAxis() const override;
 
     // ---- Domain: what the samples are (set by the source of the stream) ----
     // A spectrum: the X axis shows frequencies.
-    bool GetFrequencyDomain() const { return FFrequencyDomain; }
+    bool GetFrequencyDomain() const override { return FFrequencyDomain; }
     void SetFrequencyDomain(bool AValue);
     // An intensity spectrum.
-    bool GetIntensityDomain() const { return FIntensityDomain; }
+    bool GetIntensityDomain() const override { return FIntensityDomain; }
     void SetIntensityDomain(bool AValue);
     // X values come with the stream.
-    bool GetInAxisDomain() const { return FInAxisDomain; }
+    bool GetInAxisDomain() const override { return FInAxisDomain; }
     void SetInAxisDomain(bool AValue);
 
     // ---- Draw stage (control's thread; painting reads it without a lock) ----
     // The buffers stay unchanged until the next hand-over. That one may refill a buffer in
     // place when only the channel holds it; a copy of the pointer kept beyond the hand-over
     // keeps its samples.
-    const std::shared_ptr<IQVRealBuffer>& GetXDrawDataBuffer() const { return FXDrawDataBuffer; }
-    const std::shared_ptr<IQVRealBuffer>& GetYDrawDataBuffer() const { return FYDrawDataBuffer; }
+    const std::shared_ptr<IQVRealBuffer>& GetXDrawDataBuffer() const override { return FXDrawDataBuffer; }
+    const std::shared_ptr<IQVRealBuffer>& GetYDrawDataBuffer() const override { return FYDrawDataBuffer; }
     const std::shared_ptr<IQVIntegerBuffer>& GetDrawGapsBuffer() const { return FDrawGapsBuffer; }
     // Whether X was a generated ramp when the draw stage was taken.
-    bool GetDrawIsRamp() const { return FDrawIsRamp; }
+    bool GetDrawIsRamp() const override { return FDrawIsRamp; }
     // Counts the renewals of the draw stage: what is derived from its samples holds while
     // this stays the same.
-    uint64_t GetDrawGeneration() const { return FDrawGeneration; }
+    uint64_t GetDrawGeneration() const override { return FDrawGeneration; }
 
     // Whether X is the sample's running number (set by a ramp, cleared by explicit X blocks).
     bool GetIsRamp() const { return FIsRamp.load(std::memory_order_acquire); }

@@ -27,7 +27,7 @@ const TQLClassInfo& TQVChannelItemHighlighting::StaticClassInfo()
     return Info;
 }
 
-TQVDisplayHighlighting::TQVDisplayHighlighting(TQVDataDisplay* ADisplay)
+TQVDisplayHighlighting::TQVDisplayHighlighting(TQVDisplayOwner* ADisplay)
     : TQVDisplayPersistent(ADisplay), FMarkers(std::make_unique<TQVDisplayItemHighlighting>(ADisplay)),
       FCursors(std::make_unique<TQVDisplayItemHighlighting>(ADisplay)),
       FLabels(std::make_unique<TQVDisplayItemHighlighting>(ADisplay)),
@@ -51,7 +51,7 @@ const TQLClassInfo& TQVDisplayHighlighting::StaticClassInfo()
     return Info;
 }
 
-TQVDataDisplayHighlighting::TQVDataDisplayHighlighting(TQVDataDisplay* ADisplay)
+TQVDataDisplayHighlighting::TQVDataDisplayHighlighting(TQVDisplayOwner* ADisplay)
     : TQVDisplayHighlighting(ADisplay), FChannels(std::make_unique<TQVChannelItemHighlighting>(ADisplay)),
       FChannelLinks(std::make_unique<TQVChannelItemHighlighting>(ADisplay)),
       FZones(std::make_unique<TQVDisplayItemHighlighting>(ADisplay)),

@@ -6,7 +6,7 @@
 // Every object writes through the display's lock, so a change repaints the display.
 
 #include "qv/channels/QVChannelMouseHitPoint.h"
-#include "qv/display/QVDisplayPersistent.h"
+#include "qv/component/QVDisplayPersistent.h"
 
 #include <memory>
 
@@ -14,7 +14,7 @@ namespace qv {
 
 class TQVDisplayItemHighlighting : public TQVDisplayPersistent {
 public:
-    explicit TQVDisplayItemHighlighting(TQVDataDisplay* ADisplay) : TQVDisplayPersistent(ADisplay) {}
+    explicit TQVDisplayItemHighlighting(TQVDisplayOwner* ADisplay) : TQVDisplayPersistent(ADisplay) {}
 
     bool GetHiglightLegendButton() const { return FHiglightLegendButton; }
     void SetHiglightLegendButton(bool AValue) { Set(FHiglightLegendButton, AValue); }
@@ -35,7 +35,7 @@ public:
 
 protected:
     // For kinds whose elements do not light up from the mouse by default.
-    TQVDisplayItemHighlighting(TQVDataDisplay* ADisplay, bool AHiglightFromMouse)
+    TQVDisplayItemHighlighting(TQVDisplayOwner* ADisplay, bool AHiglightFromMouse)
         : TQVDisplayPersistent(ADisplay), FHiglightFromMouse(AHiglightFromMouse),
           FHiglightFromMouseDefault(AHiglightFromMouse)
     {
@@ -52,14 +52,14 @@ private:
 // Channels and channel links: lit from the legend, not from the mouse, unless asked.
 class TQVChannelItemHighlighting : public TQVDisplayItemHighlighting {
 public:
-    explicit TQVChannelItemHighlighting(TQVDataDisplay* ADisplay) : TQVDisplayItemHighlighting(ADisplay, false) {}
+    explicit TQVChannelItemHighlighting(TQVDisplayOwner* ADisplay) : TQVDisplayItemHighlighting(ADisplay, false) {}
 
     QL_CLASS_INFO()
 };
 
 class TQVDisplayHighlighting : public TQVDisplayPersistent {
 public:
-    explicit TQVDisplayHighlighting(TQVDataDisplay* ADisplay);
+    explicit TQVDisplayHighlighting(TQVDisplayOwner* ADisplay);
     ~TQVDisplayHighlighting() override;
 
     TQVDisplayItemHighlighting* GetMarkers() const { return FMarkers.get(); }
@@ -86,7 +86,7 @@ private:
 // The chart's highlighting: the display's kinds and those of the plot.
 class TQVDataDisplayHighlighting : public TQVDisplayHighlighting {
 public:
-    explicit TQVDataDisplayHighlighting(TQVDataDisplay* ADisplay);
+    explicit TQVDataDisplayHighlighting(TQVDisplayOwner* ADisplay);
     ~TQVDataDisplayHighlighting() override;
 
     TQVChannelItemHighlighting* GetChannels() const { return FChannels.get(); }

@@ -1,7 +1,8 @@
 #include "qv/channels/QVScopeChannel.h"
 
 #include "qv/channels/QVChannelData.h"
-#include "qv/display/QVScope.h"
+#include "qv/channels/QVScopeOwner.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@
 namespace qv {
 
 TQVScopeChannel::TQVScopeChannel(TQLCollection* ACollection)
-    : TQVDisplayChannel(ACollection), FOwner(dynamic_cast<TQVScope*>(GetDisplay())),
+    : TQVDisplayChannel(ACollection), FOwner(dynamic_cast<TQVScopeOwner*>(GetDisplay())),
       FData(std::make_unique<TQVChannelData>(this))
 {
     CreatePins();
@@ -19,13 +20,15 @@ TQVScopeChannel::TQVScopeChannel(TQLCollection* ACollection)
 
 TQVScopeChannel::~TQVScopeChannel() { ReleasePins(); }
 
+double TQVScopeChannel::GetAxisSampleRate() const { return FData->GetSampleRate(); }
+
 uint32_t TQVScopeChannel::GetSizeLimit() const { return FOwner ? FOwner->GetSizeLimit() : 0; }
 
 void TQVScopeChannel::SetFlags()
 {
     FHasNewBuffer.store(true, std::memory_order_release);
     if (FOwner)
-        FOwner->SetNeedsRecalc();
+        GetDisplay()->SetNeedsRecalc();
 }
 
 namespace {
@@ -235,7 +238,7 @@ const TQLClassInfo& TQVScopeChannel::StaticClassInfo()
 
 // ---- TQVScopeChannels ----
 
-TQVScopeChannels::TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDataDisplay* ADisplay)
+TQVScopeChannels::TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
     : TQVPaletteDisplayCollection<TQVScopeChannel>(AOwner, std::move(ALock), ADisplay)
 {
 }

@@ -5,7 +5,7 @@
 
 #include "qv/channels/QVChannelBuffer.h"
 #include "qv/channels/QVDisplayChannel.h"
-#include "qv/display/QVDisplayCollection.h"
+#include "qv/component/QVDisplayCollection.h"
 #include "qv/foundation/QVBlockExtremes.h"
 #include "qv/pins/QWPins.h"
 
@@ -19,7 +19,7 @@ namespace qv {
 class TQVChannelData;
 class TQVChannelMouseHitPoint;
 class TQVDisplayAxis;
-class TQVScope;
+class TQVScopeOwner;
 class TQVScopeChannel;
 
 // Fired for each bar before it is drawn; clearing DefaultDraw leaves that bar out.
@@ -45,7 +45,7 @@ public:
     TQVChannelData* GetData() const { return FData.get(); }
     // The scope the channel belongs to; null for a channel outside a scope, which then has no
     // size limit.
-    TQVScope* GetScope() const { return FOwner; }
+    TQVScopeOwner* GetScope() const { return FOwner; }
 
     // The hand-over: the draw stage becomes a frozen copy of the data stage. Called by the
     // scope on the control's thread; takes the channel's property lock, then the data
@@ -178,7 +178,8 @@ public:
     // AFinite false skips NaN, AFinite true every sample that is not finite. False when no
     // sample counts. The first call after a hand-over reads the record once into a block
     // summary; later calls read the summary and at most two part blocks.
-    bool GetDrawYExtremes(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const;
+    bool GetDrawYExtremes(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const override;
+    double GetAxisSampleRate() const override;
 
     QL_CLASS_INFO()
 
@@ -208,7 +209,7 @@ private:
     void IntPopulateRamp();
     void IntShiftPopulateRamp(int32_t ACount, uint32_t ALimit);
 
-    TQVScope* FOwner;
+    TQVScopeOwner* FOwner;
     TQVGapList FGapsBuffer;
     std::atomic<bool> FDataChanged{false};
     std::atomic<bool> FHasNewBuffer{false};
@@ -296,7 +297,7 @@ using TQVChannelClickEvent = std::function<void(TQLPersistent* Sender, int32_t C
 
 class TQVScopeChannels : public TQVPaletteDisplayCollection<TQVScopeChannel> {
 public:
-    TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDataDisplay* ADisplay);
+    TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay);
 
     // Fired by the data view's hit test on a click on a channel.
     void SetOnClick(TQVChannelClickEvent AHandler) { FOnClick = std::move(AHandler); }

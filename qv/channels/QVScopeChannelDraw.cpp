@@ -8,7 +8,8 @@
 #include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVHighlightInfo.h"
 #include "qv/channels/QVScopeChannel.h"
-#include "qv/display/QVScope.h"
+#include "qv/channels/QVScopeOwner.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLCanvas.h"
 #include "qv/foundation/QVArrayOps.h"
 
@@ -28,7 +29,7 @@ inline bool Same(double A, double B) { return A == B || (A != A && B != B); }
 // Clears the scope's in-draw flag also when a user handler throws.
 class TInDrawScope {
 public:
-    explicit TInDrawScope(TQVScope* AScope) : FScope(AScope)
+    explicit TInDrawScope(TQVScopeOwner* AScope) : FScope(AScope)
     {
         if (FScope)
             FScope->SetInDraw(true);
@@ -42,7 +43,7 @@ public:
     TInDrawScope& operator=(const TInDrawScope&) = delete;
 
 private:
-    TQVScope* FScope;
+    TQVScopeOwner* FScope;
 };
 
 // The width of a scale's full range, for the ratio of two scales.
@@ -564,7 +565,7 @@ bool TQVScopeChannel::CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t A
 void TQVScopeChannel::DrawHitPoint(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint)
 {
     ACanvas.SetPenStyle(psSolid);
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     if (!Display || !AHitPoint.GetEnabled())
         return;
     ACanvas.GetBrush().SetColor(Display->GetColor());

@@ -8,7 +8,9 @@
 
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVScopeChannel.h"
-#include "qv/display/QVScope.h"
+#include "qv/axes/QVScopeXAxis.h"
+#include "qv/channels/QVScopeOwner.h"
+#include "qv/component/QVDisplayOwner.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,7 +39,7 @@ void StopQueue(TQWBlockQueue& AQueue)
 }
 
 // The scope's all-channel section when there is a scope.
-std::unique_lock<std::recursive_mutex> AllChannelLock(TQVScope* AScope)
+std::unique_lock<std::recursive_mutex> AllChannelLock(TQVScopeOwner* AScope)
 {
     if (!AScope)
         return {};
@@ -106,7 +108,7 @@ bool TQVScopeChannel::YSinkDispatch(TQWPin* /*APin*/, TQVDataKind /*AIID*/, cons
     } else if (As<TQWStopOperation>(AOperation)) {
         StopQueue(FInputPin->GetQueue());
         if (FOwner)
-            FOwner->InvalidateHistory();
+            GetDisplay()->InvalidateHistory();
     } else if (const auto* Block = As<TQWSuppliedBufferOperation>(AOperation)) {
         if (Block->GetBuffer())
             ReceiveBlock(*Block->GetBuffer());
@@ -161,7 +163,7 @@ void TQVScopeChannel::StartStream(const TQWStartOperation& AOperation)
 {
     FInputPin->GetQueue().SetIgnore(false);
     if (FOwner)
-        FOwner->InvalidateHistory();
+        GetDisplay()->InvalidateHistory();
     const auto* Rate = As<TQWStartRateOperation>(AOperation);
     FSampleRate.store(Rate ? Rate->GetSampleRate() : CDefaultStreamRate, std::memory_order_relaxed);
     SetFrequencyDomain(As<TQWStartSpectrumOperation>(AOperation) != nullptr);

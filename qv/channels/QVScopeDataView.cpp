@@ -2,8 +2,9 @@
 
 #include "qv/axes/QVDisplayAxis.h"
 #include "qv/axes/QVAxisTypes.h"
-#include "qv/display/QVDataDisplay.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/axes/QVDisplayAxisList.h"
+#include "qv/component/QVDisplayOwner.h"
+#include "qv/component/QVDisplayZoom.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -12,7 +13,7 @@
 
 namespace qv {
 
-TQVScopeDataView::TQVScopeDataView(TQVDataDisplay* ADisplay)
+TQVScopeDataView::TQVScopeDataView(TQVDisplayOwner* ADisplay)
     : TQVCustomColorDisplayView(ADisplay),
       FBorder(std::make_unique<TQVDisplayGridLineSettings>(this, GetLock(), [this] { InvalidateView(); },
                                                            0xFF008000, true))
@@ -121,7 +122,7 @@ void TQVScopeDataView::MouseDown(TMouseButton AButton, TShiftState AShift, int32
 void TQVScopeDataView::MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled)
 {
     TQVCustomColorDisplayView::MouseMove(AShift, AX, AY, AHandled);
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     // The axes' tracking marks follow the mouse: an X move concerns the axes along the
     // display, a Y move those across it.
     const bool Turned = Display->GetIsVertical();
@@ -153,7 +154,7 @@ void TQVScopeDataView::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t
     TQVCustomColorDisplayView::MouseUp(AButton, AShift, AX, AY, AMouseInside);
     if (AButton != mbLeft || !FLeftMouseDown)
         return;
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     const TQVRealRanges Old = Display->GetZoomRanges();
     FLeftMouseDown = false;
     if (Display->GetNavigateMode() == nmZoom) {
@@ -207,7 +208,7 @@ double LogPosition(double ALogSpan, double AP, double AW) { return QVExp10a(ALog
 
 void TQVScopeDataView::MouseZoom(int32_t AX, int32_t AY)
 {
-    TQVDataDisplay* Display = GetDisplay();
+    TQVDisplayOwner* Display = GetDisplay();
     const TQVDisplayZoom& Zooming = *Display->GetZooming();
     if (!Zooming.GetMouseZoom())
         return;

@@ -5,7 +5,7 @@
 
 #include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/channels/QVHighlightInfo.h"
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayView.h"
 
 #include <memory>
 
@@ -18,7 +18,7 @@ class TQVBasicDisplayZone;
 
 class TQVScopeDataView : public TQVCustomColorDisplayView {
 public:
-    explicit TQVScopeDataView(TQVDataDisplay* ADisplay);
+    explicit TQVScopeDataView(TQVDisplayOwner* ADisplay);
     ~TQVScopeDataView() override;
 
     // The frame round the view.
@@ -53,7 +53,7 @@ public:
     TPoint GetCurrentMousePoint() const { return FCurrentMousePoint; }
     // ---- Highlighting (QVScopeDataViewHighlight.cpp) ----
     // The data view of a display, when it has one of this kind.
-    static TQVScopeDataView* Of(const TQVDataDisplay* ADisplay);
+    static TQVScopeDataView* Of(const TQVDisplayOwner* ADisplay);
     // What is lit and dragged in the plot; the elements' hit tests write it.
     TQVHighlightInfo& GetHighlightInfo() { return FHighlightInfo; }
     const TQVHighlightInfo& GetHighlightInfo() const { return FHighlightInfo; }

@@ -1,11 +1,11 @@
 // TQVScopeDataView: the plot's highlight state and its clean-up.
 #include "qv/channels/QVScopeDataView.h"
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 
 namespace qv {
 
-TQVScopeDataView* TQVScopeDataView::Of(const TQVDataDisplay* ADisplay)
+TQVScopeDataView* TQVScopeDataView::Of(const TQVDisplayOwner* ADisplay)
 {
     return ADisplay ? dynamic_cast<TQVScopeDataView*>(ADisplay->GetDataView()) : nullptr;
 }

@@ -1,6 +1,6 @@
 #include "qv/decor/QVDisplayTitle.h"
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace qv {
 
 // ---- TQVBasicDisplayTitle ----
 
-TQVBasicDisplayTitle::TQVBasicDisplayTitle(TQVDataDisplay* ADisplay)
+TQVBasicDisplayTitle::TQVBasicDisplayTitle(TQVDisplayOwner* ADisplay)
     : TQVOptionalView(ADisplay, vaTop),
       FFont(std::make_unique<TQVDisplayFont>(this, GetLock(), [this] { FontChanged(); }, "Arial", 16,
                                              TAlphaColor(0xFFFFFFFF), fsBold))
@@ -119,7 +119,7 @@ const TQLClassInfo& TQVBasicDisplayTitle::StaticClassInfo()
 
 // ---- TQVAdditionalDisplayTitle ----
 
-TQVAdditionalDisplayTitle::TQVAdditionalDisplayTitle(TQVDataDisplay* ADisplay,
+TQVAdditionalDisplayTitle::TQVAdditionalDisplayTitle(TQVDisplayOwner* ADisplay,
                                                      TQVDisplayTitleCollectionItem* AOwnerItem)
     : TQVBasicDisplayTitle(ADisplay), FOwnerItem(AOwnerItem)
 {
@@ -177,7 +177,7 @@ const TQLClassInfo& TQVDisplayTitleCollectionItem::StaticClassInfo()
 // ---- TQVDisplayTitleCollection ----
 
 TQVDisplayTitleCollection::TQVDisplayTitleCollection(TQVDisplayTitle* AOwner, TQLLockPtr ALock,
-                                                     TQVDataDisplay* ADisplay)
+                                                     TQVDisplayOwner* ADisplay)
     : TQVDisplayCollection<TQVDisplayTitleCollectionItem>(AOwner, std::move(ALock), ADisplay), FMainTitle(AOwner)
 {
 }
@@ -217,7 +217,7 @@ const TQLClassInfo& TQVDisplayTitleCollection::StaticClassInfo()
 
 // ---- TQVDisplayTitle ----
 
-TQVDisplayTitle::TQVDisplayTitle(TQVDataDisplay* ADisplay)
+TQVDisplayTitle::TQVDisplayTitle(TQVDisplayOwner* ADisplay)
     : TQVBasicDisplayTitle(ADisplay),
       FAdditionalTitles(std::make_unique<TQVDisplayTitleCollection>(this, GetLock(), ADisplay))
 {

@@ -5,8 +5,8 @@
 // title owns any number of additional titles, which lie in the view list right behind it,
 // in the order of their collection, and so stack outward from the same edge.
 
-#include "qv/display/QVDisplayCollection.h"
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayCollection.h"
+#include "qv/component/QVDisplayView.h"
 #include "qv/foundation/QLCollection.h"
 #include "qv/foundation/QVDisplayFont.h"
 
@@ -20,7 +20,7 @@ class TQVDisplayTitleCollectionItem;
 
 class TQVBasicDisplayTitle : public TQVOptionalView {
 public:
-    explicit TQVBasicDisplayTitle(TQVDataDisplay* ADisplay);
+    explicit TQVBasicDisplayTitle(TQVDisplayOwner* ADisplay);
     ~TQVBasicDisplayTitle() override;
 
     const std::string& GetText() const { return FText; }
@@ -57,7 +57,7 @@ private:
 // A title of the AdditionalTitles collection; its owner is the collection item.
 class TQVAdditionalDisplayTitle : public TQVBasicDisplayTitle {
 public:
-    TQVAdditionalDisplayTitle(TQVDataDisplay* ADisplay, TQVDisplayTitleCollectionItem* AOwnerItem);
+    TQVAdditionalDisplayTitle(TQVDisplayOwner* ADisplay, TQVDisplayTitleCollectionItem* AOwnerItem);
 
     TQVDisplayTitleCollectionItem* GetOwnerItem() const { return FOwnerItem; }
 
@@ -82,13 +82,13 @@ public:
     QL_CLASS_INFO()
 
 private:
-    TQVDataDisplay* FDisplay;
+    TQVDisplayOwner* FDisplay;
     std::unique_ptr<TQVAdditionalDisplayTitle> FTitle;
 };
 
 class TQVDisplayTitleCollection : public TQVDisplayCollection<TQVDisplayTitleCollectionItem> {
 public:
-    TQVDisplayTitleCollection(TQVDisplayTitle* AOwner, TQLLockPtr ALock, TQVDataDisplay* ADisplay);
+    TQVDisplayTitleCollection(TQVDisplayTitle* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay);
 
     // The main title the additional titles stand behind.
     TQVDisplayTitle* GetMainTitle() const { return FMainTitle; }
@@ -109,7 +109,7 @@ private:
 // The display's main title with its additional titles.
 class TQVDisplayTitle : public TQVBasicDisplayTitle {
 public:
-    explicit TQVDisplayTitle(TQVDataDisplay* ADisplay);
+    explicit TQVDisplayTitle(TQVDisplayOwner* ADisplay);
     ~TQVDisplayTitle() override;
 
     TQVDisplayTitleCollection* GetAdditionalTitles() const { return FAdditionalTitles.get(); }

@@ -1,6 +1,7 @@
 #include "qv/display/QVDataChart.h"
-#include "qv/display/QVLabelTemplate.h"
+#include "qv/component/QVLabelTemplate.h"
 
+#include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -97,6 +98,15 @@ void TQVDataChart::InvalidateChannelAxes()
     for (TQVDisplayAxis* Axis : GetYAxes())
         Axis->InvalidateMinMaxCache(true);
     InvalidateRecalc();
+}
+
+std::vector<IQVAxisChannel*> TQVDataChart::GetAxisChannels() const
+{
+    std::vector<IQVAxisChannel*> Result;
+    if (const TQVScopeChannels* Channels = GetChannels())
+        for (TQVScopeChannel* Channel : *Channels)
+            Result.push_back(Channel);
+    return Result;
 }
 
 const TQLClassInfo& TQVDataChart::StaticClassInfo()

@@ -4,6 +4,7 @@
 // elements refer to axes: index 0 is the main axis, index N the additional axis N - 1.
 // Across both kinds (GetAxisIndex) the X axes come first, then the Y axes.
 
+#include "qv/axes/QVAxisChannel.h"
 #include "qv/axes/QVScopeXAxis.h"
 #include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVHighlightInfo.h"
@@ -17,7 +18,7 @@ namespace qv {
 
 class TQVScopeChannels;
 
-class TQVDataChart : public TQVDataDisplay {
+class TQVDataChart : public TQVDataDisplay, public IQVAxisChannelSource {
 public:
     TQVDataChart();
     ~TQVDataChart() override;
@@ -57,7 +58,9 @@ public:
     void InvalidateHistory() override;
     // What the X axes learn from the channels (domains, sample rates, ranges) and what the
     // Y axes take from them is stale: a channel changed its axis, visibility or domain.
-    void InvalidateChannelAxes();
+    void InvalidateChannelAxes() override;
+    // Every channel, as the axes read it.
+    std::vector<IQVAxisChannel*> GetAxisChannels() const override;
 
     // ---- Pins ----
     // The channels' Y and X input pins, each under its channel's name. A channel registers

@@ -1,10 +1,10 @@
 #include "qv/display/QVDataDisplay.h"
-#include "qv/display/QVLabelTemplate.h"
+#include "qv/component/QVLabelTemplate.h"
 
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/decor/QVDisplayTitle.h"
-#include "qv/display/QVDisplayComponent.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/component/QVDisplayComponent.h"
+#include "qv/component/QVDisplayZoom.h"
 #include "qv/display/QVDisplayZoomList.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -15,7 +15,7 @@
 
 namespace qv {
 
-TQVDataDisplay::TQVDataDisplay() : TQLPersistent(nullptr, QLMakeLock())
+TQVDataDisplay::TQVDataDisplay() : TQVDisplayOwner(QLMakeLock())
 {
     // Any settings change of the display or of its settings objects repaints.
     GetBasicLock().SetNotify([this] { InvalidateRefresh(); });
@@ -650,43 +650,4 @@ const TQLClassInfo& TQVDataDisplay::StaticClassInfo()
             .Build();
     return Info;
 }
-
-// ---- TQVDisplayComponent ----
-
-TQVDisplayComponent::TQVDisplayComponent(TQVDataDisplay* ADisplay)
-    : TQLPersistent(ADisplay, ADisplay ? ADisplay->GetLock() : nullptr), FDisplay(ADisplay)
-{
-    FDisplay->AddComponent(this);
-}
-
-TQVDisplayComponent::~TQVDisplayComponent() { FDisplay->RemoveComponent(this); }
-
-void TQVDisplayComponent::MouseMove(TShiftState /*AShift*/, int32_t AX, int32_t AY, bool& AHandled)
-{
-    if (!AHandled && GetDrawRect().Contains(TPoint{AX, AY})) {
-        AHandled = true;
-        if (!FMouseIsInView) {
-            FMouseIsInView = true;
-            MouseEnterView();
-        }
-    } else if (FMouseIsInView) {
-        FMouseIsInView = false;
-        MouseLeaveView();
-    }
-}
-
-void TQVDisplayComponent::MouseLeave()
-{
-    if (FMouseIsInView) {
-        FMouseIsInView = false;
-        MouseLeaveView();
-    }
-}
-
-const TQLClassInfo& TQVDisplayComponent::StaticClassInfo()
-{
-    static const TQLClassInfo Info("TQVDisplayComponent", &TQLPersistent::StaticClassInfo(), {});
-    return Info;
-}
-
 } // namespace qv

@@ -6,8 +6,9 @@
 // renders the whole control into the picture that the host then shows.
 
 #include "qv/axes/QVDisplayAxisList.h"
-#include "qv/display/QVZoomTypes.h"
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayOwner.h"
+#include "qv/component/QVDisplayView.h"
+#include "qv/component/QVZoomTypes.h"
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QLCanvas.h"
 #include "qv/foundation/QLEnumInfo.h"
@@ -34,15 +35,6 @@ class TQVDisplayZoom;
 class TQVDisplayZoomList;
 class TQVAxisZoomList;
 
-enum TQVDisplayNavigateMode : uint8_t { nmZoom, nmPan };
-
-// The component-state flags the display consults.
-using TQLComponentState = uint8_t;
-inline constexpr TQLComponentState csLoading = 0x01;
-inline constexpr TQLComponentState csReading = 0x02;
-inline constexpr TQLComponentState csDestroying = 0x04;
-inline constexpr TQLComponentState csDesigning = 0x08;
-
 using TQVDataToolTipEvent =
     std::function<void(TQLPersistent* Sender, TPoint MousePoint, TQVRealPoint DataPoint, std::string& Text)>;
 using TKeyEvent = std::function<void(TQLPersistent* Sender, uint16_t& Key, TShiftState Shift)>;
@@ -52,24 +44,24 @@ using TKeyEvent = std::function<void(TQLPersistent* Sender, uint16_t& Key, TShif
 // PaintToCanvas.
 using TQLCanvasFactory = std::function<std::unique_ptr<TQLCanvas>(TQLBitmap& ABitmap)>;
 
-class TQVDataDisplay : public TQLPersistent {
+class TQVDataDisplay : public TQVDisplayOwner {
 public:
     TQVDataDisplay();
     ~TQVDataDisplay() override;
 
     // ---- Settings ----
-    TAlphaColor GetColor() const { return FColor; }
+    TAlphaColor GetColor() const override { return FColor; }
     void SetColor(TAlphaColor AValue);
-    TCursor GetCursor() const { return FCursor; }
+    TCursor GetCursor() const override { return FCursor; }
     void SetCursor(TCursor AValue);
-    TQVDisplayNavigateMode GetNavigateMode() const { return FNavigateMode; }
+    TQVDisplayNavigateMode GetNavigateMode() const override { return FNavigateMode; }
     void SetNavigateMode(TQVDisplayNavigateMode AValue);
     // Milliseconds between refresh ticks; a value below 1 is raised to 1.
     uint32_t GetRefreshInterval() const { return FRefreshTimer.GetInterval(); }
     void SetRefreshInterval(uint32_t AValue);
     // Freezes the picture: data keeps arriving but does not reach the draw buffers.
-    bool GetHold() const { return FHold; }
-    void SetHold(bool AValue);
+    bool GetHold() const override { return FHold; }
+    void SetHold(bool AValue) override;
     bool GetVisible() const { return FVisible; }
     void SetVisible(bool AValue);
 
@@ -81,29 +73,30 @@ public:
     // A size change recalculates the layout.
     void SetBounds(float ALeft, float ATop, float AWidth, float AHeight);
     // The size being drawn: the print size while printing, else the control's size.
-    int32_t GetPlotWidth() const;
-    int32_t GetPlotHeight() const;
+    int32_t GetPlotWidth() const override;
+    int32_t GetPlotHeight() const override;
 
     // ---- Invalidation vocabulary ----
     // Repaint at the next opportunity: sets the refresh flag and asks the host to invalidate.
-    void InvalidateRefresh();
+    void InvalidateRefresh() override;
     // Repaint at the next timer tick; safe from threads other than the control's.
-    void PostRefresh();
+    void PostRefresh() override;
     virtual void ForceFullRedraw() { InvalidateRefresh(); }
     // Layout and channel screen data anew at the next paint, then repaint.
-    virtual void InvalidateRecalc();
-    virtual void InvalidateChannels() {}
-    virtual void InvalidateRange();
-    virtual void InvalidateValue() { Invalidate(); }
-    virtual void SelectionChange() { Invalidate(); }
-    virtual void InvalidateHistory() {}
+    void InvalidateRecalc() override;
+    void InvalidateChannels() override {}
+    void InvalidateRange() override;
+    void InvalidateValue() override { Invalidate(); }
+    void SelectionChange() override { Invalidate(); }
+    void InvalidateHistory() override {}
     virtual void RepopulateView() {}
+    void InvalidateChannelAxes() override {}
     // Marks the layout and screen data stale without asking for a repaint: what a data
     // writer on any thread does.
-    void SetNeedsRecalc() { FNeedsRecalc.store(true, std::memory_order_release); }
+    void SetNeedsRecalc() override { FNeedsRecalc.store(true, std::memory_order_release); }
     bool GetNeedsRecalc() const { return FNeedsRecalc.load(std::memory_order_acquire); }
     bool GetRefreshImage() const { return FRefreshImage.load(std::memory_order_acquire); }
-    void InvalidateIntRect(const TRect& ARect) { Invalidate(); }
+    void InvalidateIntRect(const TRect& ARect) override { Invalidate(); }
     virtual void ClearCaches() {}
 
     // ---- Refresh cycle ----
@@ -131,7 +124,7 @@ public:
     const TQLBitmap& GetBitmap() const { return FBkgBitmap; }
     // The surface over the picture, also used to measure text outside a paint; null without
     // a canvas factory until a paint hands one in.
-    virtual TQLCanvas* GetCanvas() const { return FActiveCanvas ? FActiveCanvas : FBitmapCanvas.get(); }
+    TQLCanvas* GetCanvas() const override { return FActiveCanvas ? FActiveCanvas : FBitmapCanvas.get(); }
     void SetCanvasFactory(TQLCanvasFactory AFactory);
     const TQLCanvasFactory& GetCanvasFactory() const { return FCanvasFactory; }
     // Draws the control into a foreign surface at (AX, AY) with the given size.
@@ -146,7 +139,7 @@ public:
     void DoLayerDraw(TQLCanvas& ACanvas, int32_t AWidth, int32_t AHeight, float AXCoeff, float AYCoeff,
                      bool AContoursOnly);
     bool PaintIsDisabled() const;
-    bool GetPrinting() const { return FPrinting; }
+    bool GetPrinting() const override { return FPrinting; }
 
     // ---- Picture output (QVDataDisplayOutput.cpp) ----
     // Each runs the paint of the screen as a print (no highlights, drag ghosts or mouse
@@ -182,27 +175,27 @@ public:
     void Click();
     void DblClick();
     // The plot area, when the display has one.
-    virtual TQVDisplayComponent* GetDataView() const { return nullptr; }
-    virtual bool GetIsVertical() const { return false; }
+    TQVDisplayComponent* GetDataView() const override { return nullptr; }
+    bool GetIsVertical() const override { return false; }
 
     // ---- Axes by kind and index (a chart has them; a plain display has none) ----
     // The main X and Y axes.
-    virtual TQVDisplayAxis* GetXAxis() const { return nullptr; }
-    virtual TQVDisplayAxis* GetYAxis() const { return nullptr; }
+    TQVDisplayAxis* GetXAxis() const override { return nullptr; }
+    TQVDisplayAxis* GetYAxis() const override { return nullptr; }
     // How the display's elements light up, and which of them are lit or dragged; none on a
     // display without such elements.
-    virtual TQVDisplayHighlighting* GetHighlighting() const { return nullptr; }
-    virtual TQVHighlightInfo* GetHighlightInfo() const { return nullptr; }
+    TQVDisplayHighlighting* GetHighlighting() const override { return nullptr; }
+    TQVHighlightInfo* GetHighlightInfo() const override { return nullptr; }
     // The position of an axis among all axes of the display; -1 when it has none.
-    virtual int32_t GetAxisIndex(const TQVDisplayAxis* AAxis) const { return -1; }
+    int32_t GetAxisIndex(const TQVDisplayAxis* AAxis) const override { return -1; }
     // A press on an axis title asks for the setup of the axis AIndex (GetAxisIndex); a
     // display without setup dialogs has nothing to show.
-    virtual void DoAxisClick(int32_t AIndex) {}
+    void DoAxisClick(int32_t AIndex) override {}
     // The index of an X (Y) axis among the X (Y) axes, and back; -1 and null when unknown.
-    virtual int32_t GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const { return -1; }
-    virtual TQVDisplayAxis* GetXAxisByIndex(int32_t AIndex) const { return nullptr; }
-    virtual int32_t GetYAxisIndexOf(const TQVDisplayAxis* AAxis) const { return -1; }
-    virtual TQVDisplayAxis* GetYAxisByIndex(int32_t AIndex) const { return nullptr; }
+    int32_t GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const override { return -1; }
+    TQVDisplayAxis* GetXAxisByIndex(int32_t AIndex) const override { return nullptr; }
+    int32_t GetYAxisIndexOf(const TQVDisplayAxis* AAxis) const override { return -1; }
+    TQVDisplayAxis* GetYAxisByIndex(int32_t AIndex) const override { return nullptr; }
 
     // ---- Focus, state, cursor shown ----
     virtual bool GetIsFocused() const { return FFocused; }
@@ -213,23 +206,23 @@ public:
     void SetTabOrder(int32_t AValue) { FTabOrder = AValue; }
     TQLComponentState GetComponentState() const { return FComponentState; }
     void SetComponentState(TQLComponentState AValue);
-    bool GetDesigning() const { return (FComponentState & csDesigning) != 0; }
+    bool GetDesigning() const override { return (FComponentState & csDesigning) != 0; }
     void SetDesigning(bool AValue);
     // The host window: present, and its own state.
     void SetParentState(bool AHasParent, TQLComponentState AParentState);
     // The cursor shown now (the user's, or one a tool or element put up).
     TCursor GetShownCursor() const { return FShownCursor; }
-    void SetDisplayCursor(TCursor AValue);
-    void SetToolCursorChanged(bool AValue) { FToolCursorChanged = AValue; }
-    void SetElementCursorChanged(bool AValue) { FElementCursorChanged = AValue; }
+    void SetDisplayCursor(TCursor AValue) override;
+    void SetToolCursorChanged(bool AValue) override { FToolCursorChanged = AValue; }
+    void SetElementCursorChanged(bool AValue) override { FElementCursorChanged = AValue; }
 
     // ---- Tooltips and label templates ----
     // Draws the mark of a channel hit at APoint and, when the hit point's label is visible,
     // the label box beside it, flipped to stay inside the data view. OnDataToolTip may
     // replace the text.
-    void DrawHitTest(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint);
+    void DrawHitTest(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint) override;
     // The text of the label shown at a channel hit; the chart fills it from its axes.
-    virtual std::string GetFormatedMouseHitLabelText() { return {}; }
+    std::string GetFormatedMouseHitLabelText() override { return {}; }
     void SetToolTipText(const std::string& AText);
     const std::string& GetToolTipText() const { return FNewToolTipText; }
     // AValue substituted into the label's own template, else into the default one:
@@ -240,16 +233,16 @@ public:
     // ---- Components and views ----
     const std::vector<TQVDisplayComponent*>& GetComponents() const { return FComponents; }
     // The views in layout order.
-    TQVDisplayViews& GetViews() { return FViews; }
+    TQVDisplayViews& GetViews() override { return FViews; }
     const TQVDisplayViews& GetViews() const { return FViews; }
     // Docks every view to the remaining area in list order; only when a recalculation is due.
     void RecalculateViewRects();
     // All axes, the X axes and the Y axes, in creation order; the lists do not own them.
-    TQVDisplayAxisList& GetAxes() { return FAxes; }
+    TQVDisplayAxisList& GetAxes() override { return FAxes; }
     const TQVDisplayAxisList& GetAxes() const { return FAxes; }
-    TQVDisplayAxisList& GetXAxes() { return FXAxes; }
+    TQVDisplayAxisList& GetXAxes() override { return FXAxes; }
     const TQVDisplayAxisList& GetXAxes() const { return FXAxes; }
-    TQVDisplayAxisList& GetYAxes() { return FYAxes; }
+    TQVDisplayAxisList& GetYAxes() override { return FYAxes; }
     const TQVDisplayAxisList& GetYAxes() const { return FYAxes; }
 
     // The main title and its additional titles.
@@ -262,7 +255,7 @@ public:
     // OnZoomChanged. The main X and Y axes set the display's window; the other axes of a
     // direction follow them by proportion. Factors that are not positive finite numbers and
     // limits that are not finite raise std::invalid_argument.
-    TQVDisplayZoom* GetZooming() const { return FZooming.get(); }
+    TQVDisplayZoom* GetZooming() const override { return FZooming.get(); }
     void SetZooming(const TQVDisplayZoom* AValue);
     // Every axis back to its full range.
     virtual void ZoomOff();
@@ -273,7 +266,7 @@ public:
     virtual void ZoomBy(double XValue, double YValue, bool SaveHistory);
     // The main axes to the given printed limits; with HoldOnZoom the display holds.
     void ZoomTo(double XMin, double XMax, double YMin, double YMax) { ZoomTo(XMin, XMax, YMin, YMax, true); }
-    virtual void ZoomTo(double XMin, double XMax, double YMin, double YMax, bool SaveHistory);
+    void ZoomTo(double XMin, double XMax, double YMin, double YMax, bool SaveHistory) override;
     // The same with the limits in data units.
     void ZoomToData(double XMin, double XMax, double YMin, double YMax) { ZoomToData(XMin, XMax, YMin, YMax, true); }
     virtual void ZoomToData(double XMin, double XMax, double YMin, double YMax, bool SaveHistory);
@@ -283,33 +276,34 @@ public:
     virtual void ClearZoomUndo();
     // Records the present zoom as an undo step and forgets the redo steps. A burst of wheel
     // notches (AFromWheel) makes one step.
-    virtual void SaveUndoZoom(bool AFromWheel);
+    void SaveUndoZoom(bool AFromWheel) override;
     // One wheel notch over the data view: every axis scales about the pointer.
     virtual void MouseWheelZoom(const TPoint& APoint, double AXFactor, double AYFactor);
     // One wheel notch over a single axis.
     void MouseWheelZoomAxis(TQVDisplayAxis* AAxis, const TPoint& APoint, double AFactor);
     // Reports a change: a new layout, then OnZoomChanged with ARanges' new half filled in.
-    virtual void ZoomChanged(TQVRealRanges ARanges, TQVZoomOperation AOperation);
+    void ZoomChanged(TQVRealRanges ARanges, TQVZoomOperation AOperation) override;
     // The display's window now, as the old half of a change's ranges.
-    TQVRealRanges GetZoomRanges() const;
+    TQVRealRanges GetZoomRanges() const override;
     bool CanZoomIn() const { return GetIntCanZoomIn(); }
     bool CanZoomOut() const { return GetIntCanZoomOut(); }
     bool CanUndoZoom() const;
     bool CanRedoZoom() const;
     // Whether any axis of the display is zoomed.
     virtual bool IsZoomed() const;
+    bool IsMainAxisZoomed() const override;
     // The main axes' windows: the zoom window while zoomed, else the current limits.
-    virtual double GetXMinZoom() const;
-    virtual double GetXMaxZoom() const;
-    virtual double GetYMinZoom() const;
-    virtual double GetYMaxZoom() const;
+    double GetXMinZoom() const override;
+    double GetXMaxZoom() const override;
+    double GetYMinZoom() const override;
+    double GetYMaxZoom() const override;
     void SetOnZoomChanged(TQVZoomChangedEvent AHandler) { FOnZoomChanged = std::move(AHandler); }
     const TQVZoomChangedEvent& GetOnZoomChanged() const { return FOnZoomChanged; }
     // The undo and redo stacks, for inspection.
     const TQVDisplayZoomList& GetUndoList() const { return *FUndoList; }
     const TQVDisplayZoomList& GetRedoList() const { return *FRedoList; }
     // An axis that is going away leaves the zoom history.
-    void ForgetZoomAxis(const TQVDisplayAxis* AAxis);
+    void ForgetZoomAxis(const TQVDisplayAxis* AAxis) override;
 
     // ---- Events ----
     void SetOnPaint(TNotifyEvent AHandler) { FOnPaint = std::move(AHandler); }
@@ -371,10 +365,10 @@ protected:
     std::atomic<bool> FNeedsRecalc{true};
     std::atomic<bool> FRefreshImage{true};
 
+    void AddComponent(TQVDisplayComponent* AComponent) override;
+    void RemoveComponent(TQVDisplayComponent* AComponent) override;
+
 private:
-    friend class TQVDisplayComponent;
-    void AddComponent(TQVDisplayComponent* AComponent);
-    void RemoveComponent(TQVDisplayComponent* AComponent);
     void DispatchWheel(bool ADown, TShiftState AShift, const TPoint& AMousePos);
     template <class F>
     void ForEachMouseTarget(F&& AProc, bool AVisibleOnly, bool AStopWhenHandled, bool& AHandled);
@@ -436,4 +430,3 @@ private:
 
 } // namespace qv
 
-QL_DECLARE_ENUM(qv::TQVDisplayNavigateMode, "nmZoom", "nmPan")

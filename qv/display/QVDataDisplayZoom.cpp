@@ -2,7 +2,7 @@
 #include "qv/display/QVDataDisplay.h"
 
 #include "qv/axes/QVDisplayAxis.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/component/QVDisplayZoom.h"
 #include "qv/display/QVDisplayZoomList.h"
 
 #include <cmath>
@@ -273,6 +273,13 @@ TQVRealRanges TQVDataDisplay::GetZoomRanges() const
     Ranges.YOldMin = GetYMinZoom();
     Ranges.YOldMax = GetYMaxZoom();
     return Ranges;
+}
+
+bool TQVDataDisplay::IsMainAxisZoomed() const
+{
+    const TQVDisplayAxis* X = GetXAxis();
+    const TQVDisplayAxis* Y = GetYAxis();
+    return (X && X->IsZoomed()) || (Y && Y->IsZoomed());
 }
 
 bool TQVDataDisplay::IsZoomed() const

@@ -3,8 +3,9 @@
 // guards the passage of data from all channels to their draw buffers, and hands new data
 // over on each refresh tick.
 
+#include "qv/channels/QVScopeOwner.h"
 #include "qv/display/QVDataChart.h"
-#include "qv/display/QVScopeElements.h"
+#include "qv/component/QVScopeElements.h"
 #include "qv/foundation/QWCriticalSection.h"
 
 #include <atomic>
@@ -22,30 +23,34 @@ class TQVScopeDataView;
 using TQVCustomMouseLabelEvent =
     std::function<void(TQLPersistent* Sender, double XValue, double YValue, const std::string& Text)>;
 
-class TQVScope : public TQVDataChart {
+class TQVScope : public TQVDataChart, public TQVScopeOwner {
 public:
     TQVScope();
     ~TQVScope() override;
 
     TQVScopeChannels* GetChannels() const override { return FChannels.get(); }
+    using TQVDataChart::GetInputPins;
+    using TQVDataChart::GetXInputPins;
+    TQWPinList& GetInputPins() override { return TQVDataChart::GetInputPins(); }
+    TQWPinList& GetXInputPins() override { return TQVDataChart::GetXInputPins(); }
     void SetChannels(const TQVScopeChannels* AValue);
 
     // The longest kept channel buffer; 0 keeps everything. Lowering it trims every channel
     // to its newest samples.
-    uint32_t GetSizeLimit() const { return FSizeLimit.load(std::memory_order_acquire); }
+    uint32_t GetSizeLimit() const override { return FSizeLimit.load(std::memory_order_acquire); }
     void SetSizeLimit(uint32_t AValue);
 
     // Guards the hand-over of all channels; taken before any channel's own sections.
-    TQWCriticalSection& GetAllChannelSection() { return FAllChannelSection; }
+    TQWCriticalSection& GetAllChannelSection() override { return FAllChannelSection; }
 
     // ---- Channels fed through pins (called on the senders' threads) ----
     // Each channel takes the connection state of its pins.
-    void CollectActiveChannels();
+    void CollectActiveChannels() override;
     // Whether a block of ASize samples at ASampleRate on AChannel may go on: every other
     // channel has as much queued (HasEnoughData), and then each of them takes its next queued
     // block (ProcessQueuedData). The walks skip AChannel; a channel that does not synchronise
     // goes on at once and moves no other channel's queue. Holds FAllChannelSection.
-    bool ProcessEnoughChannelData(TQVScopeChannel* AChannel, uint32_t ASize, double ASampleRate);
+    bool ProcessEnoughChannelData(TQVScopeChannel* AChannel, uint32_t ASize, double ASampleRate) override;
 
     // The time axis runs vertically: the whole display is turned by a quarter.
     bool GetVertical() const { return FVertical; }
@@ -66,7 +71,7 @@ public:
     void Loaded() override;
 
     // The plot area.
-    TQVScopeDataView* GetScopeDataView() const { return FDataView.get(); }
+    TQVScopeDataView* GetScopeDataView() const override { return FDataView.get(); }
     TQVDisplayComponent* GetDataView() const override;
 
     // The one draw order of the whole picture: background, element backgrounds under the
@@ -95,7 +100,7 @@ public:
     // A user draw event is running: invalidation requests are ignored meanwhile.
     bool GetInDraw() const { return FInDraw.load(std::memory_order_acquire); }
     // Set by a channel around its user draw event.
-    void SetInDraw(bool AValue) { FInDraw.store(AValue, std::memory_order_release); }
+    void SetInDraw(bool AValue) override { FInDraw.store(AValue, std::memory_order_release); }
 
     QL_CLASS_INFO()
 

@@ -3,7 +3,7 @@
 // is dragged.
 #include "qv/QVScope.h"
 #include "qv/channels/QVScopeDataView.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>

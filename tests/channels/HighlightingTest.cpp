@@ -1,5 +1,6 @@
 // Highlighting settings: defaults per kind, what the stored form keeps, and repaint on change.
 #include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/display/QVDataDisplay.h"
 #include "qv/foundation/QLStoredForm.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 // refresh tick's axis steps, the turned display, and the stored form of every axis setting.
 #include "axes/ScopeAxisTestSupport.h"
 
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "qv/foundation/QLStoredForm.h"
 
 #include <stdexcept>

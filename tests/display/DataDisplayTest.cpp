@@ -2,8 +2,8 @@
 // dispatch and label templates.
 #include "qv/display/QVDataDisplay.h"
 #include "qv/channels/QVChannelMouseHitPoint.h"
-#include "qv/display/QVDisplayComponent.h"
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayComponent.h"
+#include "qv/component/QVDisplayView.h"
 #include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // A display's collections and items: changes repaint the display, new coloured items take
 // the least used palette colour, selectable items report the mouse, optional items hide.
 #include "qv/display/QVDataDisplay.h"
-#include "qv/display/QVDisplayCollection.h"
-#include "qv/display/QVDisplayCollectionItem.h"
-#include "qv/display/QVDisplayPersistent.h"
+#include "qv/component/QVDisplayCollection.h"
+#include "qv/component/QVDisplayCollectionItem.h"
+#include "qv/component/QVDisplayPersistent.h"
 #include "qv/foundation/QLClassBuilder.h"
 #include "qv/foundation/QLStoredForm.h"
 #include "qv/foundation/QVDisplayPen.h"

@@ -1,6 +1,6 @@
 // The chart's point label: codes, the default template spliced in, and the ends of the text.
 
-#include "qv/display/QVLabelTemplate.h"
+#include "qv/component/QVLabelTemplate.h"
 
 #include <gtest/gtest.h>
 

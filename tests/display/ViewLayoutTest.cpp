@@ -2,7 +2,7 @@
 // that do not fit, and the list operations that reorder views.
 #include "qv/display/QVDataDisplay.h"
 #include "qv/decor/QVDisplayTitle.h"
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayView.h"
 #include "qv/foundation/QLCollection.h"
 
 #include <gtest/gtest.h>

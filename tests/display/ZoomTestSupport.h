@@ -3,7 +3,7 @@
 // and Y lists, the data view at (60, 20)-(461, 321), and a log of zoom change reports.
 
 #include "axes/AxisTestSupport.h"
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "qv/display/QVDisplayZoomList.h"
 
 #include <memory>

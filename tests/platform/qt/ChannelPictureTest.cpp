@@ -8,7 +8,7 @@
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVScopeChannel.h"
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayView.h"
 #include "qv/display/QVScope.h"
 
 #include <QCoreApplication>

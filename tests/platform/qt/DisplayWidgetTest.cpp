@@ -1,7 +1,7 @@
 // The widget that hosts a display: its timer drives the refresh tick, it shows what the
 // display painted, and window events reach the display.
 #include "qv/platform/qt/QVDisplayWidget.h"
-#include "qv/display/QVDisplayComponent.h"
+#include "qv/component/QVDisplayComponent.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

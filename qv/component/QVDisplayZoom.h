@@ -1,16 +1,13 @@
 #pragma once
 // The zoom settings of a display and of each of its axes.
 
-#include "qv/display/QVDisplayPersistent.h"
-#include "qv/display/QVZoomTypes.h"
+#include "qv/component/QVDisplayPersistent.h"
+#include "qv/component/QVZoomTypes.h"
 #include "qv/foundation/QLEnumInfo.h"
 
 #include <memory>
 
 namespace qv {
-
-class TQVDisplayAxis;
-class TQVDisplayValueRange;
 
 // Which axes a gesture zooms.
 enum TQVDisplayZoomMode : uint8_t { zmBoth, zmXAxis, zmYAxis };
@@ -69,32 +66,6 @@ private:
     bool FHoldOnZoom = true;
     bool FHoldOnPan = false;
     TQVDisplayZoomMode FMode = zmBoth;
-};
-
-// The zoom settings of one axis: whether a drag pans it and how wide its zoom window may be.
-class TQVDisplayAxisZoom : public TQVBasicDisplayZoom {
-public:
-    TQVDisplayAxisZoom(TQVDataDisplay* ADisplay, TQVDisplayAxis* AAxis);
-    ~TQVDisplayAxisZoom() override;
-
-    bool GetMousePan() const { return FMousePan; }
-    void SetMousePan(bool AValue) { Set(FMousePan, AValue); }
-    // The allowed width of the zoom window, in printed units.
-    TQVDisplayValueRange* GetRange() const { return FRange.get(); }
-    void SetRange(const TQVDisplayValueRange* AValue);
-
-    TQVDisplayAxis* GetAxis() const { return FAxis; }
-    bool IsZoomed() const;
-    // The axis' zoom window when it is zoomed, its current limits otherwise.
-    double GetMin() const;
-    double GetMax() const;
-
-    QL_CLASS_INFO()
-
-private:
-    bool FMousePan = true;
-    std::unique_ptr<TQVDisplayValueRange> FRange;
-    TQVDisplayAxis* FAxis;
 };
 
 } // namespace qv

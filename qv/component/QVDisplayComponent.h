@@ -8,14 +8,14 @@
 
 namespace qv {
 
-class TQVDataDisplay;
+class TQVDisplayOwner;
 
 class TQVDisplayComponent : public TQLPersistent {
 public:
-    explicit TQVDisplayComponent(TQVDataDisplay* ADisplay);
+    explicit TQVDisplayComponent(TQVDisplayOwner* ADisplay);
     ~TQVDisplayComponent() override;
 
-    TQVDataDisplay* GetDisplay() const { return FDisplay; }
+    TQVDisplayOwner* GetDisplay() const { return FDisplay; }
     TRect GetDrawRect() const { return IntGetDrawRect(); }
     void SetDrawRect(const TRect& ARect) { IntSetDrawRect(ARect); }
     bool GetMouseIsInView() const { return FMouseIsInView; }
@@ -46,7 +46,7 @@ protected:
     bool FMouseIsInView = false;
 
 private:
-    TQVDataDisplay* FDisplay;
+    TQVDisplayOwner* FDisplay;
 };
 
 } // namespace qv

@@ -2,7 +2,7 @@
 // The items of a display's collections: named, tagged, able to draw their own legend
 // swatch; selectable items report mouse events; optional items can be hidden.
 
-#include "qv/display/QVDisplayCollection.h"
+#include "qv/component/QVDisplayCollection.h"
 #include "qv/foundation/QLCanvas.h"
 #include "qv/foundation/QLEvents.h"
 
@@ -12,7 +12,7 @@ class TQVDisplayCollectionItem : public TQLNamedCollectionItem {
 public:
     explicit TQVDisplayCollectionItem(TQLCollection* ACollection);
 
-    TQVDataDisplay* GetDisplay() const { return FOwner; }
+    TQVDisplayOwner* GetDisplay() const { return FOwner; }
     int32_t GetTag() const { return FTag; }
     void SetTag(int32_t AValue) { Set(FTag, AValue); }
 
@@ -32,7 +32,7 @@ public:
     QL_CLASS_INFO()
 
 private:
-    TQVDataDisplay* FOwner;
+    TQVDisplayOwner* FOwner;
     int32_t FTag = 0;
 };
 

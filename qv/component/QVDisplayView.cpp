@@ -1,6 +1,6 @@
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayView.h"
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 #include "qv/foundation/QLCollection.h"
 
@@ -10,7 +10,7 @@ namespace qv {
 
 // ---- TQVDisplayView ----
 
-TQVDisplayView::TQVDisplayView(TQVDataDisplay* ADisplay) : TQVDisplayComponent(ADisplay)
+TQVDisplayView::TQVDisplayView(TQVDisplayOwner* ADisplay) : TQVDisplayComponent(ADisplay)
 {
     ADisplay->GetViews().Add(this);
 }
@@ -80,7 +80,7 @@ const TQLClassInfo& TQVDisplayViewSize::StaticClassInfo()
 
 // ---- Colour, size and optional views ----
 
-TQVCustomColorDisplayView::TQVCustomColorDisplayView(TQVDataDisplay* ADisplay)
+TQVCustomColorDisplayView::TQVCustomColorDisplayView(TQVDisplayOwner* ADisplay)
     : TQVDisplayView(ADisplay),
       FBackground(std::make_unique<TQVDisplayViewBackground>(this, GetLock(), [this] { InvalidateRecalc(); }))
 {
@@ -102,7 +102,7 @@ const TQLClassInfo& TQVCustomColorDisplayView::StaticClassInfo()
     return Info;
 }
 
-TQVCustomSizeDisplayView::TQVCustomSizeDisplayView(TQVDataDisplay* ADisplay, TQVViewAlign AAlign)
+TQVCustomSizeDisplayView::TQVCustomSizeDisplayView(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
     : TQVCustomColorDisplayView(ADisplay), FAlign(AAlign),
       FViewSize(std::make_unique<TQVDisplayViewSize>(this, GetLock(), [this] { InvalidateRecalc(); }))
 {

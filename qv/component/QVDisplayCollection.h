@@ -3,7 +3,7 @@
 // display, repaint it on every change, and, for coloured items, hand each new item a fresh
 // colour from the default palette.
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLCollection.h"
 
 #include <array>
@@ -13,24 +13,24 @@ namespace qv {
 // The non-template part: the display the collection belongs to.
 class TQVDisplayCollectionBase : public TQLCollection {
 public:
-    TQVDisplayCollectionBase(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDataDisplay* ADisplay,
+    TQVDisplayCollectionBase(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay,
                              TItemFactory AFactory)
         : TQLCollection(AOwner, std::move(ALock), std::move(AFactory)), FDisplay(ADisplay)
     {
     }
-    TQVDataDisplay* GetDisplay() const { return FDisplay; }
+    TQVDisplayOwner* GetDisplay() const { return FDisplay; }
 
     // Base update, then a repaint of the display.
     void Update(TQLCollectionItem* AItem) override;
 
 private:
-    TQVDataDisplay* FDisplay;
+    TQVDisplayOwner* FDisplay;
 };
 
 template <class T>
 class TQVDisplayCollection : public TQLTypedCollection<T, TQVDisplayCollectionBase> {
 public:
-    TQVDisplayCollection(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDataDisplay* ADisplay)
+    TQVDisplayCollection(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
         : TQLTypedCollection<T, TQVDisplayCollectionBase>(AOwner, std::move(ALock), ADisplay)
     {
     }
@@ -93,7 +93,7 @@ public:
     {
         TQVDisplayCollection<T>::NewItemCreated(AItem);
         static_cast<T*>(AItem)->SetColorDefault(GetNewColor(AItem));
-        if (TQVDataDisplay* Display = this->GetDisplay())
+        if (TQVDisplayOwner* Display = this->GetDisplay())
             Display->InvalidateRecalc();
     }
 };

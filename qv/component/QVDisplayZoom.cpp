@@ -1,7 +1,7 @@
-#include "qv/display/QVDisplayZoom.h"
+#include "qv/component/QVDisplayZoom.h"
 
-#include "qv/axes/QVAxisValues.h"
-#include "qv/axes/QVDisplayAxis.h"
+#include "qv/component/QVDisplayOwner.h"
+
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
@@ -20,12 +20,7 @@ const TQLClassInfo& TQVBasicDisplayZoom::StaticClassInfo()
 
 // ---- TQVDisplayZoom ----
 
-bool TQVDisplayZoom::IsZoomed() const
-{
-    const TQVDisplayAxis* X = GetDisplay()->GetXAxis();
-    const TQVDisplayAxis* Y = GetDisplay()->GetYAxis();
-    return (X && X->IsZoomed()) || (Y && Y->IsZoomed());
-}
+bool TQVDisplayZoom::IsZoomed() const { return GetDisplay()->IsMainAxisZoomed(); }
 
 double TQVDisplayZoom::GetXMin() const { return GetDisplay()->GetXMinZoom(); }
 double TQVDisplayZoom::GetXMax() const { return GetDisplay()->GetXMaxZoom(); }
@@ -43,33 +38,6 @@ const TQLClassInfo& TQVDisplayZoom::StaticClassInfo()
             .Property("HoldOnZoom", &TQVDisplayZoom::GetHoldOnZoom, &TQVDisplayZoom::SetHoldOnZoom, true)
             .Property("HoldOnPan", &TQVDisplayZoom::GetHoldOnPan, &TQVDisplayZoom::SetHoldOnPan, false)
             .Property("Mode", &TQVDisplayZoom::GetMode, &TQVDisplayZoom::SetMode, zmBoth)
-            .Build();
-    return Info;
-}
-
-// ---- TQVDisplayAxisZoom ----
-
-TQVDisplayAxisZoom::TQVDisplayAxisZoom(TQVDataDisplay* ADisplay, TQVDisplayAxis* AAxis)
-    : TQVBasicDisplayZoom(ADisplay),
-      // A width cannot be negative.
-      FRange(std::make_unique<TQVDisplayValueRange>(this, ADisplay, true)), FAxis(AAxis)
-{
-}
-
-TQVDisplayAxisZoom::~TQVDisplayAxisZoom() = default;
-
-void TQVDisplayAxisZoom::SetRange(const TQVDisplayValueRange* AValue) { FRange->Assign(AValue); }
-
-bool TQVDisplayAxisZoom::IsZoomed() const { return FAxis->IsZoomed(); }
-double TQVDisplayAxisZoom::GetMin() const { return FAxis->GetZoomedOrCurrentMin(); }
-double TQVDisplayAxisZoom::GetMax() const { return FAxis->GetZoomedOrCurrentMax(); }
-
-const TQLClassInfo& TQVDisplayAxisZoom::StaticClassInfo()
-{
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayAxisZoom>("TQVDisplayAxisZoom", &TQVBasicDisplayZoom::StaticClassInfo())
-            .Property("MousePan", &TQVDisplayAxisZoom::GetMousePan, &TQVDisplayAxisZoom::SetMousePan, true)
-            .Object("Range", &TQVDisplayAxisZoom::GetRange)
             .Build();
     return Info;
 }

@@ -5,7 +5,7 @@
 // family lies: element backgrounds under the grid, zones and channel links under the
 // channels, markers, labels and cursors over them, and the outlines of links and zones last.
 
-#include "qv/display/QVDisplayView.h"
+#include "qv/component/QVDisplayView.h"
 #include "qv/foundation/QLCanvas.h"
 
 #include <array>

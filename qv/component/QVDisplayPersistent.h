@@ -1,22 +1,22 @@
 #pragma once
 // A settings object of a display: it writes through the display's lock and knows the display.
 
-#include "qv/display/QVDataDisplay.h"
+#include "qv/component/QVDisplayOwner.h"
 
 namespace qv {
 
 class TQVDisplayPersistent : public TQLPersistent {
 public:
-    explicit TQVDisplayPersistent(TQVDataDisplay* ADisplay)
+    explicit TQVDisplayPersistent(TQVDisplayOwner* ADisplay)
         : TQLPersistent(ADisplay, ADisplay->GetLock()), FOwner(ADisplay)
     {
     }
-    TQVDataDisplay* GetDisplay() const { return FOwner; }
+    TQVDisplayOwner* GetDisplay() const { return FOwner; }
 
     QL_CLASS_INFO()
 
 private:
-    TQVDataDisplay* FOwner;
+    TQVDisplayOwner* FOwner;
 };
 
 } // namespace qv

@@ -1,4 +1,4 @@
-#include "qv/display/QVViewButtonSettings.h"
+#include "qv/component/QVViewButtonSettings.h"
 
 #include "qv/foundation/QLClassBuilder.h"
 

@@ -1,6 +1,6 @@
 // Display settings objects, display collections and their items.
-#include "qv/display/QVDisplayCollectionItem.h"
-#include "qv/display/QVDisplayPersistent.h"
+#include "qv/component/QVDisplayCollectionItem.h"
+#include "qv/component/QVDisplayPersistent.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
@@ -19,7 +19,7 @@ void TQVDisplayCollectionBase::Update(TQLCollectionItem* AItem)
 }
 
 namespace {
-TQVDataDisplay* DisplayOf(TQLCollection* ACollection)
+TQVDisplayOwner* DisplayOf(TQLCollection* ACollection)
 {
     auto* Collection = dynamic_cast<TQVDisplayCollectionBase*>(ACollection);
     return Collection ? Collection->GetDisplay() : nullptr;

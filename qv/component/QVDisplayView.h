@@ -3,7 +3,7 @@
 // view (the data view) taking what is left. The size, colour and optional classes add the
 // settings that titles, legends and axes share.
 
-#include "qv/display/QVDisplayComponent.h"
+#include "qv/component/QVDisplayComponent.h"
 #include "qv/foundation/QLCanvas.h"
 
 #include <vector>
@@ -18,7 +18,7 @@ enum TQVDisplayDrawPart : uint8_t { ddpBackground, ddpForeground, ddpFeatures, d
 
 class TQVDisplayView : public TQVDisplayComponent {
 public:
-    explicit TQVDisplayView(TQVDataDisplay* ADisplay);
+    explicit TQVDisplayView(TQVDisplayOwner* ADisplay);
     ~TQVDisplayView() override;
 
     // The rectangle when visible, else all zero.
@@ -105,7 +105,7 @@ private:
 
 class TQVCustomColorDisplayView : public TQVDisplayView {
 public:
-    explicit TQVCustomColorDisplayView(TQVDataDisplay* ADisplay);
+    explicit TQVCustomColorDisplayView(TQVDisplayOwner* ADisplay);
     ~TQVCustomColorDisplayView() override;
 
     TQVDisplayViewBackground* GetBackground() const { return FBackground.get(); }
@@ -121,7 +121,7 @@ private:
 
 class TQVCustomSizeDisplayView : public TQVCustomColorDisplayView {
 public:
-    explicit TQVCustomSizeDisplayView(TQVDataDisplay* ADisplay, TQVViewAlign AAlign = vaTop);
+    explicit TQVCustomSizeDisplayView(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign = vaTop);
     ~TQVCustomSizeDisplayView() override;
 
     TQVDisplayViewSize* GetViewSize() const { return FViewSize.get(); }

@@ -1,0 +1,3 @@
+#pragma once
+// A planted upward include: the layer check must refuse it.
+#include "qv/display/QVScope.h"
