@@ -530,7 +530,7 @@ const TQLClassInfo& TQVBasicScopeXAxis::StaticClassInfo()
 
 // ---- Additional X axes ----
 
-TQVAdditionalScopeXAxis::TQVAdditionalScopeXAxis(TQVDisplayOwner* AChart, TQVScopeXAxesCollectionItem* AOwnerItem)
+TQVAdditionalScopeXAxis::TQVAdditionalScopeXAxis(TQVDisplayOwner* AChart, TQVDisplayCollectionItem* AOwnerItem)
     : TQVBasicScopeXAxis(AChart), FOwnerItem(AOwnerItem)
 {
 }
@@ -543,14 +543,6 @@ const TQLClassInfo& TQVAdditionalScopeXAxis::StaticClassInfo()
     return Info;
 }
 
-TQVScopeXAxesCollectionItem::TQVScopeXAxesCollectionItem(TQLCollection* ACollection)
-    : TQVDisplayCollectionItem(ACollection),
-      FAxis(std::make_unique<TQVAdditionalScopeXAxis>(QVChartOfAxesCollection(ACollection), this))
-{
-}
-
-TQVScopeXAxesCollectionItem::~TQVScopeXAxesCollectionItem() = default;
-
 const TQLClassInfo& TQVScopeXAxesCollectionItem::StaticClassInfo()
 {
     static const TQLClassInfo Info = TQLClassBuilder<TQVScopeXAxesCollectionItem>(
@@ -558,17 +550,6 @@ const TQLClassInfo& TQVScopeXAxesCollectionItem::StaticClassInfo()
                                          .Object("Axis", &TQVScopeXAxesCollectionItem::GetAxis)
                                          .Build();
     return Info;
-}
-
-void TQVScopeXAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
-{
-    TQVDisplayCollection<TQVScopeXAxesCollectionItem>::NewItemCreated(AItem);
-    // The new strip docks behind the axis before it, ahead of the data view.
-    auto* Item = static_cast<TQVScopeXAxesCollectionItem*>(AItem);
-    const int32_t Index = Item->GetIndex();
-    QVDockAdditionalAxis(*this, Index, Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : nullptr, Item->GetAxis());
-    if (TQVDisplayOwner* Display = GetDisplay())
-        Display->InvalidateRecalc();
 }
 
 const TQLClassInfo& TQVScopeXAxesCollection::StaticClassInfo()

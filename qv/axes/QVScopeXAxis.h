@@ -11,6 +11,7 @@
 
 #include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/axes/QVDisplayXAxis.h"
+#include "qv/axes/QVAdditionalAxes.h"
 #include "qv/axes/QVAxisChannel.h"
 #include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/component/QVDisplayCollection.h"
@@ -177,33 +178,26 @@ class TQVScopeXAxesCollectionItem;
 // An X axis held by an item of the main X axis' AdditionalAxes.
 class TQVAdditionalScopeXAxis : public TQVBasicScopeXAxis {
 public:
-    TQVAdditionalScopeXAxis(TQVDisplayOwner* AChart, TQVScopeXAxesCollectionItem* AOwnerItem);
-    TQVScopeXAxesCollectionItem* GetOwnerItem() const { return FOwnerItem; }
+    TQVAdditionalScopeXAxis(TQVDisplayOwner* AChart, TQVDisplayCollectionItem* AOwnerItem);
+    // The item of the main axis' AdditionalAxes that holds this axis.
+    TQVDisplayCollectionItem* GetOwnerItem() const { return FOwnerItem; }
 
     QL_CLASS_INFO()
 
 private:
-    TQVScopeXAxesCollectionItem* FOwnerItem;
+    TQVDisplayCollectionItem* FOwnerItem;
 };
 
-class TQVScopeXAxesCollectionItem : public TQVDisplayCollectionItem {
+class TQVScopeXAxesCollectionItem : public TQVAdditionalAxesCollectionItem<TQVAdditionalScopeXAxis> {
 public:
-    explicit TQVScopeXAxesCollectionItem(TQLCollection* ACollection);
-    ~TQVScopeXAxesCollectionItem() override;
-
-    TQVAdditionalScopeXAxis* GetAxis() const { return FAxis.get(); }
-    void SetAxis(const TQVAdditionalScopeXAxis* AValue) { FAxis->Assign(AValue); }
+    using TQVAdditionalAxesCollectionItem::TQVAdditionalAxesCollectionItem;
 
     QL_CLASS_INFO()
-
-private:
-    std::unique_ptr<TQVAdditionalScopeXAxis> FAxis;
 };
 
-class TQVScopeXAxesCollection : public TQVDisplayCollection<TQVScopeXAxesCollectionItem> {
+class TQVScopeXAxesCollection : public TQVAdditionalAxesCollection<TQVScopeXAxesCollectionItem> {
 public:
-    using TQVDisplayCollection<TQVScopeXAxesCollectionItem>::TQVDisplayCollection;
-    void NewItemCreated(TQLCollectionItem* AItem) override;
+    using TQVAdditionalAxesCollection::TQVAdditionalAxesCollection;
 
     QL_CLASS_INFO()
 };

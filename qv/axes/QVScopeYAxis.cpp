@@ -342,7 +342,7 @@ const TQLClassInfo& TQVBasicScopeYAxis::StaticClassInfo()
 
 // ---- Additional Y axes ----
 
-TQVAdditionalScopeYAxis::TQVAdditionalScopeYAxis(TQVDisplayOwner* AChart, TQVScopeYAxesCollectionItem* AOwnerItem)
+TQVAdditionalScopeYAxis::TQVAdditionalScopeYAxis(TQVDisplayOwner* AChart, TQVDisplayCollectionItem* AOwnerItem)
     : TQVBasicScopeYAxis(AChart), FOwnerItem(AOwnerItem)
 {
 }
@@ -355,17 +355,9 @@ const TQLClassInfo& TQVAdditionalScopeYAxis::StaticClassInfo()
     return Info;
 }
 
-TQVScopeYAxesCollectionItem::TQVScopeYAxesCollectionItem(TQLCollection* ACollection)
-    : TQVDisplayCollectionItem(ACollection),
-      FAxis(std::make_unique<TQVAdditionalScopeYAxis>(QVChartOfAxesCollection(ACollection), this))
-{
-}
-
-TQVScopeYAxesCollectionItem::~TQVScopeYAxesCollectionItem() = default;
-
 void TQVScopeYAxesCollectionItem::AfterConstruction()
 {
-    FAxis->SetAxisLabelDefault("Y Axis " + std::to_string(GetIndex()));
+    GetAxis()->SetAxisLabelDefault("Y Axis " + std::to_string(GetIndex()));
 }
 
 const TQLClassInfo& TQVScopeYAxesCollectionItem::StaticClassInfo()
@@ -375,18 +367,6 @@ const TQLClassInfo& TQVScopeYAxesCollectionItem::StaticClassInfo()
                                          .Object("Axis", &TQVScopeYAxesCollectionItem::GetAxis)
                                          .Build();
     return Info;
-}
-
-void TQVScopeYAxesCollection::NewItemCreated(TQLCollectionItem* AItem)
-{
-    TQVDisplayCollection<TQVScopeYAxesCollectionItem>::NewItemCreated(AItem);
-    // The new strip docks behind the axis before it, ahead of the data view.
-    auto* Item = static_cast<TQVScopeYAxesCollectionItem*>(AItem);
-    const int32_t Index = Item->GetIndex();
-    QVDockAdditionalAxis(*this, Index, Index > 0 ? GetNoLockItem(Index - 1)->GetAxis() : nullptr, Item->GetAxis());
-    Item->AfterConstruction();
-    if (TQVDisplayOwner* Display = GetDisplay())
-        Display->InvalidateRecalc();
 }
 
 const TQLClassInfo& TQVScopeYAxesCollection::StaticClassInfo()

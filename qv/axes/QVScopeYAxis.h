@@ -8,6 +8,7 @@
 // The main Y axis owns any number of additional Y axes; a channel picks its axis by
 // YAxisIndex (0 the main axis, N the additional axis N - 1).
 
+#include "qv/axes/QVAdditionalAxes.h"
 #include "qv/axes/QVAxisChannel.h"
 #include "qv/axes/QVDisplayGridSettings.h"
 #include "qv/axes/QVDisplayYAxis.h"
@@ -143,35 +144,28 @@ class TQVScopeYAxesCollectionItem;
 // A Y axis held by an item of the main Y axis' AdditionalAxes.
 class TQVAdditionalScopeYAxis : public TQVBasicScopeYAxis {
 public:
-    TQVAdditionalScopeYAxis(TQVDisplayOwner* AChart, TQVScopeYAxesCollectionItem* AOwnerItem);
-    TQVScopeYAxesCollectionItem* GetOwnerItem() const { return FOwnerItem; }
+    TQVAdditionalScopeYAxis(TQVDisplayOwner* AChart, TQVDisplayCollectionItem* AOwnerItem);
+    // The item of the main axis' AdditionalAxes that holds this axis.
+    TQVDisplayCollectionItem* GetOwnerItem() const { return FOwnerItem; }
 
     QL_CLASS_INFO()
 
 private:
-    TQVScopeYAxesCollectionItem* FOwnerItem;
+    TQVDisplayCollectionItem* FOwnerItem;
 };
 
-class TQVScopeYAxesCollectionItem : public TQVDisplayCollectionItem {
+class TQVScopeYAxesCollectionItem : public TQVAdditionalAxesCollectionItem<TQVAdditionalScopeYAxis> {
 public:
-    explicit TQVScopeYAxesCollectionItem(TQLCollection* ACollection);
-    ~TQVScopeYAxesCollectionItem() override;
-
-    TQVAdditionalScopeYAxis* GetAxis() const { return FAxis.get(); }
-    void SetAxis(const TQVAdditionalScopeYAxis* AValue) { FAxis->Assign(AValue); }
+    using TQVAdditionalAxesCollectionItem::TQVAdditionalAxesCollectionItem;
     // Names the axis "Y Axis " and the item's index.
-    void AfterConstruction();
+    void AfterConstruction() override;
 
     QL_CLASS_INFO()
-
-private:
-    std::unique_ptr<TQVAdditionalScopeYAxis> FAxis;
 };
 
-class TQVScopeYAxesCollection : public TQVDisplayCollection<TQVScopeYAxesCollectionItem> {
+class TQVScopeYAxesCollection : public TQVAdditionalAxesCollection<TQVScopeYAxesCollectionItem> {
 public:
-    using TQVDisplayCollection<TQVScopeYAxesCollectionItem>::TQVDisplayCollection;
-    void NewItemCreated(TQLCollectionItem* AItem) override;
+    using TQVAdditionalAxesCollection::TQVAdditionalAxesCollection;
 
     QL_CLASS_INFO()
 };
