@@ -223,7 +223,7 @@ void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarith
     };
     if (ALogarithmic) {
         for (int32_t i = 0; i < ACount; ++i)
-            AOut[i] = Pixel(QVPlotLog(AValues[i]) * AScale);
+            AOut[i] = Pixel(QVLog10a(AValues[i]) * AScale);
     } else if (AScale <= 1.0) {
         for (int32_t i = 0; i < ACount; ++i)
             AOut[i] = Pixel(AValues[i] * AScale);
@@ -239,7 +239,7 @@ void QVMapX(const double* AValues, int32_t ACount, double AScale, double AOffset
             double ARealScale, int32_t* AOut, double* AReal)
 {
     for (int32_t i = 0; i < ACount; ++i) {
-        const double V = ALogarithmic ? QVPlotLog(AValues[i]) : AValues[i];
+        const double V = ALogarithmic ? QVLog10a(AValues[i]) : AValues[i];
         AOut[i] = QVPixelOf(AOffset + V * AScale);
         if (AReal)
             AReal[i] = V * ARealScale;

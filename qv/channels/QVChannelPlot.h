@@ -10,6 +10,7 @@
 
 #include "qv/channels/QVScopePoints.h"
 #include "qv/foundation/QLTypes.h"
+#include "qv/foundation/QVLog10a.h"
 
 #include <cmath>
 #include <cstdint>
@@ -24,12 +25,6 @@ class TQVBlockExtremes;
 inline constexpr int32_t QVMissingPixel = std::numeric_limits<int32_t>::min();
 // Pixels are held to plus or minus this bound, far outside any view.
 inline constexpr double QVPixelClipBound = 10000000.0;
-
-// log10(v + 1) at or above 0, -log10(1 - v) below: the logarithm of logarithmic axes.
-inline double QVPlotLog(double AValue)
-{
-    return AValue >= 0.0 ? std::log10(AValue + 1.0) : -std::log10(1.0 - AValue);
-}
 
 // AValue rounded to nearest (ties to even) and held to the clipping bound; NaN is missing.
 // Written without branches so that whole-buffer passes vectorise.

@@ -350,8 +350,8 @@ void TQVScopeChannel::FillScaledX() const
     } else {
         const double RealScale = M.XScale * M.XPerColumn;
         for (int32_t i = 0; i < c; ++i) {
-            XReal[i] = QVPlotLog(XS[i]) * RealScale;
-            XInts[i] = QVPixelOf(QVPlotLog(XS[i] * M.XRatio) * M.XScale + M.XBegin - M.XLowered);
+            XReal[i] = QVLog10a(XS[i]) * RealScale;
+            XInts[i] = QVPixelOf(QVLog10a(XS[i] * M.XRatio) * M.XScale + M.XBegin - M.XLowered);
         }
     }
     FScaledXStale = false;
