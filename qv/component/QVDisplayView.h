@@ -150,7 +150,9 @@ public:
     bool GetVisible() const { return FVisible; }
     void SetVisible(bool AValue);
     bool IsVisible() const override { return FVisible && TQVCustomSizeDisplayView::IsVisible(); }
-    bool IsVisibleForced() const override { return FVisible; }
+    // Once the remaining area has inverted, an optional view no longer fits and takes no
+    // part in the layout.
+    bool IsVisibleForced() const override { return IsVisible(); }
 
     QL_CLASS_INFO()
 

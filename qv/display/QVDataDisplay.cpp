@@ -578,6 +578,31 @@ void TQVDataDisplay::RemoveComponent(TQVDisplayComponent* AComponent)
         FComponents.erase(It);
 }
 
+namespace {
+
+// A strip of AThickness docks at the near or far edge of the running span ALo..AHi of one
+// orientation: the view's span (AViewLo..AViewHi, the running span so far) shrinks to the
+// strip, the running span loses it.
+void DockStrip(int32_t& ALo, int32_t& AHi, int32_t& AViewLo, int32_t& AViewHi, int32_t AThickness, bool AFar)
+{
+    if (AFar) {
+        AViewLo = AHi - AThickness;
+        AHi -= AThickness;
+    } else {
+        AViewHi = ALo + AThickness;
+        ALo += AThickness;
+    }
+}
+
+// A strip's end reservations across it: the larger one asked so far counts.
+void Reserve(int32_t& ABeginOffset, int32_t& AEndOffset, int32_t ABegin, int32_t AEnd)
+{
+    ABeginOffset = std::max(ABegin, ABeginOffset);
+    AEndOffset = std::max(AEnd, AEndOffset);
+}
+
+} // namespace
+
 void TQVDataDisplay::RecalculateViewRects()
 {
     if (!GetNeedsRecalc())
@@ -595,30 +620,17 @@ void TQVDataDisplay::RecalculateViewRects()
         const int32_t Begin = View->GetDefaultOffsetBegin();
         const int32_t End = View->GetDefaultOffsetEnd();
         TRect V = R;
-        switch (View->GetScreenAlign()) {
+        const TQVViewScreenAlign Align = View->GetScreenAlign();
+        switch (Align) {
         case vsaLeft:
-            V.Right = R.Left + Size.cx;
-            R.Left += Size.cx;
-            OffTop = std::max(Begin, OffTop);
-            OffBottom = std::max(End, OffBottom);
-            break;
         case vsaRight:
-            V.Left = R.Right - Size.cx;
-            R.Right -= Size.cx;
-            OffTop = std::max(Begin, OffTop);
-            OffBottom = std::max(End, OffBottom);
+            DockStrip(R.Left, R.Right, V.Left, V.Right, Size.cx, Align == vsaRight);
+            Reserve(OffTop, OffBottom, Begin, End);
             break;
         case vsaTop:
-            V.Bottom = R.Top + Size.cy;
-            R.Top += Size.cy;
-            OffLeft = std::max(Begin, OffLeft);
-            OffRight = std::max(End, OffRight);
-            break;
         case vsaBottom:
-            V.Top = R.Bottom - Size.cy;
-            R.Bottom -= Size.cy;
-            OffLeft = std::max(Begin, OffLeft);
-            OffRight = std::max(End, OffRight);
+            DockStrip(R.Top, R.Bottom, V.Top, V.Bottom, Size.cy, Align == vsaBottom);
+            Reserve(OffLeft, OffRight, Begin, End);
             break;
         case vsaClient: {
             // Left and top come from GetDrawRect, which is all zero for a view that is not

@@ -1,9 +1,11 @@
 // Docking of views: strips in list order, the client view with the reserved offsets, views
 // that do not fit, and the list operations that reorder views.
 #include "qv/display/QVDataDisplay.h"
+#include "qv/display/QVScope.h"
 #include "qv/decor/QVDisplayTitle.h"
 #include "qv/component/QVDisplayView.h"
 #include "qv/foundation/QLCollection.h"
+#include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>
 
@@ -90,9 +92,18 @@ TEST(ViewLayout, StripsBeyondAnInvertedAreaVanishAndTheClientRestartsAtTheOrigin
     EXPECT_FALSE(Top.IsVisible());
     EXPECT_FALSE(Bottom.IsVisible());
     EXPECT_EQ(Top.GetDrawRect(), (TRect{}));
-    // An invisible client reads its left and top as zero, so it starts from the origin and
-    // ends where the inverted area ends.
-    EXPECT_EQ(Data.GetDrawRect(), (TRect{0, 0, 30, 10}));
+    // Strips that no longer fit take nothing off the area; an invisible client reads its
+    // left and top as zero, so it starts from the origin.
+    EXPECT_EQ(Data.GetDrawRect(), (TRect{0, 0, 30, 20}));
+
+    // A scope too small for its strips: the Y axis after the inverted area is not laid out.
+    TQVScope Scope;
+    Scope.SetBounds(0, 0, 60, 60);
+    TQLBitmap Bitmap(60, 60);
+    TQLRecordingCanvas Canvas;
+    Scope.PaintToCanvas(Bitmap, Canvas, false);
+    EXPECT_FALSE(Scope.GetYAxis()->IsVisible());
+    EXPECT_EQ(Scope.GetYAxis()->GetDrawRect(), (TRect{}));
 }
 
 TEST(ViewLayout, HiddenLateAndResizedStrips)
