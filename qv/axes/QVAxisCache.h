@@ -7,6 +7,7 @@
 // The caches carry no lock: they are read and invalidated on the thread that lays out and
 // paints. Reading is const, the cache itself is mutable state.
 
+#include <atomic>
 #include <functional>
 #include <utility>
 
@@ -44,7 +45,8 @@ public:
 private:
     double Populate() const;
 
-    mutable bool FPopulated = false;
+    // Cleared by Invalidate, which may come from a producer thread (a new sample rate).
+    mutable std::atomic<bool> FPopulated{false};
     mutable double FValue = 0.0;
     TQVLimitGetter FGetLimit;
     bool FCahce = true;

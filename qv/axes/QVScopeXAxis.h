@@ -17,6 +17,7 @@
 #include "qv/component/QVDisplayCollection.h"
 #include "qv/component/QVDisplayCollectionItem.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -166,7 +167,8 @@ private:
     mutable double FCurrentMax = 0.0;
     TQVDisplayCachedValue FMaxFreq;
     TQVDisplayCachedValue FMaxTime;
-    mutable bool FDomainValid = false;
+    // Cleared by InvalidateFreq, which may come from a producer thread.
+    mutable std::atomic<bool> FDomainValid{false};
     mutable bool FInFreqencyDomain = false;
     mutable bool FInIntensityDomain = false;
     mutable bool FInAxisDomain = false;

@@ -1,5 +1,6 @@
 #include "qv/channels/QVChannelData.h"
 
+#include "qv/axes/QVScopeXAxis.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeOwner.h"
 #include "qv/component/QVDisplayOwner.h"
@@ -540,9 +541,13 @@ void TQVChannelData::SetSampleRate(double AValue)
 {
     if (!std::isfinite(AValue) || AValue < 0.0)
         throw std::invalid_argument(OpName("SetSampleRate") + ": invalid sample rate " + std::to_string(AValue));
-    // A new rate reaches the axes with the next refresh tick, like new samples do.
-    if (FChannel->FSampleRate.exchange(AValue, std::memory_order_relaxed) != AValue)
+    // The X axis learns the new rate at once (its unit and limits follow it); the picture
+    // follows with the next refresh tick, like new samples do.
+    if (FChannel->FSampleRate.exchange(AValue, std::memory_order_relaxed) != AValue) {
+        if (TQVBasicScopeXAxis* Axis = FChannel->GetXAxis())
+            Axis->InvalidateFreq();
         FChannel->SetFlags();
+    }
 }
 
 // ---- Element types ----

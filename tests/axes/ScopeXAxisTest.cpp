@@ -106,10 +106,13 @@ TEST(ScopeXAxis, SampleRateIsTheGreatestOfTheVisibleChannels)
     EXPECT_DOUBLE_EQ(X.GetSampleRate(), 8000.0);
     Scope.GetChannels()->GetItem(1)->SetVisible(false);
     EXPECT_DOUBLE_EQ(X.GetSampleRate(), 1000.0);
-    // A new rate with no new samples reaches the axis with the next tick.
+    // A new rate reaches the axis at once, before any tick: its rate and its unit follow.
+    X.SetTicksMode(atmTime);
     ChannelData(Scope, 0).SetSampleRate(2000.0);
-    Scope.RefreshView();
     EXPECT_DOUBLE_EQ(X.GetSampleRate(), 2000.0);
+    const std::string Before = X.GetAxisLabelText();
+    ChannelData(Scope, 0).SetSampleRate(2e6);
+    EXPECT_NE(X.GetAxisLabelText(), Before);
 }
 
 TEST(ScopeXAxis, SampleRangeFollowsTheChannelsFiniteXValuesAndNeverCollapses)
