@@ -30,7 +30,7 @@ TQVScope::~TQVScope()
     FDataView.reset();
 }
 
-TQVDisplayComponent* TQVScope::GetDataView() const { return FDataView.get(); }
+TQVScopeDataView* TQVScope::GetDataView() const { return FDataView.get(); }
 
 void TQVScope::Print()
 {

@@ -3,6 +3,7 @@
 // guards the passage of data from all channels to their draw buffers, and hands new data
 // over on each refresh tick.
 
+#include "qv/channels/QVScopeDataView.h"
 #include "qv/channels/QVScopeOwner.h"
 #include "qv/display/QVDataChart.h"
 #include "qv/component/QVScopeElements.h"
@@ -72,7 +73,7 @@ public:
 
     // The plot area.
     TQVScopeDataView* GetScopeDataView() const override { return FDataView.get(); }
-    TQVDisplayComponent* GetDataView() const override;
+    TQVScopeDataView* GetDataView() const override;
 
     // The one draw order of the whole picture: background, element backgrounds under the
     // grid, the docked views, element foregrounds, channels, cursors, hit points, tool bar

@@ -19,8 +19,8 @@ using namespace qv;
 
 class TPlotScope : public TQVScope {
 public:
-    TQVDisplayComponent* GetDataView() const override { return View; }
-    TQVDisplayComponent* View = nullptr;
+    TQVScopeDataView* GetDataView() const override { return View; }
+    TQVScopeDataView* View = nullptr;
 };
 
 class TPlotFixture : public ::testing::Test {

@@ -1,7 +1,6 @@
 // The scope as a whole: its channels, the hand-over of data on the refresh tick, Hold, the
 // size limit, producers on other threads and its stored form.
 #include "qv/QVScope.h"
-#include "qv/foundation/QLStoredForm.h"
 #include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>
@@ -28,6 +27,20 @@ std::vector<double> Ramp(int32_t ACount, double AStart = 0)
 }
 
 } // namespace
+
+// A user includes one header: the data view comes as the scope's own type, tick texts and
+// queues are at hand.
+TEST(Scope, OneHeaderServesAUser)
+{
+    TQVScope Scope;
+    TQVScopeDataView* View = Scope.GetDataView();
+    EXPECT_EQ(View, Scope.GetScopeDataView());
+    EXPECT_EQ(QVGetScaleTickText(2.5, 0.0, 10.0, true, 1, false), "2.5");
+    TQVTypedDataQueue<double> Queue;
+    Queue.Add(1.5);
+    double Value = 0.0;
+    EXPECT_TRUE(Queue.Pop(Value) && Value == 1.5);
+}
 
 TEST(Scope, TheTickHandsNewDataToTheDrawStageEvenOfAHiddenChannel)
 {
