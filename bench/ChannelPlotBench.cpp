@@ -10,6 +10,7 @@
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVChannelPlot.h"
 #include "qv/channels/QVScopeChannel.h"
+#include "qv/channels/QVScopeDataView.h"
 #include "qv/component/QVDisplayView.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLCanvas.h"
@@ -60,8 +61,8 @@ public:
         Y->GetMin()->SetValue(-2.0);
         Y->GetMax()->SetValue(2.0);
     }
-    TQVDisplayComponent* GetDataView() const override { return const_cast<TQVCustomColorDisplayView*>(&View); }
-    TQVCustomColorDisplayView View{this};
+    TQVScopeDataView* GetDataView() const override { return const_cast<TQVScopeDataView*>(&View); }
+    TQVScopeDataView View{this};
 };
 
 std::vector<double> Signal()

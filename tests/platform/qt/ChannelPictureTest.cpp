@@ -8,6 +8,7 @@
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVScopeChannel.h"
+#include "qv/channels/QVScopeDataView.h"
 #include "qv/component/QVDisplayView.h"
 #include "qv/display/QVScope.h"
 
@@ -28,13 +29,8 @@ constexpr TAlphaColor CBackground = 0xFF000000;
 
 class TPictureScope : public TQVScope {
 public:
-    TQVDisplayComponent* GetDataView() const override { return View; }
-    TQVDisplayComponent* View = nullptr;
-};
-
-class TPictureView : public TQVCustomColorDisplayView {
-public:
-    using TQVCustomColorDisplayView::TQVCustomColorDisplayView;
+    TQVScopeDataView* GetDataView() const override { return View; }
+    TQVScopeDataView* View = nullptr;
 };
 
 class ChannelPicture : public ::testing::Test {
@@ -91,7 +87,7 @@ protected:
 
     TRect Rect{0, 0, 500, 300};
     TPictureScope Scope;
-    TPictureView View{&Scope};
+    TQVScopeDataView View{&Scope};
 };
 
 } // namespace
