@@ -21,6 +21,7 @@
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QLCanvas.h"
+#include "qv/foundation/QLKeys.h"
 #include "qv/foundation/QLPictureServices.h"
 #include "qv/foundation/QLStoredForm.h"
 #include "qv/foundation/QVBuffers.h"

@@ -115,7 +115,7 @@ void SetUpUndo(TQVScope& AScope)
             AScope.UndoZoom();
     });
     AScope.SetOnKeyDown([&AScope](TQLPersistent*, uint16_t& AKey, TShiftState) {
-        if (AKey == 0x08) // backspace
+        if (AKey == vkBack)
             AScope.UndoZoom();
     });
 }

@@ -2,6 +2,7 @@
 
 #include "qv/platform/qt/QLQtCanvas.h"
 #include "qv/platform/qt/QLQtPictureOutput.h"
+#include "qv/foundation/QLKeys.h"
 
 #include <QImage>
 #include <QKeyEvent>
@@ -236,19 +237,43 @@ void TQVDisplayWidget::leaveEvent(QEvent* AEvent)
         FDisplay->DoMouseLeave();
 }
 
+uint16_t QVKeyOf(int AQtKey)
+{
+    switch (AQtKey) {
+    case Qt::Key_Backspace: return vkBack;
+    case Qt::Key_Tab: return vkTab;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: return vkReturn;
+    case Qt::Key_Escape: return vkEscape;
+    case Qt::Key_PageUp: return vkPrior;
+    case Qt::Key_PageDown: return vkNext;
+    case Qt::Key_End: return vkEnd;
+    case Qt::Key_Home: return vkHome;
+    case Qt::Key_Left: return vkLeft;
+    case Qt::Key_Up: return vkUp;
+    case Qt::Key_Right: return vkRight;
+    case Qt::Key_Down: return vkDown;
+    case Qt::Key_Insert: return vkInsert;
+    case Qt::Key_Delete: return vkDelete;
+    default:
+        // Qt's codes of printable Latin-1 keys are their character codes (letters upper-case).
+        return AQtKey >= Qt::Key_Space && AQtKey <= Qt::Key_ydiaeresis ? uint16_t(AQtKey) : uint16_t(vkNone);
+    }
+}
+
 void TQVDisplayWidget::keyPressEvent(QKeyEvent* AEvent)
 {
-    if (!FDisplay)
-        return;
-    uint16_t Key = static_cast<uint16_t>(AEvent->key() & 0xFFFF);
+    uint16_t Key = QVKeyOf(AEvent->key());
+    if (!FDisplay || Key == vkNone)
+        return QWidget::keyPressEvent(AEvent);
     FDisplay->KeyDown(Key, ShiftOf(AEvent->modifiers(), Qt::NoButton));
 }
 
 void TQVDisplayWidget::keyReleaseEvent(QKeyEvent* AEvent)
 {
-    if (!FDisplay)
-        return;
-    uint16_t Key = static_cast<uint16_t>(AEvent->key() & 0xFFFF);
+    uint16_t Key = QVKeyOf(AEvent->key());
+    if (!FDisplay || Key == vkNone)
+        return QWidget::keyReleaseEvent(AEvent);
     FDisplay->KeyUp(Key, ShiftOf(AEvent->modifiers(), Qt::NoButton));
 }
 

@@ -20,6 +20,10 @@ TQLCanvasFactory QLQtCanvasFactory();
 // The Qt cursor shape for a display cursor id.
 Qt::CursorShape QVQtCursorShape(TCursor ACursor);
 
+// The library's key code (TQLKey, or a printable character's code) of a Qt key; vkNone for
+// keys the displays have no code for.
+uint16_t QVKeyOf(int AQtKey);
+
 class TQVDisplayWidget : public QWidget {
     Q_OBJECT
 public:

@@ -2,6 +2,8 @@
 // display painted, and window events reach the display.
 #include "qv/platform/qt/QVDisplayWidget.h"
 #include "qv/component/QVDisplayComponent.h"
+#include "qv/display/QVScope.h"
+#include "qv/foundation/QLKeys.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -123,6 +125,34 @@ TEST_F(TWidgetFixture, MouseAndWheelEventsReachTheComponents)
     EXPECT_EQ(Widget->cursor().shape(), Qt::CrossCursor);
     Display->SetDisplayCursor(crSizeWE);
     EXPECT_EQ(Widget->cursor().shape(), Qt::SizeHorCursor);
+}
+
+TEST(DisplayWidget, QtKeysMapOntoTheLibrarysKeyCodes)
+{
+    const std::pair<int, uint16_t> Cases[] = {
+        {Qt::Key_Backspace, vkBack}, {Qt::Key_Escape, vkEscape}, {Qt::Key_Left, vkLeft},   {Qt::Key_Right, vkRight},
+        {Qt::Key_Up, vkUp},          {Qt::Key_Down, vkDown},     {Qt::Key_Home, vkHome},   {Qt::Key_End, vkEnd},
+        {Qt::Key_Delete, vkDelete},  {Qt::Key_Enter, vkReturn}, {Qt::Key_A, uint16_t('A')}, {Qt::Key_Plus, uint16_t('+')},
+        {Qt::Key_F5, vkNone},        {Qt::Key_Shift, vkNone}};
+    for (const auto& [QtKey, Key] : Cases)
+        EXPECT_EQ(QVKeyOf(QtKey), Key) << "Qt key " << QtKey;
+}
+
+// A host's key handler sees the library's codes: Backspace pressed on the widget undoes a zoom.
+TEST(DisplayWidget, BackspaceOnTheWidgetReachesTheHostAsTheBackKey)
+{
+    auto Owned = std::make_unique<TQVScope>();
+    TQVScope& Scope = *Owned;
+    TQVDisplayWidget Widget(std::move(Owned), nullptr);
+    Scope.SetOnKeyDown([&Scope](TQLPersistent*, uint16_t& AKey, TShiftState) {
+        if (AKey == vkBack)
+            Scope.UndoZoom();
+    });
+    Scope.ZoomBy(0.5);
+    ASSERT_TRUE(Scope.CanUndoZoom());
+    QTest::keyClick(&Widget, Qt::Key_Backspace);
+    EXPECT_FALSE(Scope.CanUndoZoom());
+    EXPECT_FALSE(Scope.IsZoomed());
 }
 
 TEST(DisplayWidget, RefusesToHostNothing)
