@@ -145,23 +145,43 @@ TQVRealBuffer::TQVRealBuffer(const uint64_t* AData, int64_t ACount) { ConvertFro
 TQVRealBuffer::TQVRealBuffer(const int16_t* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
 TQVRealBuffer::TQVRealBuffer(const uint16_t* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
 
-void TQVRealBuffer::Resize(int32_t ASize, bool AKeepContent)
-{
-    CheckResize(kReal, ASize);
-    FData.Resize(ASize, AKeepContent);
-}
-
 double TQVRealBuffer::Min() const { return QVArrayMin(Read(), size_t(GetSize())); }
 double TQVRealBuffer::Max() const { return QVArrayMax(Read(), size_t(GetSize())); }
 
-double TQVRealBuffer::Min(int32_t AFirst, int32_t ALast) const
+// ---- What the real and integer buffers share ----
+
+template <>
+const char* TQVNumberBuffer<IQVRealBuffer, double>::Name()
 {
-    return QVArrayMin(Read() + AFirst, CheckedRange(kReal, AFirst, ALast, GetSize()));
+    return kReal;
 }
-double TQVRealBuffer::Max(int32_t AFirst, int32_t ALast) const
+template <>
+const char* TQVNumberBuffer<IQVIntegerBuffer, int32_t>::Name()
 {
-    return QVArrayMax(Read() + AFirst, CheckedRange(kReal, AFirst, ALast, GetSize()));
+    return kInteger;
 }
+
+template <class TInterface, class T>
+void TQVNumberBuffer<TInterface, T>::Resize(int32_t ASize, bool AKeepContent)
+{
+    CheckResize(Name(), ASize);
+    FData.Resize(ASize, AKeepContent);
+}
+
+template <class TInterface, class T>
+T TQVNumberBuffer<TInterface, T>::Min(int32_t AFirst, int32_t ALast) const
+{
+    return QVArrayMin(Read() + AFirst, CheckedRange(Name(), AFirst, ALast, GetSize()));
+}
+
+template <class TInterface, class T>
+T TQVNumberBuffer<TInterface, T>::Max(int32_t AFirst, int32_t ALast) const
+{
+    return QVArrayMax(Read() + AFirst, CheckedRange(Name(), AFirst, ALast, GetSize()));
+}
+
+template class TQVNumberBuffer<IQVRealBuffer, double>;
+template class TQVNumberBuffer<IQVIntegerBuffer, int32_t>;
 
 // ---- TQVIntegerBuffer ----
 
@@ -197,23 +217,9 @@ TQVIntegerBuffer::TQVIntegerBuffer(const int32_t* AData, int64_t ACount)
     std::copy_n(AData, FData.GetSize(), FData.Write());
 }
 
-void TQVIntegerBuffer::Resize(int32_t ASize, bool AKeepContent)
-{
-    CheckResize(kInteger, ASize);
-    FData.Resize(ASize, AKeepContent);
-}
-
 // An empty buffer fails the range check of 0..-1.
 int32_t TQVIntegerBuffer::Min() const { return Min(0, GetSize() - 1); }
 int32_t TQVIntegerBuffer::Max() const { return Max(0, GetSize() - 1); }
-int32_t TQVIntegerBuffer::Min(int32_t AFirst, int32_t ALast) const
-{
-    return QVArrayMin(Read() + AFirst, CheckedRange(kInteger, AFirst, ALast, GetSize()));
-}
-int32_t TQVIntegerBuffer::Max(int32_t AFirst, int32_t ALast) const
-{
-    return QVArrayMax(Read() + AFirst, CheckedRange(kInteger, AFirst, ALast, GetSize()));
-}
 
 // ---- TQVComplexBuffer ----
 

@@ -26,7 +26,9 @@ namespace qv {
 //    std::invalid_argument; a size above INT32_MAX raises std::length_error;
 //  - data of a kind a buffer cannot hold raises std::invalid_argument naming the kind.
 
-class IQVRealBuffer : public IQVData {
+// What the real and integer buffer interfaces share: samples of type T.
+template <class T, TQVDataKind AKind>
+class IQVNumberBuffer : public IQVData {
 public:
     // Number of samples; GetCount() is the same.
     virtual int32_t GetSize() const = 0;
@@ -34,44 +36,53 @@ public:
     virtual void Resize(int32_t ASize, bool AKeepContent) = 0;
     // The samples for reading; null when there are none. Stays valid until the next
     // Write, SetItem or Resize on this object.
-    virtual const double* Read() const = 0;
+    virtual const T* Read() const = 0;
     // The samples for writing; separates this object from other holders first.
-    virtual double* Write() = 0;
-    virtual double GetItem(int32_t AIndex) const = 0;
-    virtual void SetItem(int32_t AIndex, double AValue) = 0;
-    // Extremes of all samples, or of AFirst..ALast with both ends included. NaN samples are
-    // missing values and are skipped; with no number among them the result is NaN.
-    virtual double Min() const = 0;
-    virtual double Max() const = 0;
-    virtual double Min(int32_t AFirst, int32_t ALast) const = 0;
-    virtual double Max(int32_t AFirst, int32_t ALast) const = 0;
+    virtual T* Write() = 0;
+    virtual T GetItem(int32_t AIndex) const = 0;
+    virtual void SetItem(int32_t AIndex, T AValue) = 0;
+    // Extremes of all samples, or of AFirst..ALast with both ends included.
+    virtual T Min() const = 0;
+    virtual T Max() const = 0;
+    virtual T Min(int32_t AFirst, int32_t ALast) const = 0;
+    virtual T Max(int32_t AFirst, int32_t ALast) const = 0;
 
-    TQVDataKind GetDataKind() const override { return dkReal; }
+    TQVDataKind GetDataKind() const override { return AKind; }
     int32_t GetCount() const override { return GetSize(); }
     const void* ReadData() const override { return Read(); }
 };
 
-class IQVIntegerBuffer : public IQVData {
+// Real samples. NaN samples are missing values that Min and Max skip; with no number among
+// the samples the result is NaN.
+class IQVRealBuffer : public IQVNumberBuffer<double, dkReal> {};
+
+// Integer samples. An empty buffer or range has no extremes: Min and Max raise
+// std::out_of_range.
+class IQVIntegerBuffer : public IQVNumberBuffer<int32_t, dkInteger> {};
+
+// The storage and the operations the real and integer buffers share; TInterface is the
+// interface implemented, T its sample type. The operations raise errors naming AName.
+template <class TInterface, class T>
+class TQVNumberBuffer : public TInterface {
 public:
-    virtual int32_t GetSize() const = 0;
-    virtual void Resize(int32_t ASize, bool AKeepContent) = 0;
-    virtual const int32_t* Read() const = 0;
-    virtual int32_t* Write() = 0;
-    virtual int32_t GetItem(int32_t AIndex) const = 0;
-    virtual void SetItem(int32_t AIndex, int32_t AValue) = 0;
-    // Extremes as for real buffers; an empty buffer or range has none and raises
-    // std::out_of_range.
-    virtual int32_t Min() const = 0;
-    virtual int32_t Max() const = 0;
-    virtual int32_t Min(int32_t AFirst, int32_t ALast) const = 0;
-    virtual int32_t Max(int32_t AFirst, int32_t ALast) const = 0;
+    int32_t GetSize() const override { return FData.GetSize(); }
+    void Resize(int32_t ASize, bool AKeepContent) override;
+    const T* Read() const override { return FData.Read(); }
+    T* Write() override { return FData.Write(); }
+    T GetItem(int32_t AIndex) const override { return FData.Get(AIndex, Name()); }
+    void SetItem(int32_t AIndex, T AValue) override { FData.Set(AIndex, AValue, Name()); }
+    using TInterface::Max;
+    using TInterface::Min;
+    T Min(int32_t AFirst, int32_t ALast) const override;
+    T Max(int32_t AFirst, int32_t ALast) const override;
 
-    TQVDataKind GetDataKind() const override { return dkInteger; }
-    int32_t GetCount() const override { return GetSize(); }
-    const void* ReadData() const override { return Read(); }
+protected:
+    static const char* Name();
+
+    TQVSharedArray<T> FData;
 };
 
-class TQVRealBuffer : public IQVRealBuffer {
+class TQVRealBuffer : public TQVNumberBuffer<IQVRealBuffer, double> {
 public:
     TQVRealBuffer() = default;
     // ASize zero samples.
@@ -91,25 +102,17 @@ public:
     TQVRealBuffer(const int16_t* AData, int64_t ACount);
     TQVRealBuffer(const uint16_t* AData, int64_t ACount);
 
-    int32_t GetSize() const override { return FData.GetSize(); }
-    void Resize(int32_t ASize, bool AKeepContent) override;
-    const double* Read() const override { return FData.Read(); }
-    double* Write() override { return FData.Write(); }
-    double GetItem(int32_t AIndex) const override { return FData.Get(AIndex, "TQVRealBuffer"); }
-    void SetItem(int32_t AIndex, double AValue) override { FData.Set(AIndex, AValue, "TQVRealBuffer"); }
+    using TQVNumberBuffer::Max;
+    using TQVNumberBuffer::Min;
     double Min() const override;
     double Max() const override;
-    double Min(int32_t AFirst, int32_t ALast) const override;
-    double Max(int32_t AFirst, int32_t ALast) const override;
 
 private:
     template <class T>
     void ConvertFrom(const T* AData, int64_t ACount);
-
-    TQVSharedArray<double> FData;
 };
 
-class TQVIntegerBuffer : public IQVIntegerBuffer {
+class TQVIntegerBuffer : public TQVNumberBuffer<IQVIntegerBuffer, int32_t> {
 public:
     TQVIntegerBuffer() = default;
     explicit TQVIntegerBuffer(uint32_t ASize);
@@ -121,19 +124,10 @@ public:
     explicit TQVIntegerBuffer(const IQVData& AData);
     TQVIntegerBuffer(const int32_t* AData, int64_t ACount);
 
-    int32_t GetSize() const override { return FData.GetSize(); }
-    void Resize(int32_t ASize, bool AKeepContent) override;
-    const int32_t* Read() const override { return FData.Read(); }
-    int32_t* Write() override { return FData.Write(); }
-    int32_t GetItem(int32_t AIndex) const override { return FData.Get(AIndex, "TQVIntegerBuffer"); }
-    void SetItem(int32_t AIndex, int32_t AValue) override { FData.Set(AIndex, AValue, "TQVIntegerBuffer"); }
+    using TQVNumberBuffer::Max;
+    using TQVNumberBuffer::Min;
     int32_t Min() const override;
     int32_t Max() const override;
-    int32_t Min(int32_t AFirst, int32_t ALast) const override;
-    int32_t Max(int32_t AFirst, int32_t ALast) const override;
-
-private:
-    TQVSharedArray<int32_t> FData;
 };
 
 // Complex samples, each a pair of doubles (real, imaginary).
