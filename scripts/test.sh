@@ -7,6 +7,9 @@ preset="${1:-release}"
 bash scripts/setup.sh
 export QT_QPA_PLATFORM=offscreen
 jobs=$(nproc)
-cmake --preset "$preset"
+# CI builds treat warnings as errors; a user's build does not.
+werror=()
+if [ -n "${CI:-}" ]; then werror=(-DQV_WERROR=ON); fi
+cmake --preset "$preset" "${werror[@]}"
 cmake --build --preset "$preset" -j "$jobs"
 ctest --preset "$preset" -j "$jobs"
