@@ -8,7 +8,7 @@ bash scripts/setup.sh
 export QT_QPA_PLATFORM=offscreen
 jobs=$(nproc)
 # CI builds treat warnings as errors; a user's build does not.
-werror=()
+werror=(-DQV_WERROR=OFF)
 if [ -n "${CI:-}" ]; then werror=(-DQV_WERROR=ON); fi
 cmake --preset "$preset" "${werror[@]}"
 cmake --build --preset "$preset" -j "$jobs"
