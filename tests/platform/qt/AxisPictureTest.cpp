@@ -2,10 +2,11 @@
 // the left, with their titles, drawn by QPainter on a dark background. Tick lines must land on
 // the pixels the axes compute for their values, with texts beside them; titles land in the
 // boxes the axes compute, the left one turned and shown as a button under the mouse. The
-// picture is kept as AxisPicture.png beside the test program for a look.
+// picture is kept as AxisPicture.png for a look when QV_WRITE_PICTURES names a folder.
 #include <qv/qt/QLQtCanvas.h>
 #include <qv/qt/QLQtImage.h>
 
+#include "platform/qt/KeepPicture.h"
 #include "qv/axes/QVDisplayAxis.h"
 #include "qv/display/QVDataDisplay.h"
 
@@ -130,7 +131,7 @@ TEST(AxisPicture, TicksAndTitlesLandWhereTheAxesPutThem)
         Axis->DrawTicks(Canvas, true, Axis->IsY);
         Axis->DrawAxisLabel(Canvas, false);
     }
-    qt::QLSaveBitmapPng(Picture, QCoreApplication::applicationDirPath() + "/AxisPicture.png");
+    qvtest::KeepPicture(Picture, "AxisPicture.png");
 
     // X: the base line 5 below the strip's top, major ticks 7 long every 10 units, four
     // minor ticks 5 long between them, nothing further down where only majors reach.

@@ -4,6 +4,7 @@
 #include <qv/qt/QLQtCanvas.h>
 #include <qv/qt/QLQtImage.h>
 
+#include "platform/qt/KeepPicture.h"
 #include "qv/axes/QVScopeXAxis.h"
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelData.h"
@@ -112,7 +113,7 @@ TEST_F(ChannelPicture, DownsampledRampPaintsEachColumnAsTheSamplesDrawnOneByOne)
     Channel(1)->SetChannelMode(cmPoint);
     const TQLBitmap Down = Render(0);
     const TQLBitmap Full = Render(1);
-    qt::QLSaveBitmapPng(Down, QCoreApplication::applicationDirPath() + "/ChannelPictureDown.png");
+    qvtest::KeepPicture(Down, "ChannelPictureDown.png");
     EXPECT_EQ(Channel(0)->GetDownsampledIntDrawBufferY()->GetSize(), 1000);
     const auto DownExtents = Extents(Down);
     const auto FullExtents = Extents(Full);

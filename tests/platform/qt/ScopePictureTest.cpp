@@ -1,12 +1,13 @@
 // A whole scope rendered by QPainter: two channels on two Y axes (the second on the right),
-// a time X axis, title and grid. The picture is written beside the test program as
-// ScopePicture.png for a person to read; the test checks that each part landed where the
+// a time X axis, title and grid. The picture is kept as ScopePicture.png for a person to read
+// when QV_WRITE_PICTURES names a folder; the test checks that each part landed where the
 // layout put it.
 #include <qv/QVScope.h>
 #include <qv/qt/QLQtCanvas.h>
 #include <qv/qt/QLQtImage.h>
 #include <qv/qt/QVDisplayWidget.h>
 
+#include "platform/qt/KeepPicture.h"
 #include "qv/channels/QVScopeDataView.h"
 
 #include <QCoreApplication>
@@ -79,7 +80,7 @@ TEST(ScopePicture, TwoYAxesAndATimeAxisLandWhereTheLayoutPutsThem)
     Scope.RefreshView();
     Scope.Paint();
     const TQLBitmap& Picture = Scope.GetBitmap();
-    qt::QLSaveBitmapPng(Picture, QCoreApplication::applicationDirPath() + "/ScopePicture.png");
+    qvtest::KeepPicture(Picture, "ScopePicture.png");
 
     const TRect View = Scope.GetScopeDataView()->GetDrawRect();
     // The title's text, measured by Qt, lies in its strip 4 below the top, centred on the
