@@ -49,8 +49,14 @@ void RunTicks(benchmark::State& AState, bool AReadLimits)
     AState.SetItemsProcessed(AState.iterations() * AState.range(0));
 }
 
-void AutoscaledTick(benchmark::State& AState) { RunTicks(AState, true); }
-void HandOverOnly(benchmark::State& AState) { RunTicks(AState, false); }
+void AutoscaledTick(benchmark::State& AState)
+{
+    RunTicks(AState, true);
+}
+void HandOverOnly(benchmark::State& AState)
+{
+    RunTicks(AState, false);
+}
 
 void CachedLimits(benchmark::State& AState)
 {

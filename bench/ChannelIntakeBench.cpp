@@ -57,8 +57,7 @@ public:
                   Lock.lock();
               }
           })
-    {
-    }
+    {}
     ~TRefresher()
     {
         {
@@ -146,12 +145,7 @@ void BM_AddYDataWithRefresh(benchmark::State& AState)
     AState.counters["speed_ratio"] = CopyTime / AddTime;
     AState.counters["refreshes"] = Refresher.GetTicks();
 }
-BENCHMARK(BM_AddYDataWithRefresh)
-    ->Arg(0)
-    ->Arg(1'000'000)
-    ->UseManualTime()
-    ->MinTime(3.0)
-    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AddYDataWithRefresh)->Arg(0)->Arg(1'000'000)->UseManualTime()->MinTime(3.0)->Unit(benchmark::kMicrosecond);
 
 template <bool AWithX>
 void AddPointsAtLimit(benchmark::State& AState)
@@ -174,8 +168,14 @@ void AddPointsAtLimit(benchmark::State& AState)
     AState.counters["refreshes"] = Refresher.GetTicks();
 }
 
-void BM_AddYPointAtLimit(benchmark::State& AState) { AddPointsAtLimit<false>(AState); }
-void BM_AddXYPointAtLimit(benchmark::State& AState) { AddPointsAtLimit<true>(AState); }
+void BM_AddYPointAtLimit(benchmark::State& AState)
+{
+    AddPointsAtLimit<false>(AState);
+}
+void BM_AddXYPointAtLimit(benchmark::State& AState)
+{
+    AddPointsAtLimit<true>(AState);
+}
 BENCHMARK(BM_AddYPointAtLimit)->Arg(100'000)->Arg(1'000'000)->Arg(10'000'000)->UseRealTime()->MinTime(2.0);
 BENCHMARK(BM_AddXYPointAtLimit)->Arg(1'000'000)->UseRealTime()->MinTime(2.0);
 

@@ -28,8 +28,8 @@
 #include <qcustomplot.h>
 #endif
 
-#include <ctime>
 #include <cmath>
+#include <ctime>
 #include <memory>
 #include <numbers>
 #include <random>
@@ -52,7 +52,10 @@ std::vector<double> NoisySine(int64_t ACount, uint32_t ASeed)
 
 // CPU time of the process: the paint runs on this thread, and the offscreen platform keeps
 // no other thread busy.
-double CpuSeconds() { return double(std::clock()) / double(CLOCKS_PER_SEC); }
+double CpuSeconds()
+{
+    return double(std::clock()) / double(CLOCKS_PER_SEC);
+}
 
 // A scope sized to the picture, with a surface over its own bitmap.
 struct TScopeRig {
@@ -165,8 +168,7 @@ void BM_RollingWindowScope(benchmark::State& AState)
 #if QV_HAVE_QCUSTOMPLOT
 // The peer with its adaptive sampling on, rendered through a painter into an image.
 struct TPeerRig {
-    explicit TPeerRig()
-        : Image(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied)
+    explicit TPeerRig() : Image(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied)
     {
         Plot.resize(kWidth, kHeight);
         Plot.setNotAntialiasedElements(QCP::aeAll);
@@ -189,7 +191,10 @@ struct TPeerRig {
     QCPGraph* Graph = nullptr;
 };
 
-QVector<double> ToQVector(const std::vector<double>& AV) { return QVector<double>(AV.begin(), AV.end()); }
+QVector<double> ToQVector(const std::vector<double>& AV)
+{
+    return QVector<double>(AV.begin(), AV.end());
+}
 
 QVector<double> Keys(int64_t ACount)
 {

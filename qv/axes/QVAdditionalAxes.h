@@ -31,8 +31,7 @@ public:
     explicit TQVAdditionalAxesCollectionItem(TQLCollection* ACollection)
         : TQVDisplayCollectionItem(ACollection),
           FAxis(std::make_unique<AxisT>(QVChartOfAxesCollection(ACollection), this))
-    {
-    }
+    {}
 
     AxisT* GetAxis() const { return FAxis.get(); }
     void SetAxis(const AxisT* AValue) { FAxis->Assign(AValue); }

@@ -58,8 +58,7 @@ class TQVScaleCachedMinMaxValue {
 public:
     TQVScaleCachedMinMaxValue(TQVLimitGetter AGetMin, TQVLimitGetter AGetMax)
         : FMin(std::move(AGetMin)), FMax(std::move(AGetMax))
-    {
-    }
+    {}
 
     TQVDisplayCachedValue& GetMin() { return FMin; }
     const TQVDisplayCachedValue& GetMin() const { return FMin; }
@@ -83,8 +82,7 @@ public:
                               TQVLimitGetter AGetZoomedMax)
         : FFull(std::move(AGetFullMin), std::move(AGetFullMax)),
           FZoomed(std::move(AGetZoomedMin), std::move(AGetZoomedMax))
-    {
-    }
+    {}
 
     TQVScaleCachedMinMaxValue& GetFull() { return FFull; }
     const TQVScaleCachedMinMaxValue& GetFull() const { return FFull; }

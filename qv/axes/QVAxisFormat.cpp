@@ -12,8 +12,7 @@ namespace qv {
 
 TQVAxisFormat::TQVAxisFormat(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify)
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify))
-{
-}
+{}
 
 void TQVAxisFormat::SetPrecision(int32_t AValue)
 {
@@ -35,8 +34,7 @@ const TQLClassInfo& TQVAxisFormat::StaticClassInfo()
                       &TQVAxisFormat::GetPrecisionDefault)
             .StoredWhen(&TQVAxisFormat::GetPrecisionStored)
             .Property("FixedPrecision", &TQVAxisFormat::GetFixedPrecision, &TQVAxisFormat::SetFixedPrecision, false)
-            .Property("PrecisionMode", &TQVAxisFormat::GetPrecisionMode, &TQVAxisFormat::SetPrecisionMode,
-                      dpmGeneral)
+            .Property("PrecisionMode", &TQVAxisFormat::GetPrecisionMode, &TQVAxisFormat::SetPrecisionMode, dpmGeneral)
             .Build();
     return Info;
 }

@@ -63,12 +63,12 @@ std::string QVGetFrequencyUnitText(int32_t AExponent);
 // What the title of a scope X axis depends on.
 struct TQVXAxisTitleState {
     TQVDisplayAxisTicksMode TicksMode = atmAuto;
-    bool Designing = false;     // the display is being laid out in a designer
+    bool Designing = false; // the display is being laid out in a designer
     bool InTimeAxis = false;
     bool InFreqAxis = false;
     bool InIntensityAxis = false;
     bool InXModeAxis = false;
-    int32_t Exponent = 0;       // the unit exponent
+    int32_t Exponent = 0; // the unit exponent
 };
 
 // The title of a scope X axis: ALabelText when not empty, else "X Axis" for atmManual and for

@@ -45,8 +45,7 @@ const TQLClassInfo& TQVTicksStart::StaticClassInfo()
 TQVMajorTicks::TQVMajorTicks(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify)
     : TQVMajorTicksParam(AOwner, ALock, std::move(ANotify)),
       FStartFrom(std::make_unique<TQVTicksStart>(this, ALock, [this] { NotifyProp(); }))
-{
-}
+{}
 
 TQVMajorTicks::~TQVMajorTicks() = default;
 

@@ -21,10 +21,10 @@ void CheckLimit(const char* AName, double AValue)
 
 // ---- TQVDisplayOptionalValue ----
 
-TQVDisplayOptionalValue::TQVDisplayOptionalValue(TQVDisplayOwner* ADisplay, double AValueDefault,
-                                                 bool AEnabledDefault, bool APositiveOnly)
-    : TQVDisplayPersistent(ADisplay), FValue(AValueDefault), FValueDefault(AValueDefault),
-      FEnabled(AEnabledDefault), FEnabledDefault(AEnabledDefault), FPositiveOnly(APositiveOnly)
+TQVDisplayOptionalValue::TQVDisplayOptionalValue(TQVDisplayOwner* ADisplay, double AValueDefault, bool AEnabledDefault,
+                                                 bool APositiveOnly)
+    : TQVDisplayPersistent(ADisplay), FValue(AValueDefault), FValueDefault(AValueDefault), FEnabled(AEnabledDefault),
+      FEnabledDefault(AEnabledDefault), FPositiveOnly(APositiveOnly)
 {
     CheckLimit("TQVDisplayOptionalValue.Value", AValueDefault);
 }
@@ -67,8 +67,7 @@ TQVDisplayValueRange::TQVDisplayValueRange(TQLPersistent* AOwner, TQVDisplayOwne
     : TQLPersistent(AOwner, ADisplay->GetLock()),
       FHigh(std::make_unique<TQVDisplayOptionalValue>(ADisplay, 0.0, false, APositiveOnly)),
       FLow(std::make_unique<TQVDisplayOptionalValue>(ADisplay, 0.0, false, APositiveOnly))
-{
-}
+{}
 
 TQVDisplayValueRange::~TQVDisplayValueRange() = default;
 
@@ -126,8 +125,7 @@ const TQLClassInfo& TQVBasicAxisValue::StaticClassInfo()
 // ---- TQVBasicRangedAxisValue ----
 
 TQVBasicRangedAxisValue::TQVBasicRangedAxisValue(TQLPersistent* AOwner, TQVDisplayOwner* ADisplay,
-                                                 TQLNotifyProc ANotify, double ADefaultValue,
-                                                 double ADataValueDefault)
+                                                 TQLNotifyProc ANotify, double ADefaultValue, double ADataValueDefault)
     : TQVBasicAxisValue(AOwner, ADisplay->GetLock(), std::move(ANotify), ADefaultValue),
       FRange(std::make_unique<TQVDisplayValueRange>(this, ADisplay)), FDataValue(ADataValueDefault),
       FDataValueDefault(ADataValueDefault)
@@ -170,8 +168,7 @@ TQVAxisValue::TQVAxisValue(TQLPersistent* AOwner, TQVDisplayOwner* ADisplay, TQL
                            double ADefaultValue, double ADataValueDefault)
     : TQVBasicRangedAxisValue(AOwner, ADisplay, std::move(ANotify), ADefaultValue, ADataValueDefault),
       FTick(std::make_unique<TQVBasicAxisValue>(this, ADisplay->GetLock(), [this] { NotifyProp(); }))
-{
-}
+{}
 
 TQVAxisValue::~TQVAxisValue() = default;
 

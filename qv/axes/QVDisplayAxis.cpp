@@ -3,8 +3,8 @@
 #include "qv/axes/QVDisplayAxis.h"
 #include "qv/axes/QVDisplayAxisList.h"
 
-#include "qv/component/QVDisplayOwner.h"
 #include "qv/axes/QVDisplayAxisZoomSettings.h"
+#include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <algorithm>
@@ -13,16 +13,17 @@
 namespace qv {
 
 TQVDisplayAxis::TQVDisplayAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
-    : TQVTrackingOptionalAxis(ADisplay, AAlign),
-      FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
+    : TQVTrackingOptionalAxis(ADisplay, AAlign), FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
       FMin(std::make_unique<TQVAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FMax(std::make_unique<TQVMaxAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
-      FFont(std::make_unique<TQVDisplayFont>(this, GetLock(), [this] { FontChanged(); }, "Arial", 8, 0xFFFFFFFF)),
+      FFont(std::make_unique<TQVDisplayFont>(
+          this, GetLock(), [this] { FontChanged(); }, "Arial", 8, 0xFFFFFFFF)),
       // Another number format or title changes the texts' sizes, and so the step and layout.
-      FFormat(std::make_unique<TQVAxisFormat>(this, GetLock(), [this] {
-          FValidStep = false;
-          InvalidateRecalc();
-      })),
+      FFormat(std::make_unique<TQVAxisFormat>(this, GetLock(),
+                                              [this] {
+                                                  FValidStep = false;
+                                                  InvalidateRecalc();
+                                              })),
       FAxisLabel(std::make_unique<TQVDisplayTitleLabel>(this, GetLock(), [this] { InvalidateRecalc(); })),
       FButton(std::make_unique<TQVViewButtonSettings>(this, GetLock(), [this] { Invalidate(); })),
       FDataTotal([this] { return GetDataFullMin(); }, [this] { return GetDataFullMax(); },
@@ -48,7 +49,8 @@ TQVDisplayAxis::~TQVDisplayAxis()
 
 void TQVDisplayAxis::SetColor(TAlphaColor AValue)
 {
-    GetBasicLock().Setter(FColor, AValue, [this] { Invalidate(); }, false);
+    GetBasicLock().Setter(
+        FColor, AValue, [this] { Invalidate(); }, false);
 }
 
 void TQVDisplayAxis::SetReversed(bool AValue)
@@ -108,8 +110,7 @@ uint32_t TQVDisplayAxis::GetMinScaleLineDistance() const
     int64_t Distance = 0;
     if (Canvas) {
         if (!GetIsVertical())
-            Distance =
-                Canvas->TextWidth(GetTickText(DataToScaleTick(FDataTotal.GetZoomed().GetMax().GetValue()))) + 8;
+            Distance = Canvas->TextWidth(GetTickText(DataToScaleTick(FDataTotal.GetZoomed().GetMax().GetValue()))) + 8;
         else
             Distance = Canvas->TextHeight("Xg") + 4;
     }
@@ -118,12 +119,27 @@ uint32_t TQVDisplayAxis::GetMinScaleLineDistance() const
 
 // ---- Limits ----
 
-double TQVDisplayAxis::GetDataFullMin() const { return FMin->GetAutoScale() ? 0.0 : FMin->GetDataValue(); }
+double TQVDisplayAxis::GetDataFullMin() const
+{
+    return FMin->GetAutoScale() ? 0.0 : FMin->GetDataValue();
+}
 
-double TQVDisplayAxis::GetScaleFullTickMin() const { return FDataTotal.GetFull().GetMin().GetValue(); }
-double TQVDisplayAxis::GetScaleFullTickMax() const { return FDataTotal.GetFull().GetMax().GetValue(); }
-double TQVDisplayAxis::GetScaleFullRealMin() const { return FDataTotal.GetFull().GetMin().GetValue(); }
-double TQVDisplayAxis::GetScaleFullRealMax() const { return FDataTotal.GetFull().GetMax().GetValue(); }
+double TQVDisplayAxis::GetScaleFullTickMin() const
+{
+    return FDataTotal.GetFull().GetMin().GetValue();
+}
+double TQVDisplayAxis::GetScaleFullTickMax() const
+{
+    return FDataTotal.GetFull().GetMax().GetValue();
+}
+double TQVDisplayAxis::GetScaleFullRealMin() const
+{
+    return FDataTotal.GetFull().GetMin().GetValue();
+}
+double TQVDisplayAxis::GetScaleFullRealMax() const
+{
+    return FDataTotal.GetFull().GetMax().GetValue();
+}
 
 namespace {
 
@@ -182,7 +198,10 @@ void TQVDisplayAxis::InvalidateMinMaxCache(bool AAll)
     FScaleTick.Invalidate();
 }
 
-void TQVDisplayAxis::InvalidateStep() { InvalidateRecalc(); }
+void TQVDisplayAxis::InvalidateStep()
+{
+    InvalidateRecalc();
+}
 
 void TQVDisplayAxis::CorrectMinMax()
 {

@@ -20,9 +20,9 @@
 #include "qv/axes/QVAxisFormat.h"
 #include "qv/axes/QVAxisValues.h"
 #include "qv/axes/QVTrackingOptionalAxis.h"
-#include "qv/decor/QVDisplayLabel.h"
 #include "qv/component/QVViewButtonSettings.h"
 #include "qv/component/QVZoomTypes.h"
+#include "qv/decor/QVDisplayLabel.h"
 
 #include <memory>
 #include <string>

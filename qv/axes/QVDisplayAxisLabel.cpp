@@ -39,9 +39,9 @@ std::string TQVDisplayAxis::GetTickText(double AValue) const
     double Hi = FScaleTick.GetZoomed().GetMax().GetValue();
     if (GetIntScaleMode() != smLinear)
         NarrowToDecade(AValue, Lo, Hi);
-    std::string Text = QVGetScaleTickText(AValue, Lo, Hi, FFormat->GetFixedPrecision(),
-                                          static_cast<uint32_t>(FFormat->GetPrecision()),
-                                          FFormat->GetPrecisionMode() == dpmScientific);
+    std::string Text =
+        QVGetScaleTickText(AValue, Lo, Hi, FFormat->GetFixedPrecision(), static_cast<uint32_t>(FFormat->GetPrecision()),
+                           FFormat->GetPrecisionMode() == dpmScientific);
     if (FOnCustomLabel) {
         // The handler is given the axis to call SetTickText on; asking for a text changes no
         // setting, so the query stays const to its callers.
@@ -61,7 +61,10 @@ void TQVDisplayAxis::SetTickText(const std::string& AValue)
     FNewTickText = AValue;
 }
 
-std::string TQVDisplayAxis::GetAxisLabelText() const { return FAxisLabel->GetText(); }
+std::string TQVDisplayAxis::GetAxisLabelText() const
+{
+    return FAxisLabel->GetText();
+}
 
 TSize TQVDisplayAxis::GetAutoSize() const
 {

@@ -235,16 +235,14 @@ double TQVDisplayAxis::DataToScaleTick(double AValue) const
 
 double TQVDisplayAxis::ScaleRealToScaleTick(double AValue) const
 {
-    return Affine(AValue, FScaleTotalReal.GetFull().GetMin().GetValue(),
-                  FScaleTotalReal.GetFull().GetMax().GetValue(), FScaleTick.GetFull().GetMin().GetValue(),
-                  FScaleTick.GetFull().GetMax().GetValue());
+    return Affine(AValue, FScaleTotalReal.GetFull().GetMin().GetValue(), FScaleTotalReal.GetFull().GetMax().GetValue(),
+                  FScaleTick.GetFull().GetMin().GetValue(), FScaleTick.GetFull().GetMax().GetValue());
 }
 
 double TQVDisplayAxis::ScaleRealToData(double AValue) const
 {
-    return Affine(AValue, FScaleTotalReal.GetFull().GetMin().GetValue(),
-                  FScaleTotalReal.GetFull().GetMax().GetValue(), FDataTotal.GetFull().GetMin().GetValue(),
-                  FDataTotal.GetFull().GetMax().GetValue());
+    return Affine(AValue, FScaleTotalReal.GetFull().GetMin().GetValue(), FScaleTotalReal.GetFull().GetMax().GetValue(),
+                  FDataTotal.GetFull().GetMin().GetValue(), FDataTotal.GetFull().GetMax().GetValue());
 }
 
 double TQVDisplayAxis::ScaleTickToDataNoOffset(double AValue) const

@@ -4,8 +4,8 @@
 // on it.
 #include "qv/axes/QVDisplayAxis.h"
 
-#include "qv/component/QVDisplayOwner.h"
 #include "qv/axes/QVDisplayAxisZoomSettings.h"
+#include "qv/component/QVDisplayOwner.h"
 
 #include <cmath>
 #include <stdexcept>
@@ -25,9 +25,15 @@ void CheckLimits(const char* AWhere, double AMin, double AMax)
 
 } // namespace
 
-void TQVDisplayAxis::SetZooming(const TQVDisplayAxisZoom* AValue) { FZooming->Assign(AValue); }
+void TQVDisplayAxis::SetZooming(const TQVDisplayAxisZoom* AValue)
+{
+    FZooming->Assign(AValue);
+}
 
-const TQVDisplayValueRange* TQVDisplayAxis::GetZoomWidthRange() const { return FZooming->GetRange(); }
+const TQVDisplayValueRange* TQVDisplayAxis::GetZoomWidthRange() const
+{
+    return FZooming->GetRange();
+}
 
 double TQVDisplayAxis::GetZoomedOrCurrentMin() const
 {
@@ -161,7 +167,10 @@ void TQVDisplayAxis::ScaleZoomWindow(double AValue)
     InvalidateMinMaxCache(false);
 }
 
-void TQVDisplayAxis::IntZoomBy(double AValue) { IntZoom(AValue, zoZoom); }
+void TQVDisplayAxis::IntZoomBy(double AValue)
+{
+    IntZoom(AValue, zoZoom);
+}
 
 void TQVDisplayAxis::IntZoomToScale(double AMin, double AMax, TQVZoomOperation /*AOperation*/, bool /*ASendPin*/)
 {
@@ -192,7 +201,10 @@ void TQVDisplayAxis::IntZoomToData(double AMin, double AMax, TQVZoomOperation AO
     IntZoomToScale(DataToScaleTick(AMin), DataToScaleTick(AMax), AOperation, true);
 }
 
-void TQVDisplayAxis::IntZoomOff() { BasicZoomOff(); }
+void TQVDisplayAxis::IntZoomOff()
+{
+    BasicZoomOff();
+}
 
 void TQVDisplayAxis::BasicZoomOff()
 {

@@ -12,16 +12,27 @@ TQVDisplayAxisZoom::TQVDisplayAxisZoom(TQVDisplayOwner* ADisplay, TQVDisplayAxis
     : TQVBasicDisplayZoom(ADisplay),
       // A width cannot be negative.
       FRange(std::make_unique<TQVDisplayValueRange>(this, ADisplay, true)), FAxis(AAxis)
-{
-}
+{}
 
 TQVDisplayAxisZoom::~TQVDisplayAxisZoom() = default;
 
-void TQVDisplayAxisZoom::SetRange(const TQVDisplayValueRange* AValue) { FRange->Assign(AValue); }
+void TQVDisplayAxisZoom::SetRange(const TQVDisplayValueRange* AValue)
+{
+    FRange->Assign(AValue);
+}
 
-bool TQVDisplayAxisZoom::IsZoomed() const { return FAxis->IsZoomed(); }
-double TQVDisplayAxisZoom::GetMin() const { return FAxis->GetZoomedOrCurrentMin(); }
-double TQVDisplayAxisZoom::GetMax() const { return FAxis->GetZoomedOrCurrentMax(); }
+bool TQVDisplayAxisZoom::IsZoomed() const
+{
+    return FAxis->IsZoomed();
+}
+double TQVDisplayAxisZoom::GetMin() const
+{
+    return FAxis->GetZoomedOrCurrentMin();
+}
+double TQVDisplayAxisZoom::GetMax() const
+{
+    return FAxis->GetZoomedOrCurrentMax();
+}
 
 const TQLClassInfo& TQVDisplayAxisZoom::StaticClassInfo()
 {

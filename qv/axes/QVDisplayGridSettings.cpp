@@ -4,12 +4,11 @@
 
 namespace qv {
 
-TQVDisplayGridLineSettings::TQVDisplayGridLineSettings(TQLPersistent* AOwner, TQLLockPtr ALock,
-                                                       TQLNotifyProc ANotify, TAlphaColor AColor, bool AVisible)
-    : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)), FVisible(AVisible),
-      FVisibleDefault(AVisible), FPen(std::make_unique<TQVDisplayPen>(this, GetLock(), TQLNotifyProc{}, AColor))
-{
-}
+TQVDisplayGridLineSettings::TQVDisplayGridLineSettings(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify,
+                                                       TAlphaColor AColor, bool AVisible)
+    : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)), FVisible(AVisible), FVisibleDefault(AVisible),
+      FPen(std::make_unique<TQVDisplayPen>(this, GetLock(), TQLNotifyProc{}, AColor))
+{}
 
 TQVDisplayGridLineSettings::~TQVDisplayGridLineSettings() = default;
 
@@ -25,14 +24,12 @@ const TQLClassInfo& TQVDisplayGridLineSettings::StaticClassInfo()
     return Info;
 }
 
-TQVDisplayGridDirectionalLinesSettings::TQVDisplayGridDirectionalLinesSettings(TQLPersistent* AOwner,
-                                                                               TQLLockPtr ALock,
+TQVDisplayGridDirectionalLinesSettings::TQVDisplayGridDirectionalLinesSettings(TQLPersistent* AOwner, TQLLockPtr ALock,
                                                                                TQLNotifyProc ANotify)
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)),
       FLines(std::make_unique<TQVDisplayGridLineSettings>(this, GetLock(), TQLNotifyProc{}, 0xFF004000, true)),
       FZeroLine(std::make_unique<TQVDisplayGridLineSettings>(this, GetLock(), TQLNotifyProc{}, 0xFF008000, true))
-{
-}
+{}
 
 TQVDisplayGridDirectionalLinesSettings::~TQVDisplayGridDirectionalLinesSettings() = default;
 

@@ -44,9 +44,15 @@ TQVBasicDisplayXAxis::TQVBasicDisplayXAxis(TQVDisplayOwner* ADisplay, TQVViewAli
     ADisplay->GetXAxes().Add(this);
 }
 
-TQVBasicDisplayXAxis::~TQVBasicDisplayXAxis() { GetDisplay()->GetXAxes().Remove(this); }
+TQVBasicDisplayXAxis::~TQVBasicDisplayXAxis()
+{
+    GetDisplay()->GetXAxes().Remove(this);
+}
 
-double TQVBasicDisplayXAxis::GetMinSample() const { return 0.0; }
+double TQVBasicDisplayXAxis::GetMinSample() const
+{
+    return 0.0;
+}
 
 double TQVBasicDisplayXAxis::GetMaxSample() const
 {
@@ -55,9 +61,15 @@ double TQVBasicDisplayXAxis::GetMaxSample() const
     return static_cast<double>(FSamples) - 1.0;
 }
 
-void TQVBasicDisplayXAxis::SetSamples(int32_t AValue) { FSamples = AValue; }
+void TQVBasicDisplayXAxis::SetSamples(int32_t AValue)
+{
+    FSamples = AValue;
+}
 
-bool TQVBasicDisplayXAxis::GetIsVertical() const { return GetDisplay()->GetIsVertical(); }
+bool TQVBasicDisplayXAxis::GetIsVertical() const
+{
+    return GetDisplay()->GetIsVertical();
+}
 
 TQVViewScreenAlign TQVBasicDisplayXAxis::GetScreenAlign() const
 {

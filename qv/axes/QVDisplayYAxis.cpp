@@ -1,7 +1,7 @@
 #include "qv/axes/QVDisplayYAxis.h"
 
-#include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVDisplayAxisList.h"
+#include "qv/axes/QVDisplayXAxis.h"
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -13,9 +13,15 @@ TQVBasicDisplayYAxis::TQVBasicDisplayYAxis(TQVDisplayOwner* ADisplay, TQVViewAli
     ADisplay->GetYAxes().Add(this);
 }
 
-TQVBasicDisplayYAxis::~TQVBasicDisplayYAxis() { GetDisplay()->GetYAxes().Remove(this); }
+TQVBasicDisplayYAxis::~TQVBasicDisplayYAxis()
+{
+    GetDisplay()->GetYAxes().Remove(this);
+}
 
-bool TQVBasicDisplayYAxis::GetIsVertical() const { return !GetDisplay()->GetIsVertical(); }
+bool TQVBasicDisplayYAxis::GetIsVertical() const
+{
+    return !GetDisplay()->GetIsVertical();
+}
 
 TQVViewScreenAlign TQVBasicDisplayYAxis::GetScreenAlign() const
 {

@@ -37,12 +37,10 @@ std::vector<double> QVParseRealList(const std::string& AText, const std::string&
 
 size_t QVReadAxisRanges(TQVDisplayAxis& AAxis, const std::vector<double>& AValues, size_t AFirst)
 {
-    TQVDisplayOptionalValue* const Bounds[] = {AAxis.GetMin()->GetRange()->GetLow(),
-                                               AAxis.GetMin()->GetRange()->GetHigh(),
-                                               AAxis.GetMax()->GetRange()->GetLow(),
-                                               AAxis.GetMax()->GetRange()->GetHigh(),
-                                               AAxis.GetZooming()->GetRange()->GetLow(),
-                                               AAxis.GetZooming()->GetRange()->GetHigh()};
+    TQVDisplayOptionalValue* const Bounds[] = {
+        AAxis.GetMin()->GetRange()->GetLow(),     AAxis.GetMin()->GetRange()->GetHigh(),
+        AAxis.GetMax()->GetRange()->GetLow(),     AAxis.GetMax()->GetRange()->GetHigh(),
+        AAxis.GetZooming()->GetRange()->GetLow(), AAxis.GetZooming()->GetRange()->GetHigh()};
     size_t Read = 0;
     for (TQVDisplayOptionalValue* Bound : Bounds) {
         if (AFirst + Read >= AValues.size())

@@ -88,8 +88,7 @@ double TQVOptionalAxis::ComputeValueStep()
 
     // Then the first candidate whose ticks leave room for a text plus two pixels.
     const bool Logarithmic = FOldScaleMode != smLinear;
-    const double Goal =
-        Logarithmic ? QLRoundToInt(QVLog10a(static_cast<double>(Need))) : static_cast<double>(Need);
+    const double Goal = Logarithmic ? QLRoundToInt(QVLog10a(static_cast<double>(Need))) : static_cast<double>(Need);
     double Width = GetRangeWidth(Logarithmic);
     if (Width == 0.0)
         Width = 0.000001;

@@ -19,7 +19,10 @@ constexpr int32_t CMaxSignificantDigits = 15;
 constexpr int32_t CMinResolutionExponent = -330;
 
 // The decade of the leading digit of a positive finite number.
-int32_t DecadeOf(double AValue) { return static_cast<int32_t>(std::floor(std::log10(AValue))); }
+int32_t DecadeOf(double AValue)
+{
+    return static_cast<int32_t>(std::floor(std::log10(AValue)));
+}
 
 // The exponent of the resolution texts of values around AValue are rounded to.
 int32_t ResolutionExponent(double AValue, double ARange, int32_t APrecision)
@@ -50,8 +53,7 @@ const char* NonFiniteText(double AValue)
 // Drops the sign of a text whose digits are all zero: "-0.00" reads "0.00".
 void DropNegativeZero(std::string& AText)
 {
-    if (!AText.empty() && AText[0] == '-' &&
-        AText.find_first_not_of("0.", 1) == std::string::npos)
+    if (!AText.empty() && AText[0] == '-' && AText.find_first_not_of("0.", 1) == std::string::npos)
         AText.erase(0, 1);
 }
 

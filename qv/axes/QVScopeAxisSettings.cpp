@@ -44,8 +44,7 @@ const TQLClassInfo& TQVScopeXAxisUnitScale::StaticClassInfo()
 {
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVScopeXAxisUnitScale>("TQVScopeXAxisUnitScale", &TQLPersistentNotify::StaticClassInfo())
-            .Property("AutoScale", &TQVScopeXAxisUnitScale::GetAutoScale, &TQVScopeXAxisUnitScale::SetAutoScale,
-                      true)
+            .Property("AutoScale", &TQVScopeXAxisUnitScale::GetAutoScale, &TQVScopeXAxisUnitScale::SetAutoScale, true)
             .Property("Exponent", &TQVScopeXAxisUnitScale::GetExponent, &TQVScopeXAxisUnitScale::SetExponent,
                       int32_t(0))
             .Build();
@@ -54,24 +53,21 @@ const TQLClassInfo& TQVScopeXAxisUnitScale::StaticClassInfo()
 
 const TQLClassInfo& TQVDisplayAxisCursorSettings::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayAxisCursorSettings>("TQVDisplayAxisCursorSettings",
-                                                      &TQVDisplayPersistent::StaticClassInfo())
-            .Property("SnapToSample", &TQVDisplayAxisCursorSettings::GetSnapToSample,
-                      &TQVDisplayAxisCursorSettings::SetSnapToSample, false)
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVDisplayAxisCursorSettings>(
+                                         "TQVDisplayAxisCursorSettings", &TQVDisplayPersistent::StaticClassInfo())
+                                         .Property("SnapToSample", &TQVDisplayAxisCursorSettings::GetSnapToSample,
+                                                   &TQVDisplayAxisCursorSettings::SetSnapToSample, false)
+                                         .Build();
     return Info;
 }
 
 const TQLClassInfo& TQVScopeAutoScalingSpace::StaticClassInfo()
 {
     static const TQLClassInfo Info =
-        TQLClassBuilder<TQVScopeAutoScalingSpace>("TQVScopeAutoScalingSpace",
-                                                  &TQLPersistentNotify::StaticClassInfo())
-            .Property("Space", &TQVScopeAutoScalingSpace::GetSpace, &TQVScopeAutoScalingSpace::SetSpace,
-                      uint32_t(20))
-            .Property("Threshold", &TQVScopeAutoScalingSpace::GetThreshold,
-                      &TQVScopeAutoScalingSpace::SetThreshold, uint32_t(10))
+        TQLClassBuilder<TQVScopeAutoScalingSpace>("TQVScopeAutoScalingSpace", &TQLPersistentNotify::StaticClassInfo())
+            .Property("Space", &TQVScopeAutoScalingSpace::GetSpace, &TQVScopeAutoScalingSpace::SetSpace, uint32_t(20))
+            .Property("Threshold", &TQVScopeAutoScalingSpace::GetThreshold, &TQVScopeAutoScalingSpace::SetThreshold,
+                      uint32_t(10))
             .Build();
     return Info;
 }

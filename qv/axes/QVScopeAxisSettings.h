@@ -67,7 +67,10 @@ public:
     using TQVDisplayPersistent::TQVDisplayPersistent;
 
     bool GetSnapToSample() const { return FSnapToSample; }
-    void SetSnapToSample(bool AValue) { Set(FSnapToSample, AValue, [this] { GetDisplay()->InvalidateRefresh(); }); }
+    void SetSnapToSample(bool AValue)
+    {
+        Set(FSnapToSample, AValue, [this] { GetDisplay()->InvalidateRefresh(); });
+    }
 
     QL_CLASS_INFO()
 
@@ -130,5 +133,5 @@ private:
 
 } // namespace qv
 
-QL_DECLARE_ENUM(qv::TQVDisplayAxisTicksMode, "atmAuto", "atmAxis", "atmBufferSamples", "atmFrequency",
-                "atmIntensity", "atmTime", "atmManual")
+QL_DECLARE_ENUM(qv::TQVDisplayAxisTicksMode, "atmAuto", "atmAxis", "atmBufferSamples", "atmFrequency", "atmIntensity",
+                "atmTime", "atmManual")

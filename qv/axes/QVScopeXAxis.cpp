@@ -32,8 +32,8 @@ int32_t EngineeringExponent(double ARatio)
 TQVBasicScopeXAxis::TQVBasicScopeXAxis(TQVDisplayOwner* AChart, TQVViewAlign AAlign)
     : TQVDisplayXAxis(AChart, AAlign), FChannelSource(dynamic_cast<IQVAxisChannelSource*>(AChart)),
       FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
-      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(),
-                                                                         [this] { InvalidateView(); })),
+      FDataView(
+          std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(), [this] { InvalidateView(); })),
       FMaxSample(std::make_unique<TQVScopeMaxSample>(this, GetLock(),
                                                      [this] {
                                                          SetSamples(FSamples);
@@ -112,7 +112,10 @@ bool TQVBasicScopeXAxis::GetChannelsInAxisDomain() const
     return FInAxisDomain;
 }
 
-bool TQVBasicScopeXAxis::InTimeAxis() const { return FTicksMode == atmTime; }
+bool TQVBasicScopeXAxis::InTimeAxis() const
+{
+    return FTicksMode == atmTime;
+}
 
 bool TQVBasicScopeXAxis::InFreqAxis() const
 {
@@ -187,9 +190,15 @@ double TQVBasicScopeXAxis::ConvertToTime(double AValue) const
     return (AValue / FSampleRate.GetValue()) * std::pow(10.0, GetTimeExponent(AValue));
 }
 
-double TQVBasicScopeXAxis::IntCalcMaxTime() const { return ConvertToTime(GetMaxXValue()); }
+double TQVBasicScopeXAxis::IntCalcMaxTime() const
+{
+    return ConvertToTime(GetMaxXValue());
+}
 
-double TQVBasicScopeXAxis::CalcMinTime() const { return ConvertToTime(GetMinXValue()); }
+double TQVBasicScopeXAxis::CalcMinTime() const
+{
+    return ConvertToTime(GetMinXValue());
+}
 
 // ---- The channels' X range ----
 
@@ -214,8 +223,7 @@ void TQVBasicScopeXAxis::CalculateCurentMinMax() const
         double ChannelLo = 0.0, ChannelHi = 0.0;
         // A ramp counts up: its finite ends are its extremes.
         const double* XR = X.Read();
-        if (Channel->GetDrawIsRamp() && std::isfinite(XR[0]) && std::isfinite(XR[Size - 1]) &&
-            XR[0] <= XR[Size - 1]) {
+        if (Channel->GetDrawIsRamp() && std::isfinite(XR[0]) && std::isfinite(XR[Size - 1]) && XR[0] <= XR[Size - 1]) {
             ChannelLo = XR[0];
             ChannelHi = XR[Size - 1];
         } else if (!QVFiniteMinMax(XR, Size, 0, Size - 1, ChannelLo, ChannelHi)) {
@@ -388,8 +396,8 @@ double TQVBasicScopeXAxis::GetScaleFullTickMax() const
     else if (InFreqAxis())
         Value = FMaxFreq.GetValue();
     else if (FSamples < 2)
-        Value = Max->GetValue() <= GetMin()->GetValue() ? GetMin()->GetValue() + FSamples - 1
-                                                        : Max->GetDataValue() - 1.0;
+        Value =
+            Max->GetValue() <= GetMin()->GetValue() ? GetMin()->GetValue() + FSamples - 1 : Max->GetDataValue() - 1.0;
     else
         Value = GetMaxXValue();
     // A fixed printed start carries the width along.
@@ -532,14 +540,13 @@ const TQLClassInfo& TQVBasicScopeXAxis::StaticClassInfo()
 
 TQVAdditionalScopeXAxis::TQVAdditionalScopeXAxis(TQVDisplayOwner* AChart, TQVDisplayCollectionItem* AOwnerItem)
     : TQVBasicScopeXAxis(AChart), FOwnerItem(AOwnerItem)
-{
-}
+{}
 
 const TQLClassInfo& TQVAdditionalScopeXAxis::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVAdditionalScopeXAxis>(
-                                         "TQVAdditionalScopeXAxis", &TQVBasicScopeXAxis::StaticClassInfo())
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVAdditionalScopeXAxis>("TQVAdditionalScopeXAxis", &TQVBasicScopeXAxis::StaticClassInfo())
+            .Build();
     return Info;
 }
 
@@ -555,26 +562,24 @@ const TQLClassInfo& TQVScopeXAxesCollectionItem::StaticClassInfo()
 const TQLClassInfo& TQVScopeXAxesCollection::StaticClassInfo()
 {
     static const TQLClassInfo Info =
-        TQLClassBuilder<TQVScopeXAxesCollection>("TQVScopeXAxesCollection", &TQLCollection::StaticClassInfo())
-            .Build();
+        TQLClassBuilder<TQVScopeXAxesCollection>("TQVScopeXAxesCollection", &TQLCollection::StaticClassInfo()).Build();
     return Info;
 }
 
 // ---- The main X axis ----
 
 TQVScopeXAxis::TQVScopeXAxis(TQVDisplayOwner* AChart)
-    : TQVBasicScopeXAxis(AChart),
-      FAdditionalAxes(std::make_unique<TQVScopeXAxesCollection>(this, GetLock(), AChart))
-{
-}
+    : TQVBasicScopeXAxis(AChart), FAdditionalAxes(std::make_unique<TQVScopeXAxesCollection>(this, GetLock(), AChart))
+{}
 
 TQVScopeXAxis::~TQVScopeXAxis() = default;
 
 const TQLClassInfo& TQVScopeXAxis::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVScopeXAxis>("TQVScopeXAxis", &TQVBasicScopeXAxis::StaticClassInfo())
-                                         .Collection("AdditionalAxes", &TQVScopeXAxis::GetAdditionalAxes)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVScopeXAxis>("TQVScopeXAxis", &TQVBasicScopeXAxis::StaticClassInfo())
+            .Collection("AdditionalAxes", &TQVScopeXAxis::GetAdditionalAxes)
+            .Build();
     return Info;
 }
 

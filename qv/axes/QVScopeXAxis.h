@@ -9,10 +9,10 @@
 // channels, their sample rate and their domains are cached here too, and renewed when the
 // caches are invalidated (a refresh with new data does that).
 
-#include "qv/axes/QVDisplayGridSettings.h"
-#include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVAdditionalAxes.h"
 #include "qv/axes/QVAxisChannel.h"
+#include "qv/axes/QVDisplayGridSettings.h"
+#include "qv/axes/QVDisplayXAxis.h"
 #include "qv/axes/QVScopeAxisSettings.h"
 #include "qv/component/QVDisplayCollection.h"
 #include "qv/component/QVDisplayCollectionItem.h"
@@ -23,7 +23,6 @@
 #include <vector>
 
 namespace qv {
-
 
 class TQVBasicScopeXAxis : public TQVDisplayXAxis {
 public:

@@ -38,8 +38,7 @@ TQVBasicScopeYAxis::TQVBasicScopeYAxis(TQVDisplayOwner* AChart, TQVViewAlign AAl
                                                              InvalidateRecalc();
                                                          })),
       FCursorSettings(std::make_unique<TQVDisplayAxisCursorSettings>(AChart)),
-      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(),
-                                                                         [this] { InvalidateView(); }))
+      FDataView(std::make_unique<TQVDisplayGridDirectionalLinesSettings>(this, GetLock(), [this] { InvalidateView(); }))
 {
     FZoomMin = -1.0;
     FZoomMax = 1.0;
@@ -344,14 +343,13 @@ const TQLClassInfo& TQVBasicScopeYAxis::StaticClassInfo()
 
 TQVAdditionalScopeYAxis::TQVAdditionalScopeYAxis(TQVDisplayOwner* AChart, TQVDisplayCollectionItem* AOwnerItem)
     : TQVBasicScopeYAxis(AChart), FOwnerItem(AOwnerItem)
-{
-}
+{}
 
 const TQLClassInfo& TQVAdditionalScopeYAxis::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVAdditionalScopeYAxis>(
-                                         "TQVAdditionalScopeYAxis", &TQVBasicScopeYAxis::StaticClassInfo())
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVAdditionalScopeYAxis>("TQVAdditionalScopeYAxis", &TQVBasicScopeYAxis::StaticClassInfo())
+            .Build();
     return Info;
 }
 
@@ -372,26 +370,24 @@ const TQLClassInfo& TQVScopeYAxesCollectionItem::StaticClassInfo()
 const TQLClassInfo& TQVScopeYAxesCollection::StaticClassInfo()
 {
     static const TQLClassInfo Info =
-        TQLClassBuilder<TQVScopeYAxesCollection>("TQVScopeYAxesCollection", &TQLCollection::StaticClassInfo())
-            .Build();
+        TQLClassBuilder<TQVScopeYAxesCollection>("TQVScopeYAxesCollection", &TQLCollection::StaticClassInfo()).Build();
     return Info;
 }
 
 // ---- The main Y axis ----
 
 TQVScopeYAxis::TQVScopeYAxis(TQVDisplayOwner* AChart)
-    : TQVBasicScopeYAxis(AChart),
-      FAdditionalAxes(std::make_unique<TQVScopeYAxesCollection>(this, GetLock(), AChart))
-{
-}
+    : TQVBasicScopeYAxis(AChart), FAdditionalAxes(std::make_unique<TQVScopeYAxesCollection>(this, GetLock(), AChart))
+{}
 
 TQVScopeYAxis::~TQVScopeYAxis() = default;
 
 const TQLClassInfo& TQVScopeYAxis::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVScopeYAxis>("TQVScopeYAxis", &TQVBasicScopeYAxis::StaticClassInfo())
-                                         .Collection("AdditionalAxes", &TQVScopeYAxis::GetAdditionalAxes)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVScopeYAxis>("TQVScopeYAxis", &TQVBasicScopeYAxis::StaticClassInfo())
+            .Collection("AdditionalAxes", &TQVScopeYAxis::GetAdditionalAxes)
+            .Build();
     return Info;
 }
 

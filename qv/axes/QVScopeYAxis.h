@@ -22,7 +22,6 @@
 
 namespace qv {
 
-
 class TQVBasicScopeYAxis : public TQVDisplayYAxis {
 public:
     TQVBasicScopeYAxis(TQVDisplayOwner* AChart, TQVViewAlign AAlign = vaLeft);

@@ -37,14 +37,14 @@ struct TQVTrackingOptionalAxis::TTickWalk {
     bool Logarithmic;
     double Min;
     double Max;
-    double Saved;  // the step, before any custom change
-    double Eps;    // half a step: the band that counts as zero
-    double Shift;  // 1 on a decascale axis: the walk moves by whole multiples of each decade
-    int32_t Gap;   // pixels that must lie between two major ticks
+    double Saved; // the step, before any custom change
+    double Eps;   // half a step: the band that counts as zero
+    double Shift; // 1 on a decascale axis: the walk moves by whole multiples of each decade
+    int32_t Gap;  // pixels that must lie between two major ticks
     int32_t Half;
     int32_t First; // the plot's pixel range along the axis, end exclusive
     int32_t Last;
-    float Base;    // the pixel that value 0 maps to
+    float Base; // the pixel that value 0 maps to
     double Scale;
     int32_t TopPixel;
     int32_t Counter = 0;
@@ -69,14 +69,14 @@ struct TQVTrackingOptionalAxis::TTickWalk {
 };
 
 TQVTrackingOptionalAxis::TQVTrackingOptionalAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
-    : TQVOptionalAxis(ADisplay, AAlign), FMajorTicks(std::make_unique<TQVMajorTicks>(this, GetLock(), [this] {
-          // Another step mode or step: the remembered step no longer holds.
-          FValidStep = false;
-          InvalidateRecalc();
-      })),
+    : TQVOptionalAxis(ADisplay, AAlign), FMajorTicks(std::make_unique<TQVMajorTicks>(this, GetLock(),
+                                                                                     [this] {
+                                                                                         // Another step mode or step: the remembered step no longer holds.
+                                                                                         FValidStep = false;
+                                                                                         InvalidateRecalc();
+                                                                                     })),
       FMinorTicks(std::make_unique<TQVMinorTicks>(this, GetLock(), [this] { Invalidate(); }))
-{
-}
+{}
 
 TQVTrackingOptionalAxis::~TQVTrackingOptionalAxis() = default;
 
@@ -87,7 +87,8 @@ void TQVTrackingOptionalAxis::SetTrackCursor(bool AValue)
 
 void TQVTrackingOptionalAxis::SetTrackColor(TAlphaColor AValue)
 {
-    GetBasicLock().Setter(FTrackColor, AValue, [this] { Invalidate(); }, false);
+    GetBasicLock().Setter(
+        FTrackColor, AValue, [this] { Invalidate(); }, false);
 }
 
 std::string TQVTrackingOptionalAxis::GetTickText(double AValue) const
@@ -96,7 +97,10 @@ std::string TQVTrackingOptionalAxis::GetTickText(double AValue) const
     return QVGetScaleTickText(AValue, 0.0, GetRangeWidth(false), false, 3, false);
 }
 
-void TQVTrackingOptionalAxis::FontChanged() { InvalidateRecalc(); }
+void TQVTrackingOptionalAxis::FontChanged()
+{
+    InvalidateRecalc();
+}
 
 TQVAxisDirection TQVTrackingOptionalAxis::GetDirection() const
 {
@@ -116,8 +120,7 @@ TQVAxisDirection TQVTrackingOptionalAxis::GetDirection() const
 
 void TQVTrackingOptionalAxis::UpTickLines(TQVTrackingOptionalAxis* AAxis, const TQVAxisTickProc& ATickProc,
                                           bool AFromEnd, TQLCanvas& ACanvas, int32_t ATextLength, bool ADrawAll,
-                                          double AMin, double AMax, double AOffset, double AScale,
-                                          bool ADecascaleAll)
+                                          double AMin, double AMax, double AOffset, double AScale, bool ADecascaleAll)
 {
     WalkTickLines(true, AAxis, ATickProc, AFromEnd, ACanvas, ATextLength, ADrawAll, AMin, AMax, AOffset, AScale,
                   ADecascaleAll);
@@ -125,8 +128,7 @@ void TQVTrackingOptionalAxis::UpTickLines(TQVTrackingOptionalAxis* AAxis, const 
 
 void TQVTrackingOptionalAxis::DownTickLines(TQVTrackingOptionalAxis* AAxis, const TQVAxisTickProc& ATickProc,
                                             bool AFromEnd, TQLCanvas& ACanvas, int32_t ATextLength, bool ADrawAll,
-                                            double AMin, double AMax, double AOffset, double AScale,
-                                            bool ADecascaleAll)
+                                            double AMin, double AMax, double AOffset, double AScale, bool ADecascaleAll)
 {
     WalkTickLines(false, AAxis, ATickProc, AFromEnd, ACanvas, ATextLength, ADrawAll, AMin, AMax, AOffset, AScale,
                   ADecascaleAll);
@@ -316,9 +318,8 @@ void TQVTrackingOptionalAxis::DrawTick(TQVTrackingOptionalAxis* /*AAxis*/, TQLCa
 TQVAxisTickProc TQVTrackingOptionalAxis::GetDrawTickProc()
 {
     return [this](TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength, bool AMinor,
-                  double AValue, int32_t APosition) {
-        DrawTick(AAxis, ACanvas, AZero, AHalfLength, AMinor, AValue, APosition);
-    };
+                  double AValue,
+                  int32_t APosition) { DrawTick(AAxis, ACanvas, AZero, AHalfLength, AMinor, AValue, APosition); };
 }
 
 void TQVTrackingOptionalAxis::DrawMouseMarker(TQLCanvas& ACanvas, int32_t ASize)
@@ -375,8 +376,8 @@ const TQLClassInfo& TQVTrackingOptionalAxis::StaticClassInfo()
 {
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVTrackingOptionalAxis>("TQVTrackingOptionalAxis", &TQVOptionalAxis::StaticClassInfo())
-            .Property("TrackCursor", &TQVTrackingOptionalAxis::GetTrackCursor,
-                      &TQVTrackingOptionalAxis::SetTrackCursor, true)
+            .Property("TrackCursor", &TQVTrackingOptionalAxis::GetTrackCursor, &TQVTrackingOptionalAxis::SetTrackCursor,
+                      true)
             .Color("TrackColor", &TQVTrackingOptionalAxis::GetTrackColor, &TQVTrackingOptionalAxis::SetTrackColor,
                    TAlphaColor(0xFFFF0000))
             .Object("MinorTicks", &TQVTrackingOptionalAxis::GetMinorTicks)

@@ -73,8 +73,8 @@ public:
                      TQLCanvas& ACanvas, int32_t ATextLength, bool ADrawAll, double AMin, double AMax, double AOffset,
                      double AScale, bool ADecascaleAll);
     void DownTickLines(TQVTrackingOptionalAxis* AAxis, const TQVAxisTickProc& ATickProc, bool AFromEnd,
-                       TQLCanvas& ACanvas, int32_t ATextLength, bool ADrawAll, double AMin, double AMax,
-                       double AOffset, double AScale, bool ADecascaleAll);
+                       TQLCanvas& ACanvas, int32_t ATextLength, bool ADrawAll, double AMin, double AMax, double AOffset,
+                       double AScale, bool ADecascaleAll);
 
     // ---- Drawing ----
     // The strip's per-tick function: text and a line for a major tick, a shorter line for a
@@ -106,9 +106,9 @@ protected:
 private:
     struct TTickWalk;
     // The two walks of UpTickLines (AUpLines) or DownTickLines.
-    void WalkTickLines(bool AUpLines, TQVTrackingOptionalAxis* AAxis, const TQVAxisTickProc& ATickProc,
-                       bool AFromEnd, TQLCanvas& ACanvas, int32_t ATextLength, bool ADrawAll, double AMin,
-                       double AMax, double AOffset, double AScale, bool ADecascaleAll);
+    void WalkTickLines(bool AUpLines, TQVTrackingOptionalAxis* AAxis, const TQVAxisTickProc& ATickProc, bool AFromEnd,
+                       TQLCanvas& ACanvas, int32_t ATextLength, bool ADrawAll, double AMin, double AMax, double AOffset,
+                       double AScale, bool ADecascaleAll);
     // One walk from ACur in one value direction. APixelsRise: pixels grow as the walk goes on.
     // ATopTest: 0 none; 1 a tick's pixel must be at least that of the maximum, -1 at most.
     void Walk(TTickWalk& AWalk, double& ACur, const double& AMinorValue, bool AAscending, bool APixelsRise,

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <functional>
 #include <limits>
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -67,12 +67,24 @@ void CountBytes(int64_t ABytes)
     }
 }
 
-size_t BytesOf(int32_t ACapacity) { return static_cast<size_t>(ACapacity) * sizeof(double); }
+size_t BytesOf(int32_t ACapacity)
+{
+    return static_cast<size_t>(ACapacity) * sizeof(double);
+}
 } // namespace
 
-int64_t TQVChannelBuffer::GetLiveBytes() { return GLiveBytes.load(std::memory_order_relaxed); }
-int64_t TQVChannelBuffer::GetPeakBytes() { return GPeakBytes.load(std::memory_order_relaxed); }
-void TQVChannelBuffer::ResetPeakBytes() { GPeakBytes.store(GLiveBytes.load(std::memory_order_relaxed)); }
+int64_t TQVChannelBuffer::GetLiveBytes()
+{
+    return GLiveBytes.load(std::memory_order_relaxed);
+}
+int64_t TQVChannelBuffer::GetPeakBytes()
+{
+    return GPeakBytes.load(std::memory_order_relaxed);
+}
+void TQVChannelBuffer::ResetPeakBytes()
+{
+    GPeakBytes.store(GLiveBytes.load(std::memory_order_relaxed));
+}
 
 // Blocks live in malloc memory so that a growing block can be reallocated: a large one is
 // then remapped by the C library instead of copied and touched anew.
@@ -125,14 +137,20 @@ void TQVChannelBuffer::TBlock::Grow(int32_t ACapacity)
     Capacity = ACapacity;
 }
 
-TQVChannelBuffer::~TQVChannelBuffer() { Release(); }
+TQVChannelBuffer::~TQVChannelBuffer()
+{
+    Release();
+}
 
 namespace {
 // Below this a block comes from malloc's own free lists at no cost worth saving.
 constexpr size_t MinRecycledBytes = size_t(1) << 20;
 } // namespace
 
-TQVChannelBuffer::TRecycler::~TRecycler() { Clear(); }
+TQVChannelBuffer::TRecycler::~TRecycler()
+{
+    Clear();
+}
 
 void TQVChannelBuffer::TRecycler::Clear()
 {
@@ -205,11 +223,20 @@ void TQVChannelBuffer::Release() const
     FWriter = false;
 }
 
-int32_t TQVChannelBuffer::GetCapacity() const { return FBlock ? FBlock->Capacity : 0; }
+int32_t TQVChannelBuffer::GetCapacity() const
+{
+    return FBlock ? FBlock->Capacity : 0;
+}
 
-bool TQVChannelBuffer::GetIsWrapped() const { return FBlock && int64_t(FHead) + FSize > FBlock->Capacity; }
+bool TQVChannelBuffer::GetIsWrapped() const
+{
+    return FBlock && int64_t(FHead) + FSize > FBlock->Capacity;
+}
 
-bool TQVChannelBuffer::GetIsSole() const { return FBlock && FBlock->Refs.load(std::memory_order_acquire) == 1; }
+bool TQVChannelBuffer::GetIsSole() const
+{
+    return FBlock && FBlock->Refs.load(std::memory_order_acquire) == 1;
+}
 
 int32_t TQVChannelBuffer::Physical(int32_t AIndex) const
 {
@@ -394,8 +421,14 @@ void TQVChannelBuffer::SetItem(int32_t AIndex, double AValue)
     FBlock->Items[Physical(AIndex)] = AValue;
 }
 
-double TQVChannelBuffer::Min() const { return FSize == 0 ? kNaN : Min(0, FSize - 1); }
-double TQVChannelBuffer::Max() const { return FSize == 0 ? kNaN : Max(0, FSize - 1); }
+double TQVChannelBuffer::Min() const
+{
+    return FSize == 0 ? kNaN : Min(0, FSize - 1);
+}
+double TQVChannelBuffer::Max() const
+{
+    return FSize == 0 ? kNaN : Max(0, FSize - 1);
+}
 
 namespace {
 void CheckRange(int32_t AFirst, int32_t ALast, int32_t ASize)
@@ -439,9 +472,9 @@ void TQVChannelBuffer::Assign(const T* AData, int32_t ACount)
     // The source may lie in this very block (read through a buffer sharing it); then it
     // must stay readable while the new content is written.
     const auto* Bytes = reinterpret_cast<const unsigned char*>(AData);
-    const bool Inside =
-        FBlock && std::greater_equal<>()(Bytes, reinterpret_cast<const unsigned char*>(FBlock->Items)) &&
-        std::less<>()(Bytes, reinterpret_cast<const unsigned char*>(FBlock->Items + GetCapacity()));
+    const bool Inside = FBlock &&
+                        std::greater_equal<>()(Bytes, reinterpret_cast<const unsigned char*>(FBlock->Items)) &&
+                        std::less<>()(Bytes, reinterpret_cast<const unsigned char*>(FBlock->Items + GetCapacity()));
     if (Inside || !ReuseFor(ACount)) {
         auto* Fresh = NewBlock(ACount);
         QVArrayConvert(AData, Fresh->Items, size_t(ACount));
@@ -621,8 +654,8 @@ std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share() const
     return Result;
 }
 
-#define QV_CHANNEL_BUFFER_INSTANCES(T)                                                                   \
-    template void TQVChannelBuffer::Assign<T>(const T*, int32_t);                                       \
+#define QV_CHANNEL_BUFFER_INSTANCES(T)                                                                                 \
+    template void TQVChannelBuffer::Assign<T>(const T*, int32_t);                                                      \
     template void TQVChannelBuffer::Append<T>(const T*, int32_t, uint32_t);
 QV_CHANNEL_BUFFER_INSTANCES(double)
 QV_CHANNEL_BUFFER_INSTANCES(float)

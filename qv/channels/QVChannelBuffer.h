@@ -37,8 +37,7 @@ namespace qv {
 
 // The element types a channel takes samples in.
 template <class T>
-concept QVChannelElement =
-    std::is_same_v<T, double> || std::is_same_v<T, float> || std::is_same_v<T, int32_t> ||
+concept QVChannelElement = std::is_same_v<T, double> || std::is_same_v<T, float> || std::is_same_v<T, int32_t> ||
     std::is_same_v<T, uint32_t> || std::is_same_v<T, int64_t> || std::is_same_v<T, uint64_t> ||
     std::is_same_v<T, int16_t> || std::is_same_v<T, uint16_t>;
 

@@ -18,7 +18,10 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-std::string OpName(const char* AOperation) { return std::string("TQVChannelData::") + AOperation; }
+std::string OpName(const char* AOperation)
+{
+    return std::string("TQVChannelData::") + AOperation;
+}
 
 void CheckPointer(const char* AOperation, const void* ABuffer, uint64_t ASize)
 {
@@ -74,8 +77,7 @@ class TQVChannelDataSnapshot final : public IQVChannelDataSnapshot {
 public:
     TQVChannelDataSnapshot(std::shared_ptr<TQVChannelBuffer> AX, std::shared_ptr<TQVChannelBuffer> AY)
         : FX(std::move(AX)), FY(std::move(AY))
-    {
-    }
+    {}
     std::shared_ptr<IQVRealBuffer> GetXData() const override { return FX->Share(); }
     std::shared_ptr<IQVRealBuffer> GetYData() const override { return FY->Share(); }
 
@@ -520,8 +522,7 @@ double TQVChannelData::GetDrawSampleY(int32_t AIndex) const
 std::shared_ptr<IQVChannelDataSnapshot> TQVChannelData::GetDataSnapshot() const
 {
     return FChannel->FDataCriticalSection.Execute([&] {
-        return std::make_shared<TQVChannelDataSnapshot>(FChannel->FXDataBuffer.Share(),
-                                                        FChannel->FYDataBuffer.Share());
+        return std::make_shared<TQVChannelDataSnapshot>(FChannel->FXDataBuffer.Share(), FChannel->FYDataBuffer.Share());
     });
 }
 
@@ -535,7 +536,10 @@ std::shared_ptr<IQVChannelDataSnapshot> TQVChannelData::GetDrawDataSnapshot() co
 
 // ---- Sample rate ----
 
-double TQVChannelData::GetSampleRate() const { return FChannel->FSampleRate.load(std::memory_order_relaxed); }
+double TQVChannelData::GetSampleRate() const
+{
+    return FChannel->FSampleRate.load(std::memory_order_relaxed);
+}
 
 void TQVChannelData::SetSampleRate(double AValue)
 {
@@ -552,10 +556,10 @@ void TQVChannelData::SetSampleRate(double AValue)
 
 // ---- Element types ----
 
-#define QV_CHANNEL_DATA_INSTANCES(T)                                                                     \
-    template void TQVChannelData::SetYData<T>(const T*, uint32_t);                                      \
-    template void TQVChannelData::SetXYData<T>(const T*, const T*, uint32_t);                           \
-    template void TQVChannelData::AddYData<T>(const T*, uint32_t, bool);                                \
+#define QV_CHANNEL_DATA_INSTANCES(T)                                                                                   \
+    template void TQVChannelData::SetYData<T>(const T*, uint32_t);                                                     \
+    template void TQVChannelData::SetXYData<T>(const T*, const T*, uint32_t);                                          \
+    template void TQVChannelData::AddYData<T>(const T*, uint32_t, bool);                                               \
     template void TQVChannelData::AddXYData<T>(const T*, const T*, uint32_t, bool);
 QV_CHANNEL_DATA_INSTANCES(double)
 QV_CHANNEL_DATA_INSTANCES(float)

@@ -67,8 +67,7 @@ public:
     template <QVChannelElement T>
     void SetXYData(const T* XBuffer, const T* YBuffer, uint32_t ASize);
     void SetXYData(const std::shared_ptr<IQVRealBuffer>& XBuffer, const std::shared_ptr<IQVRealBuffer>& YBuffer);
-    void SetXYData(const std::shared_ptr<IQVIntegerBuffer>& XBuffer,
-                   const std::shared_ptr<IQVIntegerBuffer>& YBuffer);
+    void SetXYData(const std::shared_ptr<IQVIntegerBuffer>& XBuffer, const std::shared_ptr<IQVIntegerBuffer>& YBuffer);
 
     // ---- Add family: appends ----
     template <QVChannelElement T>
@@ -81,8 +80,8 @@ public:
     // in length; the gap list moves by the samples Y dropped.
     void AddXYData(const std::shared_ptr<IQVRealBuffer>& XBuffer, const std::shared_ptr<IQVRealBuffer>& YBuffer,
                    bool ASeparate = false);
-    void AddXYData(const std::shared_ptr<IQVIntegerBuffer>& XBuffer,
-                   const std::shared_ptr<IQVIntegerBuffer>& YBuffer, bool ASeparate = false);
+    void AddXYData(const std::shared_ptr<IQVIntegerBuffer>& XBuffer, const std::shared_ptr<IQVIntegerBuffer>& YBuffer,
+                   bool ASeparate = false);
     void AddYPoint(double AValue, bool ASeparate = false);
     void AddXYPoint(double XValue, double YValue, bool ASeparate = false);
 

@@ -2,8 +2,8 @@
 // How the point of a channel under the mouse is shown: a small square at the sample and a
 // label with its values.
 
-#include "qv/decor/QVOptionalLabel.h"
 #include "qv/component/QVDisplayPersistent.h"
+#include "qv/decor/QVOptionalLabel.h"
 
 #include <memory>
 

@@ -68,8 +68,8 @@ namespace {
 // with the gaps that fall in front of or inside it.
 template <class TRunEnd, class TReduce>
 TQVDownsampled DownsampleRuns(int32_t ACount, int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps,
-                              int32_t AGapCount, int32_t* AOutX, double* AOutY, int32_t* AOutFirst,
-                              int32_t* AOutGaps, TRunEnd ARunEnd, TReduce AReduce)
+                              int32_t AGapCount, int32_t* AOutX, double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps,
+                              TRunEnd ARunEnd, TReduce AReduce)
 {
     TQVDownsampled Result;
     if (ACount <= 0 || AHighPixel < ALowPixel)
@@ -157,26 +157,26 @@ TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int
         // A missing pixel (the most negative integer) lands in the low column.
         return APixel < ALowPixel ? ALowPixel : (APixel > AHighPixel ? AHighPixel : APixel);
     };
-    return DownsampleRuns(ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
-                          [&](int32_t AFirst, int32_t& AColumn) {
-                              // Samples come column after column: the column's end is searched
-                              // for outward from the next sample, a few compares however many
-                              // samples it holds.
-                              const int32_t K = ColumnOf(AXPixels[AFirst]);
-                              AColumn = K;
-                              return FirstPast(AFirst + 1, ACount, AFirst + 1, [&](int32_t i) {
-                                  return i >= ACount || ColumnOf(AXPixels[i]) != K;
-                              });
-                          },
-                          [AY](int32_t AFirst, int32_t AEnd, double& ALo, double& AHi) {
-                              return QVArrayMinMax(AY + AFirst, size_t(AEnd - AFirst), ALo, AHi);
-                          });
+    return DownsampleRuns(
+        ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
+        [&](int32_t AFirst, int32_t& AColumn) {
+            // Samples come column after column: the column's end is searched
+            // for outward from the next sample, a few compares however many
+            // samples it holds.
+            const int32_t K = ColumnOf(AXPixels[AFirst]);
+            AColumn = K;
+            return FirstPast(AFirst + 1, ACount, AFirst + 1,
+                             [&](int32_t i) { return i >= ACount || ColumnOf(AXPixels[i]) != K; });
+        },
+        [AY](int32_t AFirst, int32_t AEnd, double& ALo, double& AHi) {
+            return QVArrayMinMax(AY + AFirst, size_t(AEnd - AFirst), ALo, AHi);
+        });
 }
 
-TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_t ACount, double AScale,
-                                      double AOffset, int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps,
-                                      int32_t AGapCount, int32_t* AOutX, double* AOutY, int32_t* AOutFirst,
-                                      int32_t* AOutGaps, const TQVBlockExtremes* ABlocks, int32_t ABlockBase)
+TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_t ACount, double AScale, double AOffset,
+                                      int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount,
+                                      int32_t* AOutX, double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps,
+                                      const TQVBlockExtremes* ABlocks, int32_t ABlockBase)
 {
     if (ACount <= 0)
         return {};
@@ -195,25 +195,24 @@ TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_
             return ABlocks->MinMax(AY - ABlockBase, ABlockBase + AFirst, ABlockBase + AEnd, false, ALo, AHi);
         return QVArrayMinMax(AY + AFirst, size_t(AEnd - AFirst), ALo, AHi);
     };
-    return DownsampleRuns(ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
-                          [&](int32_t AFirst, int32_t& AColumn) {
-                              const int32_t K = ColumnAt(AFirst);
-                              AColumn = K;
-                              const double Edge = Slope < 0.0 ? K - 0.5 : K + 0.5;
-                              const double At = std::ceil((Edge - P0) / Slope);
-                              int32_t Guess = AFirst + 1;
-                              if (At > AFirst && At < ACount) // false for NaN and for no slope
-                                  Guess = int32_t(At);
-                              else if (At >= ACount)
-                                  Guess = ACount;
-                              return FirstPast(AFirst + 1, ACount, Guess,
-                                               [&](int32_t i) { return i >= ACount || ColumnAt(i) != K; });
-                          },
-                          Reduce);
+    return DownsampleRuns(
+        ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
+        [&](int32_t AFirst, int32_t& AColumn) {
+            const int32_t K = ColumnAt(AFirst);
+            AColumn = K;
+            const double Edge = Slope < 0.0 ? K - 0.5 : K + 0.5;
+            const double At = std::ceil((Edge - P0) / Slope);
+            int32_t Guess = AFirst + 1;
+            if (At > AFirst && At < ACount) // false for NaN and for no slope
+                Guess = int32_t(At);
+            else if (At >= ACount)
+                Guess = ACount;
+            return FirstPast(AFirst + 1, ACount, Guess, [&](int32_t i) { return i >= ACount || ColumnAt(i) != K; });
+        },
+        Reduce);
 }
 
-void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase,
-            int32_t* AOut)
+void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase, int32_t* AOut)
 {
     // Narrowing through a float costs precision only on views millions of pixels tall; the
     // bound check comes before the conversion so that it never sees an unrepresentable value.
@@ -235,8 +234,8 @@ void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarith
     }
 }
 
-void QVMapX(const double* AValues, int32_t ACount, double AScale, double AOffset, bool ALogarithmic,
-            double ARealScale, int32_t* AOut, double* AReal)
+void QVMapX(const double* AValues, int32_t ACount, double AScale, double AOffset, bool ALogarithmic, double ARealScale,
+            int32_t* AOut, double* AReal)
 {
     for (int32_t i = 0; i < ACount; ++i) {
         const double V = ALogarithmic ? QVLog10a(AValues[i]) : AValues[i];
@@ -353,8 +352,8 @@ void QVPlotStep(TQLCanvas& ACanvas, const TQVPlotPoints& APoints, TAlphaColor AE
         ACanvas.SetPixel(ACanvas.GetPenPos().X, ACanvas.GetPenPos().Y, AEndColor);
 }
 
-TRect QVBarRect(TQVChannelShadeMode AShade, bool AVertical, int32_t AX, int32_t AY, int32_t AThickness,
-                int32_t AExtra, int32_t ABase, int32_t AZero)
+TRect QVBarRect(TQVChannelShadeMode AShade, bool AVertical, int32_t AX, int32_t AY, int32_t AThickness, int32_t AExtra,
+                int32_t ABase, int32_t AZero)
 {
     const int32_t From = AX - AThickness / 2;
     const int32_t To = AX + AThickness - AThickness / 2;

@@ -74,8 +74,8 @@ inline bool QVIsDownsampled(bool AIsRamp, bool AXLogarithmic, int32_t AUsedWidth
 
 // The result of cutting a slice down to pixel columns.
 struct TQVDownsampled {
-    int32_t Points = 0;    // points written: two per column
-    int32_t GapCount = 0;  // entries written to the gap list
+    int32_t Points = 0;   // points written: two per column
+    int32_t GapCount = 0; // entries written to the gap list
 };
 
 // Cuts a slice down to two points per pixel column, in one pass: every sample goes to the
@@ -108,24 +108,22 @@ TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int
 // When ABlocks is given, it summarises the record that AY is part of, AY being its sample
 // ABlockBase: each column's extremes then come from the summary and the samples of the part
 // blocks at the column's ends.
-TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_t ACount, double AScale,
-                                      double AOffset, int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps,
-                                      int32_t AGapCount, int32_t* AOutX, double* AOutY, int32_t* AOutFirst,
-                                      int32_t* AOutGaps, const TQVBlockExtremes* ABlocks = nullptr,
-                                      int32_t ABlockBase = 0);
+TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_t ACount, double AScale, double AOffset,
+                                      int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount,
+                                      int32_t* AOutX, double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps,
+                                      const TQVBlockExtremes* ABlocks = nullptr, int32_t ABlockBase = 0);
 
 // ---- Values to pixels ----
 
 // Y: APlotBase - f(v) * AScale for each value, narrowed to a 32-bit float, rounded and
 // clipped; f is the identity or QVPlotLog. On a linear axis with a factor above 1 the
 // largest finite values pass unscaled, as markers of "beyond the top".
-void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase,
-            int32_t* AOut);
+void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase, int32_t* AOut);
 
 // X: AOffset + f(v) * AScale for each value, rounded and clipped into AOut; f is the
 // identity or QVPlotLog. When AReal is given it receives f(v) * ARealScale.
-void QVMapX(const double* AValues, int32_t ACount, double AScale, double AOffset, bool ALogarithmic,
-            double ARealScale, int32_t* AOut, double* AReal);
+void QVMapX(const double* AValues, int32_t ACount, double AScale, double AOffset, bool ALogarithmic, double ARealScale,
+            int32_t* AOut, double* AReal);
 
 // Smallest and largest pixel that is not missing; false when all are missing.
 bool QVPixelRange(const int32_t* APixels, int32_t ACount, int32_t& AMin, int32_t& AMax);
@@ -158,7 +156,7 @@ void QVPlotStep(TQLCanvas& ACanvas, const TQVPlotPoints& APoints, TAlphaColor AE
 // pixels and AExtra the highlight's growth. ABase is the bar's base for csmTop and
 // csmBottom, AZero the zero line for csmZero. The bar runs between its base and the point;
 // the rectangle comes with its corners in order (left below right, top below bottom).
-TRect QVBarRect(TQVChannelShadeMode AShade, bool AVertical, int32_t AX, int32_t AY, int32_t AThickness,
-                int32_t AExtra, int32_t ABase, int32_t AZero);
+TRect QVBarRect(TQVChannelShadeMode AShade, bool AVertical, int32_t AX, int32_t AY, int32_t AThickness, int32_t AExtra,
+                int32_t ABase, int32_t AZero);
 
 } // namespace qv

@@ -1,8 +1,8 @@
 #include "qv/channels/QVDisplayChannel.h"
 
-#include "qv/component/QVDisplayComponent.h"
 #include "qv/axes/QVScopeXAxis.h"
 #include "qv/axes/QVScopeYAxis.h"
+#include "qv/component/QVDisplayComponent.h"
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -27,9 +27,15 @@ TQVDisplayChannel::TQVDisplayChannel(TQLCollection* ACollection)
     FYDataBuffer.SetRecycler(FBlockRecycler);
 }
 
-TQVDisplayChannel::~TQVDisplayChannel() { ForgetHighlights(); }
+TQVDisplayChannel::~TQVDisplayChannel()
+{
+    ForgetHighlights();
+}
 
-void TQVDisplayChannel::SetColor(TAlphaColor AValue) { GetBasicLock().Setter(FColor, AValue, nullptr, false); }
+void TQVDisplayChannel::SetColor(TAlphaColor AValue)
+{
+    GetBasicLock().Setter(FColor, AValue, nullptr, false);
+}
 
 void TQVDisplayChannel::SetColorDefault(TAlphaColor AValue)
 {
@@ -40,7 +46,10 @@ void TQVDisplayChannel::SetColorDefault(TAlphaColor AValue)
         SetColor(AValue);
 }
 
-void TQVDisplayChannel::SetWidth(int32_t AValue) { GetBasicLock().SetterMinMax(FWidth, AValue, 1, 2000); }
+void TQVDisplayChannel::SetWidth(int32_t AValue)
+{
+    GetBasicLock().SetterMinMax(FWidth, AValue, 1, 2000);
+}
 
 void TQVDisplayChannel::SetChannelMode(TQVScopeChannelMode AValue)
 {
@@ -73,8 +82,8 @@ int32_t TQVDisplayChannel::GetDisplayOffset() const
 int32_t TQVDisplayChannel::GetDisplayWidth() const
 {
     const TRect R = DataViewRect(GetDisplay());
-    const int64_t Size = GetDisplay() && GetDisplay()->GetIsVertical() ? int64_t(R.Bottom) - R.Top
-                                                                        : int64_t(R.Right) - R.Left;
+    const int64_t Size =
+        GetDisplay() && GetDisplay()->GetIsVertical() ? int64_t(R.Bottom) - R.Top : int64_t(R.Right) - R.Left;
     return static_cast<int32_t>(Size < 0 ? -Size : Size);
 }
 
@@ -119,11 +128,20 @@ TQVBasicScopeYAxis* TQVDisplayChannel::GetYAxis() const
     return dynamic_cast<TQVBasicScopeYAxis*>(Axis ? Axis : Display->GetYAxis());
 }
 
-void TQVDisplayChannel::SetFrequencyDomain(bool AValue) { Set(FFrequencyDomain, AValue, [this] { AxesChanged(); }); }
+void TQVDisplayChannel::SetFrequencyDomain(bool AValue)
+{
+    Set(FFrequencyDomain, AValue, [this] { AxesChanged(); });
+}
 
-void TQVDisplayChannel::SetIntensityDomain(bool AValue) { Set(FIntensityDomain, AValue, [this] { AxesChanged(); }); }
+void TQVDisplayChannel::SetIntensityDomain(bool AValue)
+{
+    Set(FIntensityDomain, AValue, [this] { AxesChanged(); });
+}
 
-void TQVDisplayChannel::SetInAxisDomain(bool AValue) { Set(FInAxisDomain, AValue, [this] { AxesChanged(); }); }
+void TQVDisplayChannel::SetInAxisDomain(bool AValue)
+{
+    Set(FInAxisDomain, AValue, [this] { AxesChanged(); });
+}
 
 void TQVDisplayChannel::VisibleChanged()
 {
@@ -155,8 +173,7 @@ const TQLClassInfo& TQVDisplayChannel::StaticClassInfo()
             .Property("Width", &TQVDisplayChannel::GetWidth, &TQVDisplayChannel::SetWidth, 1)
             .Object("Points", &TQVDisplayChannel::GetPoints)
             .Property("ChannelMode", &TQVDisplayChannel::GetChannelMode, &TQVDisplayChannel::SetChannelMode, cmLine)
-            .Property("MouseCursor", &TQVDisplayChannel::GetMouseCursor, &TQVDisplayChannel::SetMouseCursor,
-                      TCursor(0))
+            .Property("MouseCursor", &TQVDisplayChannel::GetMouseCursor, &TQVDisplayChannel::SetMouseCursor, TCursor(0))
             .Property("StrokeDash", &TQVDisplayChannel::GetStrokeDash, &TQVDisplayChannel::SetStrokeDash, sdSolid)
             .Property("XAxisIndex", &TQVDisplayChannel::GetXAxisIndex, &TQVDisplayChannel::SetXAxisIndex, 0)
             .Property("YAxisIndex", &TQVDisplayChannel::GetYAxisIndex, &TQVDisplayChannel::SetYAxisIndex, 0)

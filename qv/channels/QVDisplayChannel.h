@@ -81,14 +81,8 @@ public:
     }
     // The points plotted: the scaled buffers themselves unless the slice was downsampled.
     // A point that is not there (a NaN sample) holds QVMissingPixel.
-    const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledIntDrawBufferX() const
-    {
-        return FDownsampledIntDrawBufferX;
-    }
-    const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledIntDrawBufferY() const
-    {
-        return FDownsampledIntDrawBufferY;
-    }
+    const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledIntDrawBufferX() const { return FDownsampledIntDrawBufferX; }
+    const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledIntDrawBufferY() const { return FDownsampledIntDrawBufferY; }
     // Where the plotted line breaks, as point index plus GetScreenStartIndex().
     const std::shared_ptr<IQVIntegerBuffer>& GetDownsampledGapsBuffer() const { return FDownsampledGapsBuffer; }
 

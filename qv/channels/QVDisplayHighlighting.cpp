@@ -20,10 +20,9 @@ const TQLClassInfo& TQVDisplayItemHighlighting::StaticClassInfo()
 
 const TQLClassInfo& TQVChannelItemHighlighting::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVChannelItemHighlighting>("TQVChannelItemHighlighting",
-                                                    &TQVDisplayItemHighlighting::StaticClassInfo())
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVChannelItemHighlighting>(
+                                         "TQVChannelItemHighlighting", &TQVDisplayItemHighlighting::StaticClassInfo())
+                                         .Build();
     return Info;
 }
 
@@ -33,21 +32,21 @@ TQVDisplayHighlighting::TQVDisplayHighlighting(TQVDisplayOwner* ADisplay)
       FLabels(std::make_unique<TQVDisplayItemHighlighting>(ADisplay)),
       FCursorLinks(std::make_unique<TQVDisplayItemHighlighting>(ADisplay)),
       FMouseHitPoint(std::make_unique<TQVChannelMouseHitPoint>(ADisplay))
-{
-}
+{}
 
 TQVDisplayHighlighting::~TQVDisplayHighlighting() = default;
 
 const TQLClassInfo& TQVDisplayHighlighting::StaticClassInfo()
 {
     using C = TQVDisplayHighlighting;
-    static const TQLClassInfo Info = TQLClassBuilder<C>("TQVDisplayHighlighting", &TQVDisplayPersistent::StaticClassInfo())
-                                         .Object("Markers", &C::GetMarkers)
-                                         .Object("Cursors", &C::GetCursors)
-                                         .Object("Labels", &C::GetLabels)
-                                         .Object("CursorLinks", &C::GetCursorLinks)
-                                         .Object("MouseHitPoint", &C::GetMouseHitPoint)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<C>("TQVDisplayHighlighting", &TQVDisplayPersistent::StaticClassInfo())
+            .Object("Markers", &C::GetMarkers)
+            .Object("Cursors", &C::GetCursors)
+            .Object("Labels", &C::GetLabels)
+            .Object("CursorLinks", &C::GetCursorLinks)
+            .Object("MouseHitPoint", &C::GetMouseHitPoint)
+            .Build();
     return Info;
 }
 
@@ -56,8 +55,7 @@ TQVDataDisplayHighlighting::TQVDataDisplayHighlighting(TQVDisplayOwner* ADisplay
       FChannelLinks(std::make_unique<TQVChannelItemHighlighting>(ADisplay)),
       FZones(std::make_unique<TQVDisplayItemHighlighting>(ADisplay)),
       FEllipses(std::make_unique<TQVDisplayItemHighlighting>(ADisplay))
-{
-}
+{}
 
 TQVDataDisplayHighlighting::~TQVDataDisplayHighlighting() = default;
 

@@ -38,8 +38,7 @@ protected:
     TQVDisplayItemHighlighting(TQVDisplayOwner* ADisplay, bool AHiglightFromMouse)
         : TQVDisplayPersistent(ADisplay), FHiglightFromMouse(AHiglightFromMouse),
           FHiglightFromMouseDefault(AHiglightFromMouse)
-    {
-    }
+    {}
 
 private:
     bool FHiglightLegendButton = true;

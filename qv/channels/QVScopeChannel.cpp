@@ -18,11 +18,20 @@ TQVScopeChannel::TQVScopeChannel(TQLCollection* ACollection)
     CreatePins();
 }
 
-TQVScopeChannel::~TQVScopeChannel() { ReleasePins(); }
+TQVScopeChannel::~TQVScopeChannel()
+{
+    ReleasePins();
+}
 
-double TQVScopeChannel::GetAxisSampleRate() const { return FData->GetSampleRate(); }
+double TQVScopeChannel::GetAxisSampleRate() const
+{
+    return FData->GetSampleRate();
+}
 
-uint32_t TQVScopeChannel::GetSizeLimit() const { return FOwner ? FOwner->GetSizeLimit() : 0; }
+uint32_t TQVScopeChannel::GetSizeLimit() const
+{
+    return FOwner ? FOwner->GetSizeLimit() : 0;
+}
 
 void TQVScopeChannel::SetFlags()
 {
@@ -240,8 +249,7 @@ const TQLClassInfo& TQVScopeChannel::StaticClassInfo()
 
 TQVScopeChannels::TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
     : TQVPaletteDisplayCollection<TQVScopeChannel>(AOwner, std::move(ALock), ADisplay)
-{
-}
+{}
 
 const TQLClassInfo& TQVScopeChannels::StaticClassInfo()
 {

@@ -23,18 +23,18 @@ class TQVScopeOwner;
 class TQVScopeChannel;
 
 // Fired for each bar before it is drawn; clearing DefaultDraw leaves that bar out.
-using TQVSampleDrawEvent = std::function<void(TQLPersistent* Sender, double XValue, double YValue,
-                                              TQLCanvas& Canvas, bool Highlighted, bool& DefaultDraw)>;
+using TQVSampleDrawEvent = std::function<void(TQLPersistent* Sender, double XValue, double YValue, TQLCanvas& Canvas,
+                                              bool Highlighted, bool& DefaultDraw)>;
 // Fired once per frame before the channel is plotted, with the draw stage's Y samples and
 // whether they changed since the last frame. It runs inside painting: the scope ignores
 // repaint requests meanwhile.
-using TQVChannelDrawEvent = std::function<void(TQLPersistent* Sender, int32_t ChannelIndex,
-                                               const double* ChannelData, int32_t DataSize, bool WasChanged)>;
+using TQVChannelDrawEvent = std::function<void(TQLPersistent* Sender, int32_t ChannelIndex, const double* ChannelData,
+                                               int32_t DataSize, bool WasChanged)>;
 // A plotting procedure of the channel, handed the prepared screen stage.
 using TQVChannelDrawProc = void (TQVScopeChannel::*)(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect,
-                                                      double AYOffset, const double* AYData, const double* AXData,
-                                                      int32_t ASize, const IQVIntegerBuffer& AXInts,
-                                                      const IQVIntegerBuffer& AYInts, bool Printing);
+                                                     double AYOffset, const double* AYData, const double* AXData,
+                                                     int32_t ASize, const IQVIntegerBuffer& AXInts,
+                                                     const IQVIntegerBuffer& AYInts, bool Printing);
 
 class TQVScopeChannel : public TQVDisplayChannel {
 public:
@@ -149,11 +149,10 @@ public:
                                  const IQVIntegerBuffer& AXInts, const IQVIntegerBuffer& AYInts, bool Printing);
     virtual void ChannelDataZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, double AYOffset,
                                      const double* AYData, const double* AXData, int32_t ASize,
-                                     const IQVIntegerBuffer& AXInts, const IQVIntegerBuffer& AYInts,
-                                     bool Printing);
+                                     const IQVIntegerBuffer& AXInts, const IQVIntegerBuffer& AYInts, bool Printing);
     // Draws the plotted points in the channel's mode, then the point symbols.
-    void PlotChannelData(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw,
-                         const TRect& ARect, double AYOffset, const double* AYData, const double* AXData);
+    void PlotChannelData(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw, const TRect& ARect,
+                         double AYOffset, const double* AYData, const double* AXData);
     // The mark at the sample under the mouse, at APoint, with AHitPoint's settings: brush in
     // the display's colour, pen in the channel's colour or the hit point's own.
     void DrawHitPoint(TQLCanvas& ACanvas, const TPoint& APoint, const TQVChannelMouseHitPoint& AHitPoint);

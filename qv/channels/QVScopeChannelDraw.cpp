@@ -24,7 +24,10 @@ namespace {
 
 // Equal, counting two NaN as equal, so that a record without numbers does not look changed
 // on every frame.
-inline bool Same(double A, double B) { return A == B || (A != A && B != B); }
+inline bool Same(double A, double B)
+{
+    return A == B || (A != A && B != B);
+}
 
 // Clears the scope's in-draw flag also when a user handler throws.
 class TInDrawScope {
@@ -61,10 +64,15 @@ void TQVScopeChannel::SetShadeMode(TQVChannelShadeMode AValue)
     Set(FShadeMode, AValue);
 }
 
-TQVDisplayAxis* TQVScopeChannel::GetPlotXAxis() const { return GetXAxis(); }
+TQVDisplayAxis* TQVScopeChannel::GetPlotXAxis() const
+{
+    return GetXAxis();
+}
 
-TQVDisplayAxis* TQVScopeChannel::GetPlotYAxis() const { return GetYAxis(); }
-
+TQVDisplayAxis* TQVScopeChannel::GetPlotYAxis() const
+{
+    return GetYAxis();
+}
 
 void TQVScopeChannel::InvalidateChannel()
 {
@@ -87,8 +95,8 @@ void TQVScopeChannel::ZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRe
     DrawCall(&TQVScopeChannel::ChannelDataZoneDraw, ACanvas, AColor, ARect, Printing);
 }
 
-void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas, TAlphaColor AColor,
-                               const TRect& ARect, bool Printing)
+void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect,
+                               bool Printing)
 {
     const IQVRealBuffer& XDraw = *FXDrawDataBuffer;
     const IQVRealBuffer& YDraw = *FYDrawDataBuffer;
@@ -164,16 +172,15 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
     // display keeps every limit and still moves every pixel.
     const double DataSpan = FullSpan(XAxis->GetDataTotal());
     const double ratio = DataSpan == 0.0 ? 1.0 : FullSpan(XAxis->GetScaleTotalReal()) / DataSpan;
-    const bool xchanged = !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && w == FCurrentWidth &&
-                            xb == FCurrentXBegin && Same(xmin, FCurrentXMin) && Same(xmax, FCurrentXMax) &&
-                            Same(smin, FCurrentAxisXMin) && Same(smax, FCurrentAxisXMax) &&
-                            xlog == FCurrentXLogarithmic && Same(xoff, FCurrentXOffset) &&
-                            Same(xscale, FCurrentXScale) && Same(ratio, FCurrentXRatio) &&
-                            vertical == FCurrentVertical);
-    const bool ychanged = !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && h == FCurrentHeight &&
-                            yb == FCurrentYBegin && !Rescan && Same(ymin, FCurrentAxisYMin) && Same(ymax, FCurrentAxisYMax) &&
-                            ylog == FCurrentYLogarithmic && Same(yoff, FCurrentYOffset) &&
-                            Same(yscale, FCurrentYScale) && vertical == FCurrentVertical);
+    const bool xchanged =
+        !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && w == FCurrentWidth && xb == FCurrentXBegin &&
+          Same(xmin, FCurrentXMin) && Same(xmax, FCurrentXMax) && Same(smin, FCurrentAxisXMin) &&
+          Same(smax, FCurrentAxisXMax) && xlog == FCurrentXLogarithmic && Same(xoff, FCurrentXOffset) &&
+          Same(xscale, FCurrentXScale) && Same(ratio, FCurrentXRatio) && vertical == FCurrentVertical);
+    const bool ychanged =
+        !(n == FCurrentDataSize && d == FCurrentDownsampledDataSize && h == FCurrentHeight && yb == FCurrentYBegin &&
+          !Rescan && Same(ymin, FCurrentAxisYMin) && Same(ymax, FCurrentAxisYMax) && ylog == FCurrentYLogarithmic &&
+          Same(yoff, FCurrentYOffset) && Same(yscale, FCurrentYScale) && vertical == FCurrentVertical);
     FCurrentXLogarithmic = xlog;
     FCurrentYLogarithmic = ylog;
 
@@ -291,11 +298,11 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
         FCurrentYScale = yscale;
         FCurrentVertical = vertical;
         FDownsampled = Downsampled;
-        if (!QVPixelRange(FDownsampledIntDrawBufferX->Read(), FDownsampledIntDrawBufferX->GetSize(),
-                          FXDrawMinValue, FXDrawMaxValue))
+        if (!QVPixelRange(FDownsampledIntDrawBufferX->Read(), FDownsampledIntDrawBufferX->GetSize(), FXDrawMinValue,
+                          FXDrawMaxValue))
             FXDrawMinValue = FXDrawMaxValue = -1;
-        if (!QVPixelRange(FDownsampledIntDrawBufferY->Read(), FDownsampledIntDrawBufferY->GetSize(),
-                          FYDrawMinValue, FYDrawMaxValue))
+        if (!QVPixelRange(FDownsampledIntDrawBufferY->Read(), FDownsampledIntDrawBufferY->GetSize(), FYDrawMinValue,
+                          FYDrawMaxValue))
             FYDrawMinValue = FYDrawMaxValue = -1;
     }
 
@@ -377,10 +384,10 @@ void TQVScopeChannel::ChannelDataDraw(TQLCanvas& ACanvas, TAlphaColor AColor, co
     PlotChannelData(ACanvas, AColor, false, false, ARect, AYOffset, AYData, AXData);
 }
 
-void TQVScopeChannel::ChannelDataZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect,
-                                          double AYOffset, const double* AYData, const double* AXData,
-                                          int32_t /*ASize*/, const IQVIntegerBuffer& /*AXInts*/,
-                                          const IQVIntegerBuffer& /*AYInts*/, bool Printing)
+void TQVScopeChannel::ChannelDataZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, double AYOffset,
+                                          const double* AYData, const double* AXData, int32_t /*ASize*/,
+                                          const IQVIntegerBuffer& /*AXInts*/, const IQVIntegerBuffer& /*AYInts*/,
+                                          bool Printing)
 {
     if (GetPlotHighlighted(Printing))
         PlotChannelData(ACanvas, AColor, true, true, ARect, AYOffset, AYData, AXData);
@@ -400,8 +407,7 @@ void TQVScopeChannel::PointValues(int32_t AIndex, const double* AYData, const do
 }
 
 void TQVScopeChannel::PlotChannelData(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw,
-                                      const TRect& ARect, double AYOffset, const double* AYData,
-                                      const double* AXData)
+                                      const TRect& ARect, double AYOffset, const double* AYData, const double* AXData)
 {
     const IQVIntegerBuffer& PX = *FDownsampledIntDrawBufferX;
     const IQVIntegerBuffer& PY = *FDownsampledIntDrawBufferY;
@@ -479,8 +485,7 @@ void TQVScopeChannel::PlotBars(TQLCanvas& ACanvas, bool AHighlighted, const TRec
     else if (FShadeMode == csmBottom)
         Base = Reversed ? Low : High;
     const int32_t Far = vertical ? ARect.Right : ARect.Bottom;
-    const int32_t Zero =
-        Far - QVClampRound(AYOffset, -int32_t(QVPixelClipBound), int32_t(QVPixelClipBound));
+    const int32_t Zero = Far - QVClampRound(AYOffset, -int32_t(QVPixelClipBound), int32_t(QVPixelClipBound));
 
     for (int32_t i = 0; i < ACount; ++i) {
         if (AX[i] == QVMissingPixel || AY[i] == QVMissingPixel)

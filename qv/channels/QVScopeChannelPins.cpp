@@ -6,9 +6,9 @@
 // setters), then, for group decisions, the scope's all-channel section, then the channel's
 // data section: the one lock order of the library.
 
+#include "qv/axes/QVScopeXAxis.h"
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVScopeChannel.h"
-#include "qv/axes/QVScopeXAxis.h"
 #include "qv/channels/QVScopeOwner.h"
 #include "qv/component/QVDisplayOwner.h"
 
@@ -55,14 +55,14 @@ void TQVScopeChannel::CreatePins()
     const TQLLockPtr Lock = GetLock();
     using TDispatch = bool (TQVScopeChannel::*)(TQWPin*, TQVDataKind, const TQWOperation&, uint64_t);
     auto Guarded = [this, Lock](TDispatch ADispatch) {
-        return [this, Lock, ADispatch](TQWPin* APin, TQVDataKind AIID, const TQWOperation& AOperation,
-                                       uint64_t AState) {
-            auto Guard = Lock->AcquireWrite();
-            const auto* Sink = dynamic_cast<const TQWSinkPin*>(APin);
-            if (!Guard || !Sink || Sink->IsClosed())
-                return false;
-            return (this->*ADispatch)(APin, AIID, AOperation, AState);
-        };
+        return
+            [this, Lock, ADispatch](TQWPin* APin, TQVDataKind AIID, const TQWOperation& AOperation, uint64_t AState) {
+                auto Guard = Lock->AcquireWrite();
+                const auto* Sink = dynamic_cast<const TQWSinkPin*>(APin);
+                if (!Guard || !Sink || Sink->IsClosed())
+                    return false;
+                return (this->*ADispatch)(APin, AIID, AOperation, AState);
+            };
     };
     FInputPin = std::make_shared<TQVQWComboRealIntComplexPairedQueuedSinkPin>(Guarded(&TQVScopeChannel::YSinkDispatch));
     FXInputPin = std::make_shared<TQVQWQueuedIntegerRealSinkPin>(Guarded(&TQVScopeChannel::XSinkDispatch));
@@ -87,7 +87,10 @@ void TQVScopeChannel::ReleasePins()
     }
 }
 
-void TQVScopeChannel::SetSynchronize(bool AValue) { Set(FSynchronize, AValue); }
+void TQVScopeChannel::SetSynchronize(bool AValue)
+{
+    Set(FSynchronize, AValue);
+}
 
 void TQVScopeChannel::CollectPinConnections()
 {

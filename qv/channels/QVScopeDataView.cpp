@@ -1,7 +1,7 @@
 #include "qv/channels/QVScopeDataView.h"
 
-#include "qv/axes/QVDisplayAxis.h"
 #include "qv/axes/QVAxisTypes.h"
+#include "qv/axes/QVDisplayAxis.h"
 #include "qv/axes/QVDisplayAxisList.h"
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/component/QVDisplayZoom.h"
@@ -14,16 +14,13 @@
 namespace qv {
 
 TQVScopeDataView::TQVScopeDataView(TQVDisplayOwner* ADisplay)
-    : TQVCustomColorDisplayView(ADisplay),
-      FBorder(std::make_unique<TQVDisplayGridLineSettings>(this, GetLock(), [this] { InvalidateView(); },
-                                                           0xFF008000, true))
-{
-}
+    : TQVCustomColorDisplayView(ADisplay), FBorder(std::make_unique<TQVDisplayGridLineSettings>(
+                                               this, GetLock(), [this] { InvalidateView(); }, 0xFF008000, true))
+{}
 
 TQVScopeDataView::~TQVScopeDataView() = default;
 
-void TQVScopeDataView::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool /*AVertical*/,
-                            bool /*APrinting*/)
+void TQVScopeDataView::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool /*AVertical*/, bool /*APrinting*/)
 {
     // The foreground belongs to what is dragged over the plot; the view itself has nothing
     // to add there.
@@ -102,8 +99,8 @@ void TQVScopeDataView::DrawGridLine(TQVTrackingOptionalAxis* AAxis, TQLCanvas& A
 
 // ---- Mouse ----
 
-void TQVScopeDataView::MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY,
-                                 bool AMouseInside, bool& AHandled)
+void TQVScopeDataView::MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
+                                 bool& AHandled)
 {
     TQVCustomColorDisplayView::MouseDown(AButton, AShift, AX, AY, AMouseInside, AHandled);
     if (AHandled)
@@ -183,8 +180,8 @@ void TQVScopeDataView::DrawMouseSelction(TQLCanvas& ACanvas)
     const TRect Rect = GetDrawRect();
     switch (Zooming.GetMode()) {
     case zmBoth:
-        ACanvas.RectangleRect(TRect{std::min(A.X, B.X), std::min(A.Y, B.Y), std::max(A.X, B.X) + 1,
-                                    std::max(A.Y, B.Y) + 1});
+        ACanvas.RectangleRect(
+            TRect{std::min(A.X, B.X), std::min(A.Y, B.Y), std::max(A.X, B.X) + 1, std::max(A.Y, B.Y) + 1});
         break;
     case zmXAxis:
         for (int32_t X : {A.X, B.X}) {
@@ -203,7 +200,10 @@ void TQVScopeDataView::DrawMouseSelction(TQLCanvas& ACanvas)
 
 namespace {
 // The value whose signed logarithm is (L(max) - L(min)) * p / W.
-double LogPosition(double ALogSpan, double AP, double AW) { return QVExp10a(ALogSpan * AP / AW); }
+double LogPosition(double ALogSpan, double AP, double AW)
+{
+    return QVExp10a(ALogSpan * AP / AW);
+}
 } // namespace
 
 void TQVScopeDataView::MouseZoom(int32_t AX, int32_t AY)

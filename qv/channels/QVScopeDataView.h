@@ -32,10 +32,10 @@ public:
     // The grid's per-tick functions: a line across the view at a major tick's Y (DrawUpLines)
     // or X (DrawLeftLines), in the axis' zero-line settings at zero and its line settings
     // elsewhere. Minor ticks draw none.
-    void DrawUpLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
-                     bool AMinor, double AValue, int32_t APosition);
-    void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength,
-                       bool AMinor, double AValue, int32_t APosition);
+    void DrawUpLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength, bool AMinor,
+                     double AValue, int32_t APosition);
+    void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength, bool AMinor,
+                       double AValue, int32_t APosition);
 
     // ---- Mouse ----
     void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,

@@ -12,8 +12,7 @@ TQVScopePoints::TQVScopePoints(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotif
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)),
       FBrush(std::make_unique<TQVDisplayBrush>(this, GetLock(), TQLNotifyProc{}, 0xFFFFFFFF, bkSolid)),
       FPen(std::make_unique<TQVDisplayPen>(this, GetLock(), TQLNotifyProc{}, 0xFF000000, 1))
-{
-}
+{}
 
 TQVScopePoints::~TQVScopePoints() = default;
 
@@ -24,7 +23,10 @@ void TQVScopePoints::SetShape(TQVScopePointsShape AValue)
     Set(FShape, AValue);
 }
 
-void TQVScopePoints::SetSize(uint32_t AValue) { Set(FSize, AValue > 1000u ? 1000u : AValue); }
+void TQVScopePoints::SetSize(uint32_t AValue)
+{
+    Set(FSize, AValue > 1000u ? 1000u : AValue);
+}
 
 const TQLClassInfo& TQVScopePoints::StaticClassInfo()
 {
@@ -35,8 +37,7 @@ const TQLClassInfo& TQVScopePoints::StaticClassInfo()
             .Property("Size", &TQVScopePoints::GetSize, &TQVScopePoints::SetSize, 3u)
             .Object("Brush", &TQVScopePoints::GetBrush)
             .Object("Pen", &TQVScopePoints::GetPen)
-            .Property("UseChannelColor", &TQVScopePoints::GetUseChannelColor, &TQVScopePoints::SetUseChannelColor,
-                      true)
+            .Property("UseChannelColor", &TQVScopePoints::GetUseChannelColor, &TQVScopePoints::SetUseChannelColor, true)
             .Build();
     return Info;
 }

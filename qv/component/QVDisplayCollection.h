@@ -13,11 +13,9 @@ namespace qv {
 // The non-template part: the display the collection belongs to.
 class TQVDisplayCollectionBase : public TQLCollection {
 public:
-    TQVDisplayCollectionBase(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay,
-                             TItemFactory AFactory)
+    TQVDisplayCollectionBase(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay, TItemFactory AFactory)
         : TQLCollection(AOwner, std::move(ALock), std::move(AFactory)), FDisplay(ADisplay)
-    {
-    }
+    {}
     TQVDisplayOwner* GetDisplay() const { return FDisplay; }
 
     // Base update, then a repaint of the display.
@@ -32,8 +30,7 @@ class TQVDisplayCollection : public TQLTypedCollection<T, TQVDisplayCollectionBa
 public:
     TQVDisplayCollection(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
         : TQLTypedCollection<T, TQVDisplayCollectionBase>(AOwner, std::move(ALock), ADisplay)
-    {
-    }
+    {}
 };
 
 // Marks a collection of items that have Visible.

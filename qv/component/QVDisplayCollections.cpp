@@ -28,8 +28,7 @@ TQVDisplayOwner* DisplayOf(TQLCollection* ACollection)
 
 TQVDisplayCollectionItem::TQVDisplayCollectionItem(TQLCollection* ACollection)
     : TQLNamedCollectionItem(ACollection), FOwner(DisplayOf(ACollection))
-{
-}
+{}
 
 void TQVDisplayCollectionItem::InvalidateItem()
 {
@@ -51,11 +50,11 @@ TQLCanvasBrush TQVDisplayCollectionItem::GetLegendBrush() const
 
 const TQLClassInfo& TQVDisplayCollectionItem::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVDisplayCollectionItem>(
-                                         "TQVDisplayCollectionItem", &TQLNamedCollectionItem::StaticClassInfo())
-                                         .Property("Tag", &TQVDisplayCollectionItem::GetTag,
-                                                   &TQVDisplayCollectionItem::SetTag, 0)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVDisplayCollectionItem>("TQVDisplayCollectionItem",
+                                                  &TQLNamedCollectionItem::StaticClassInfo())
+            .Property("Tag", &TQVDisplayCollectionItem::GetTag, &TQVDisplayCollectionItem::SetTag, 0)
+            .Build();
     return Info;
 }
 
@@ -71,8 +70,8 @@ void TQVDisplaySelectableCollectionItem::MouseLeave()
         FOnMouseLeave(this);
 }
 
-void TQVDisplaySelectableCollectionItem::MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX,
-                                                   int32_t AY, bool /*AMouseInside*/)
+void TQVDisplaySelectableCollectionItem::MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY,
+                                                   bool /*AMouseInside*/)
 {
     FMouseIsDown = true;
     if (FOnMouseDown)
@@ -81,8 +80,8 @@ void TQVDisplaySelectableCollectionItem::MouseDown(TMouseButton AButton, TShiftS
         FOnClick(this);
 }
 
-void TQVDisplaySelectableCollectionItem::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX,
-                                                 int32_t AY, bool /*AMouseInside*/)
+void TQVDisplaySelectableCollectionItem::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY,
+                                                 bool /*AMouseInside*/)
 {
     if (FMouseIsDown && FOnMouseUp)
         FOnMouseUp(this, AButton, AShift, static_cast<float>(AX), static_cast<float>(AY));
@@ -90,8 +89,8 @@ void TQVDisplaySelectableCollectionItem::MouseUp(TMouseButton AButton, TShiftSta
 
 const TQLClassInfo& TQVDisplaySelectableCollectionItem::StaticClassInfo()
 {
-    static const TQLClassInfo Info("TQVDisplaySelectableCollectionItem",
-                                   &TQVDisplayCollectionItem::StaticClassInfo(), {});
+    static const TQLClassInfo Info("TQVDisplaySelectableCollectionItem", &TQVDisplayCollectionItem::StaticClassInfo(),
+                                   {});
     return Info;
 }
 

@@ -10,7 +10,10 @@ TQVDisplayComponent::TQVDisplayComponent(TQVDisplayOwner* ADisplay)
     FDisplay->AddComponent(this);
 }
 
-TQVDisplayComponent::~TQVDisplayComponent() { FDisplay->RemoveComponent(this); }
+TQVDisplayComponent::~TQVDisplayComponent()
+{
+    FDisplay->RemoveComponent(this);
+}
 
 void TQVDisplayComponent::MouseMove(TShiftState /*AShift*/, int32_t AX, int32_t AY, bool& AHandled)
 {

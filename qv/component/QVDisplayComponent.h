@@ -30,8 +30,7 @@ public:
     virtual void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled);
     virtual void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
                            bool& AHandled)
-    {
-    }
+    {}
     virtual void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) {}
     virtual void MouseLeave();
     virtual void MouseEnter() {}

@@ -9,8 +9,7 @@ class TQVDisplayPersistent : public TQLPersistent {
 public:
     explicit TQVDisplayPersistent(TQVDisplayOwner* ADisplay)
         : TQLPersistent(ADisplay, ADisplay->GetLock()), FOwner(ADisplay)
-    {
-    }
+    {}
     TQVDisplayOwner* GetDisplay() const { return FOwner; }
 
     QL_CLASS_INFO()

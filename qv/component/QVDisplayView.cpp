@@ -15,28 +15,55 @@ TQVDisplayView::TQVDisplayView(TQVDisplayOwner* ADisplay) : TQVDisplayComponent(
     ADisplay->GetViews().Add(this);
 }
 
-TQVDisplayView::~TQVDisplayView() { GetDisplay()->GetViews().Remove(this); }
+TQVDisplayView::~TQVDisplayView()
+{
+    GetDisplay()->GetViews().Remove(this);
+}
 
-int32_t TQVDisplayView::GetWidth() const { return std::max(FDrawRect.Right - FDrawRect.Left - 1, 0); }
+int32_t TQVDisplayView::GetWidth() const
+{
+    return std::max(FDrawRect.Right - FDrawRect.Left - 1, 0);
+}
 
-int32_t TQVDisplayView::GetHeight() const { return std::max(FDrawRect.Bottom - FDrawRect.Top - 1, 0); }
+int32_t TQVDisplayView::GetHeight() const
+{
+    return std::max(FDrawRect.Bottom - FDrawRect.Top - 1, 0);
+}
 
-void TQVDisplayView::InvalidateView() { GetDisplay()->InvalidateIntRect(FDrawRect); }
+void TQVDisplayView::InvalidateView()
+{
+    GetDisplay()->InvalidateIntRect(FDrawRect);
+}
 
-void TQVDisplayView::InvalidateRecalc() { GetDisplay()->InvalidateRecalc(); }
+void TQVDisplayView::InvalidateRecalc()
+{
+    GetDisplay()->InvalidateRecalc();
+}
 
-void TQVDisplayView::Invalidate() { GetDisplay()->InvalidateRefresh(); }
+void TQVDisplayView::Invalidate()
+{
+    GetDisplay()->InvalidateRefresh();
+}
 
-int32_t TQVDisplayView::GetDirectionWidth() const { return GetDisplay()->GetIsVertical() ? GetHeight() : GetWidth(); }
+int32_t TQVDisplayView::GetDirectionWidth() const
+{
+    return GetDisplay()->GetIsVertical() ? GetHeight() : GetWidth();
+}
 
 int32_t TQVDisplayView::GetDirectionHeight() const
 {
     return GetDisplay()->GetIsVertical() ? GetWidth() : GetHeight();
 }
 
-int32_t TQVDisplayView::GetDirectionLeft() const { return GetDisplay()->GetIsVertical() ? GetTop() : GetLeft(); }
+int32_t TQVDisplayView::GetDirectionLeft() const
+{
+    return GetDisplay()->GetIsVertical() ? GetTop() : GetLeft();
+}
 
-int32_t TQVDisplayView::GetDirectionTop() const { return GetDisplay()->GetIsVertical() ? GetLeft() : GetTop(); }
+int32_t TQVDisplayView::GetDirectionTop() const
+{
+    return GetDisplay()->GetIsVertical() ? GetLeft() : GetTop();
+}
 
 const TQLClassInfo& TQVDisplayView::StaticClassInfo()
 {
@@ -48,8 +75,7 @@ const TQLClassInfo& TQVDisplayView::StaticClassInfo()
 
 TQVDisplayViewBackground::TQVDisplayViewBackground(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify)
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify))
-{
-}
+{}
 
 const TQLClassInfo& TQVDisplayViewBackground::StaticClassInfo()
 {
@@ -65,8 +91,7 @@ const TQLClassInfo& TQVDisplayViewBackground::StaticClassInfo()
 
 TQVDisplayViewSize::TQVDisplayViewSize(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify)
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify))
-{
-}
+{}
 
 const TQLClassInfo& TQVDisplayViewSize::StaticClassInfo()
 {
@@ -83,8 +108,7 @@ const TQLClassInfo& TQVDisplayViewSize::StaticClassInfo()
 TQVCustomColorDisplayView::TQVCustomColorDisplayView(TQVDisplayOwner* ADisplay)
     : TQVDisplayView(ADisplay),
       FBackground(std::make_unique<TQVDisplayViewBackground>(this, GetLock(), [this] { InvalidateRecalc(); }))
-{
-}
+{}
 
 TQVCustomColorDisplayView::~TQVCustomColorDisplayView() = default;
 
@@ -105,8 +129,7 @@ const TQLClassInfo& TQVCustomColorDisplayView::StaticClassInfo()
 TQVCustomSizeDisplayView::TQVCustomSizeDisplayView(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
     : TQVCustomColorDisplayView(ADisplay), FAlign(AAlign),
       FViewSize(std::make_unique<TQVDisplayViewSize>(this, GetLock(), [this] { InvalidateRecalc(); }))
-{
-}
+{}
 
 TQVCustomSizeDisplayView::~TQVCustomSizeDisplayView() = default;
 
@@ -125,11 +148,10 @@ TSize TQVCustomSizeDisplayView::GetDefaultSize() const
 
 const TQLClassInfo& TQVCustomSizeDisplayView::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVCustomSizeDisplayView>("TQVCustomSizeDisplayView",
-                                                  &TQVCustomColorDisplayView::StaticClassInfo())
-            .Object("ViewSize", &TQVCustomSizeDisplayView::GetViewSize)
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVCustomSizeDisplayView>(
+                                         "TQVCustomSizeDisplayView", &TQVCustomColorDisplayView::StaticClassInfo())
+                                         .Object("ViewSize", &TQVCustomSizeDisplayView::GetViewSize)
+                                         .Build();
     return Info;
 }
 

@@ -20,12 +20,27 @@ const TQLClassInfo& TQVBasicDisplayZoom::StaticClassInfo()
 
 // ---- TQVDisplayZoom ----
 
-bool TQVDisplayZoom::IsZoomed() const { return GetDisplay()->IsMainAxisZoomed(); }
+bool TQVDisplayZoom::IsZoomed() const
+{
+    return GetDisplay()->IsMainAxisZoomed();
+}
 
-double TQVDisplayZoom::GetXMin() const { return GetDisplay()->GetXMinZoom(); }
-double TQVDisplayZoom::GetXMax() const { return GetDisplay()->GetXMaxZoom(); }
-double TQVDisplayZoom::GetYMin() const { return GetDisplay()->GetYMinZoom(); }
-double TQVDisplayZoom::GetYMax() const { return GetDisplay()->GetYMaxZoom(); }
+double TQVDisplayZoom::GetXMin() const
+{
+    return GetDisplay()->GetXMinZoom();
+}
+double TQVDisplayZoom::GetXMax() const
+{
+    return GetDisplay()->GetXMaxZoom();
+}
+double TQVDisplayZoom::GetYMin() const
+{
+    return GetDisplay()->GetYMinZoom();
+}
+double TQVDisplayZoom::GetYMax() const
+{
+    return GetDisplay()->GetYMaxZoom();
+}
 
 const TQLClassInfo& TQVDisplayZoom::StaticClassInfo()
 {

@@ -7,8 +7,7 @@ namespace qv {
 TQVDisplayLabel::TQVDisplayLabel(TQLPersistent* AOwnerProperty, TQLLockPtr ALock, TQLNotifyProc AOnChange,
                                  const TQLCanvasFont& AFontDefault, bool ADefaultVisible)
     : TQVOptionalLabel(AOwnerProperty, std::move(ALock), std::move(AOnChange), AFontDefault, ADefaultVisible)
-{
-}
+{}
 
 const TQLClassInfo& TQVDisplayLabel::StaticClassInfo()
 {

@@ -14,10 +14,9 @@ namespace qv {
 
 TQVBasicDisplayTitle::TQVBasicDisplayTitle(TQVDisplayOwner* ADisplay)
     : TQVOptionalView(ADisplay, vaTop),
-      FFont(std::make_unique<TQVDisplayFont>(this, GetLock(), [this] { FontChanged(); }, "Arial", 16,
-                                             TAlphaColor(0xFFFFFFFF), fsBold))
-{
-}
+      FFont(std::make_unique<TQVDisplayFont>(
+          this, GetLock(), [this] { FontChanged(); }, "Arial", 16, TAlphaColor(0xFFFFFFFF), fsBold))
+{}
 
 TQVBasicDisplayTitle::~TQVBasicDisplayTitle() = default;
 
@@ -35,7 +34,10 @@ void TQVBasicDisplayTitle::SetTextDefault(const std::string& AValue)
         SetText(AValue);
 }
 
-void TQVBasicDisplayTitle::FontChanged() { InvalidateRecalc(); }
+void TQVBasicDisplayTitle::FontChanged()
+{
+    InvalidateRecalc();
+}
 
 TSize TQVBasicDisplayTitle::GetAutoSize() const
 {
@@ -154,8 +156,7 @@ TQVDisplayTitleCollectionItem::TQVDisplayTitleCollectionItem(TQLCollection* ACol
       // The view's constructor puts the title at the end of the view list; the collection
       // moves it behind the main title once the item has its place (NewItemCreated).
       FTitle(std::make_unique<TQVAdditionalDisplayTitle>(FDisplay, this))
-{
-}
+{}
 
 TQVDisplayTitleCollectionItem::~TQVDisplayTitleCollectionItem()
 {
@@ -163,7 +164,10 @@ TQVDisplayTitleCollectionItem::~TQVDisplayTitleCollectionItem()
     FDisplay->SetNeedsRecalc();
 }
 
-std::string TQVDisplayTitleCollectionItem::GetDisplayName() const { return FTitle->GetText(); }
+std::string TQVDisplayTitleCollectionItem::GetDisplayName() const
+{
+    return FTitle->GetText();
+}
 
 const TQLClassInfo& TQVDisplayTitleCollectionItem::StaticClassInfo()
 {
@@ -179,8 +183,7 @@ const TQLClassInfo& TQVDisplayTitleCollectionItem::StaticClassInfo()
 TQVDisplayTitleCollection::TQVDisplayTitleCollection(TQVDisplayTitle* AOwner, TQLLockPtr ALock,
                                                      TQVDisplayOwner* ADisplay)
     : TQVDisplayCollection<TQVDisplayTitleCollectionItem>(AOwner, std::move(ALock), ADisplay), FMainTitle(AOwner)
-{
-}
+{}
 
 void TQVDisplayTitleCollection::NewItemCreated(TQLCollectionItem* AItem)
 {
@@ -220,8 +223,7 @@ const TQLClassInfo& TQVDisplayTitleCollection::StaticClassInfo()
 TQVDisplayTitle::TQVDisplayTitle(TQVDisplayOwner* ADisplay)
     : TQVBasicDisplayTitle(ADisplay),
       FAdditionalTitles(std::make_unique<TQVDisplayTitleCollection>(this, GetLock(), ADisplay))
-{
-}
+{}
 
 TQVDisplayTitle::~TQVDisplayTitle() = default;
 

@@ -4,18 +4,20 @@
 
 namespace qv {
 
-TQLCanvasFont QVDefaultLabelFont() { return TQLCanvasFont{"Arial", 8, 0, 0xFFFFFFFF}; }
+TQLCanvasFont QVDefaultLabelFont()
+{
+    return TQLCanvasFont{"Arial", 8, 0, 0xFFFFFFFF};
+}
 
-TQVBasicOptionalLabel::TQVBasicOptionalLabel(TQLPersistent* AOwnerProperty, TQLLockPtr ALock,
-                                             TQLNotifyProc AOnChange, const TQLCanvasFont& AFontDefault,
-                                             bool ADefaultVisible)
+TQVBasicOptionalLabel::TQVBasicOptionalLabel(TQLPersistent* AOwnerProperty, TQLLockPtr ALock, TQLNotifyProc AOnChange,
+                                             const TQLCanvasFont& AFontDefault, bool ADefaultVisible)
     : TQLPersistentNotify(AOwnerProperty, std::move(ALock), std::move(AOnChange)), FVisibleDefault(ADefaultVisible),
       FVisible(ADefaultVisible),
       // A font change is a change of the label: it reaches the same closure.
-      FFont(std::make_unique<TQVDisplayFont>(this, GetLock(), [this] { NotifyProp(); }, AFontDefault.Name,
-                                             AFontDefault.Size, AFontDefault.Color, AFontDefault.Style))
-{
-}
+      FFont(std::make_unique<TQVDisplayFont>(
+          this, GetLock(), [this] { NotifyProp(); }, AFontDefault.Name, AFontDefault.Size, AFontDefault.Color,
+          AFontDefault.Style))
+{}
 
 TQVBasicOptionalLabel::~TQVBasicOptionalLabel() = default;
 

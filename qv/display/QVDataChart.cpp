@@ -7,7 +7,8 @@
 
 namespace qv {
 
-TQVDataChart::TQVDataChart() : FHighlighting(std::make_unique<TQVDataDisplayHighlighting>(this)) {}
+TQVDataChart::TQVDataChart() : FHighlighting(std::make_unique<TQVDataDisplayHighlighting>(this))
+{}
 
 TQVDataChart::~TQVDataChart() = default;
 

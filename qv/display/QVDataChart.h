@@ -6,9 +6,9 @@
 
 #include "qv/axes/QVAxisChannel.h"
 #include "qv/axes/QVScopeXAxis.h"
+#include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVHighlightInfo.h"
-#include "qv/axes/QVScopeYAxis.h"
 #include "qv/display/QVDataDisplay.h"
 #include "qv/pins/QWPins.h"
 

@@ -2,9 +2,9 @@
 #include "qv/component/QVLabelTemplate.h"
 
 #include "qv/channels/QVChannelMouseHitPoint.h"
-#include "qv/decor/QVDisplayTitle.h"
 #include "qv/component/QVDisplayComponent.h"
 #include "qv/component/QVDisplayZoom.h"
+#include "qv/decor/QVDisplayTitle.h"
 #include "qv/display/QVDisplayZoomList.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -53,7 +53,8 @@ void TQVDataDisplay::BeginDestroy()
 
 void TQVDataDisplay::SetColor(TAlphaColor AValue)
 {
-    GetBasicLock().Setter(FColor, AValue, [this] { InvalidateRecalc(); }, false);
+    GetBasicLock().Setter(
+        FColor, AValue, [this] { InvalidateRecalc(); }, false);
 }
 
 void TQVDataDisplay::SetCursor(TCursor AValue)
@@ -72,11 +73,20 @@ void TQVDataDisplay::SetDisplayCursor(TCursor AValue)
         FOnCursorChange(AValue);
 }
 
-void TQVDataDisplay::SetTitle(const TQVDisplayTitle* AValue) { FTitle->Assign(AValue); }
+void TQVDataDisplay::SetTitle(const TQVDisplayTitle* AValue)
+{
+    FTitle->Assign(AValue);
+}
 
-void TQVDataDisplay::SetNavigateMode(TQVDisplayNavigateMode AValue) { Set(FNavigateMode, AValue); }
+void TQVDataDisplay::SetNavigateMode(TQVDisplayNavigateMode AValue)
+{
+    Set(FNavigateMode, AValue);
+}
 
-void TQVDataDisplay::SetRefreshInterval(uint32_t AValue) { FRefreshTimer.SetInterval(std::max<uint32_t>(AValue, 1)); }
+void TQVDataDisplay::SetRefreshInterval(uint32_t AValue)
+{
+    FRefreshTimer.SetInterval(std::max<uint32_t>(AValue, 1));
+}
 
 void TQVDataDisplay::SetHold(bool AValue)
 {
@@ -265,8 +275,8 @@ struct TPrintScope {
 };
 } // namespace
 
-void TQVDataDisplay::IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWidth, float AHeight,
-                             bool /*AStretch*/, bool /*APrinting*/)
+void TQVDataDisplay::IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWidth, float AHeight, bool /*AStretch*/,
+                             bool /*APrinting*/)
 {
     if (!FCanvasFactory)
         throw std::logic_error("TQVDataDisplay::IntDraw: no canvas factory set");
@@ -282,8 +292,8 @@ void TQVDataDisplay::IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWi
     AGraphics.DrawBitmap(0, 0, Bitmap);
 }
 
-void TQVDataDisplay::IntRender(float AX, float AY, float AWidth, float AHeight, uint32_t* ABuffer,
-                               int32_t ABufferWidth, int32_t ABufferHeight)
+void TQVDataDisplay::IntRender(float AX, float AY, float AWidth, float AHeight, uint32_t* ABuffer, int32_t ABufferWidth,
+                               int32_t ABufferHeight)
 {
     if (!FVisible)
         return;
@@ -353,8 +363,8 @@ void TQVDataDisplay::DoLayerDraw(TQLCanvas& ACanvas, int32_t AWidth, int32_t AHe
 bool TQVDataDisplay::PaintIsDisabled() const
 {
     const TQLComponentState Busy = csLoading | csReading;
-    const bool Enabled = (FComponentState & Busy) == 0 && FHasParent && (FParentState & Busy) == 0 &&
-                         (FVisible || GetDesigning());
+    const bool Enabled =
+        (FComponentState & Busy) == 0 && FHasParent && (FParentState & Busy) == 0 && (FVisible || GetDesigning());
     return !Enabled;
 }
 
@@ -569,7 +579,10 @@ std::string TQVDataDisplay::GetMeasurementLabelText(const std::string& AValue, c
 
 // ---- Components ----
 
-void TQVDataDisplay::AddComponent(TQVDisplayComponent* AComponent) { FComponents.push_back(AComponent); }
+void TQVDataDisplay::AddComponent(TQVDisplayComponent* AComponent)
+{
+    FComponents.push_back(AComponent);
+}
 
 void TQVDataDisplay::RemoveComponent(TQVDisplayComponent* AComponent)
 {

@@ -116,8 +116,8 @@ public:
     // Renders the control into ABitmap through ACanvas, a surface over that bitmap.
     virtual void PaintToCanvas(TQLBitmap& ABitmap, TQLCanvas& ACanvas, bool APrinting);
     // The draw order of the whole control inside ARect, clipped to ARegion.
-    virtual void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect,
-                                  const TQLRegion& ARegion, bool APrinting);
+    virtual void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, const TQLRegion& ARegion,
+                                  bool APrinting);
     virtual void PaintOverlay(const TQLRegion& ARegion, bool APrinting) {}
     // Resizes the picture and rebuilds the surface over it, only on a real size change.
     void SetBitmapSize(int32_t AWidth, int32_t AHeight);
@@ -132,8 +132,8 @@ public:
                          bool APrinting);
     // Renders the control, alpha-composed, into a caller's buffer of premultiplied 32-bit
     // pixels (ABufferWidth by ABufferHeight), placed at (AX, AY).
-    virtual void IntRender(float AX, float AY, float AWidth, float AHeight, uint32_t* ABuffer,
-                           int32_t ABufferWidth, int32_t ABufferHeight);
+    virtual void IntRender(float AX, float AY, float AWidth, float AHeight, uint32_t* ABuffer, int32_t ABufferWidth,
+                           int32_t ABufferHeight);
     // Drawn as a layer of another control: a AWidth by AHeight picture at this control's
     // position on ACanvas.
     void DoLayerDraw(TQLCanvas& ACanvas, int32_t AWidth, int32_t AHeight, float AXCoeff, float AYCoeff,
@@ -429,4 +429,3 @@ private:
 };
 
 } // namespace qv
-

@@ -56,7 +56,10 @@ void ZoomDirectionTo(TQVDisplayAxis* AMain, const TQVDisplayAxisList& AAxes, dou
 
 } // namespace
 
-void TQVDataDisplay::SetZooming(const TQVDisplayZoom* AValue) { FZooming->Assign(AValue); }
+void TQVDataDisplay::SetZooming(const TQVDisplayZoom* AValue)
+{
+    FZooming->Assign(AValue);
+}
 
 // ---- History ----
 
@@ -125,9 +128,15 @@ void TQVDataDisplay::IntZoomToList(const TQVAxisZoomList& AList, TQVZoomOperatio
     InvalidateRefresh();
 }
 
-bool TQVDataDisplay::CanUndoZoom() const { return FUndoList->HasItems(); }
+bool TQVDataDisplay::CanUndoZoom() const
+{
+    return FUndoList->HasItems();
+}
 
-bool TQVDataDisplay::CanRedoZoom() const { return FRedoList->HasItems(); }
+bool TQVDataDisplay::CanRedoZoom() const
+{
+    return FRedoList->HasItems();
+}
 
 void TQVDataDisplay::ForgetZoomAxis(const TQVDisplayAxis* AAxis)
 {

@@ -1,8 +1,8 @@
 #include "qv/display/QVScope.h"
 
+#include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
-#include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/decor/QVDisplayTitle.h"
 #include "qv/foundation/QLClassBuilder.h"
 
@@ -30,7 +30,10 @@ TQVScope::~TQVScope()
     FDataView.reset();
 }
 
-TQVScopeDataView* TQVScope::GetDataView() const { return FDataView.get(); }
+TQVScopeDataView* TQVScope::GetDataView() const
+{
+    return FDataView.get();
+}
 
 void TQVScope::Print()
 {
@@ -76,8 +79,7 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
     ACanvas.FillRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});
 
     const TQVScopeElementFamilies& Elements = FElementFamilies;
-    Elements.Draw(ekExternalElements, ddpForeground, ACanvas, TRect{0, 0, GetPlotWidth(), GetPlotHeight()},
-                  APrinting);
+    Elements.Draw(ekExternalElements, ddpForeground, ACanvas, TRect{0, 0, GetPlotWidth(), GetPlotHeight()}, APrinting);
     Elements.Draw(ekCursorLinks, ddpBackground, ACanvas, ClipRect, APrinting);
     {
         // Backgrounds of zones and markers lie under the grid, inside the view.
@@ -183,7 +185,10 @@ void TQVScope::Loaded()
         Min->SetValue(0.0 - Min->GetValue());
 }
 
-void TQVScope::SetChannels(const TQVScopeChannels* AValue) { FChannels->Assign(AValue); }
+void TQVScope::SetChannels(const TQVScopeChannels* AValue)
+{
+    FChannels->Assign(AValue);
+}
 
 std::string TQVScope::GetFormatedLabelText() const
 {
@@ -272,12 +277,12 @@ void TQVScope::Invalidate()
 
 const TQLClassInfo& TQVScope::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVScope>("TQVScope", &TQVDataChart::StaticClassInfo())
-                                         .Property("Vertical", &TQVScope::GetVertical, &TQVScope::SetVertical, false)
-                                         .Collection("Channels", &TQVScope::GetChannels)
-                                         .Property("SizeLimit", &TQVScope::GetSizeLimit, &TQVScope::SetSizeLimit,
-                                                   uint32_t(0))
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVScope>("TQVScope", &TQVDataChart::StaticClassInfo())
+            .Property("Vertical", &TQVScope::GetVertical, &TQVScope::SetVertical, false)
+            .Collection("Channels", &TQVScope::GetChannels)
+            .Property("SizeLimit", &TQVScope::GetSizeLimit, &TQVScope::SetSizeLimit, uint32_t(0))
+            .Build();
     return Info;
 }
 

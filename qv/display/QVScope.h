@@ -5,14 +5,14 @@
 
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/channels/QVScopeOwner.h"
-#include "qv/display/QVDataChart.h"
 #include "qv/component/QVScopeElements.h"
+#include "qv/display/QVDataChart.h"
 #include "qv/foundation/QWCriticalSection.h"
 
 #include <atomic>
 #include <functional>
-#include <string>
 #include <memory>
+#include <string>
 
 namespace qv {
 

@@ -6,7 +6,10 @@
 
 namespace qv {
 
-TQLBitmap::TQLBitmap(int32_t AWidth, int32_t AHeight) { SetSize(AWidth, AHeight); }
+TQLBitmap::TQLBitmap(int32_t AWidth, int32_t AHeight)
+{
+    SetSize(AWidth, AHeight);
+}
 
 void TQLBitmap::SetSize(int32_t AWidth, int32_t AHeight)
 {

@@ -28,10 +28,7 @@ public:
     uint32_t* GetBits() { return FPixels.data(); }
     const uint32_t* GetBits() const { return FPixels.data(); }
     uint32_t* GetScanLine(int32_t AY) { return FPixels.data() + static_cast<size_t>(AY) * FWidth; }
-    const uint32_t* GetScanLine(int32_t AY) const
-    {
-        return FPixels.data() + static_cast<size_t>(AY) * FWidth;
-    }
+    const uint32_t* GetScanLine(int32_t AY) const { return FPixels.data() + static_cast<size_t>(AY) * FWidth; }
 
     // Checked single-pixel access; out-of-range coordinates raise std::out_of_range.
     uint32_t GetPixel(int32_t AX, int32_t AY) const;

@@ -21,7 +21,10 @@ void TQLCanvas::ApplyBrush(const TQVDisplayBrush& ABrush)
     Brush.SetStyle(ABrush.GetKind() == bkSolid ? bsSolid : bsClear);
 }
 
-void TQLCanvas::ApplyFont(const TQVDisplayFont& AFont) { FFont = AFont.ToCanvasFont(); }
+void TQLCanvas::ApplyFont(const TQVDisplayFont& AFont)
+{
+    FFont = AFont.ToCanvasFont();
+}
 
 void TQLCanvas::ResetDrawState()
 {
@@ -30,7 +33,10 @@ void TQLCanvas::ResetDrawState()
     FTextAngle = 0;
 }
 
-void TQLCanvas::SaveState() { FSaved.push_back(TSavedState{FPen, FBrush, FFont, FPenPos, FTextAngle}); }
+void TQLCanvas::SaveState()
+{
+    FSaved.push_back(TSavedState{FPen, FBrush, FFont, FPenPos, FTextAngle});
+}
 
 void TQLCanvas::RestoreState()
 {

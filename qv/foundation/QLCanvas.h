@@ -88,10 +88,7 @@ public:
     virtual void SetPixel(int32_t AX, int32_t AY, TAlphaColor AColor) = 0;
     virtual void EllipseRect(const TRect& ARect) { Ellipse(ARect.Left, ARect.Top, ARect.Right, ARect.Bottom); }
     virtual void Ellipse(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1) = 0;
-    virtual void RectangleRect(const TRect& ARect)
-    {
-        Rectangle(ARect.Left, ARect.Top, ARect.Right, ARect.Bottom);
-    }
+    virtual void RectangleRect(const TRect& ARect) { Rectangle(ARect.Left, ARect.Top, ARect.Right, ARect.Bottom); }
     virtual void Rectangle(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1) = 0;
     virtual void FillRect(const TRect& ARect) = 0;
     virtual void DrawFocusRect(const TRect& ARect) = 0;

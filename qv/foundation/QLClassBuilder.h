@@ -115,9 +115,7 @@ struct TQLGetterTraits<R (C::*)() const> {
 template <class C>
 class TQLClassBuilder {
 public:
-    TQLClassBuilder(std::string AName, const TQLClassInfo* AParent) : FName(std::move(AName)), FParent(AParent)
-    {
-    }
+    TQLClassBuilder(std::string AName, const TQLClassInfo* AParent) : FName(std::move(AName)), FParent(AParent) {}
 
     // A value property with no default: always stored.
     template <class G, class S>

@@ -42,8 +42,7 @@ class EQLPropertyError : public std::runtime_error {
 public:
     EQLPropertyError(const std::string& APath, const std::string& AMessage)
         : std::runtime_error(APath + ": " + AMessage), FPath(APath)
-    {
-    }
+    {}
     const std::string& GetPath() const { return FPath; }
 
 private:
@@ -54,7 +53,7 @@ struct TQLPropertyInfo {
     std::string Name;
     TQLPropertyKind Kind = pkInteger;
     const TQLEnumInfo* Enum = nullptr; // pkEnum, pkSet
-    int64_t MinValue = 0;               // integer range of the C++ type
+    int64_t MinValue = 0;              // integer range of the C++ type
     int64_t MaxValue = 0;
     bool Defined = false; // a defined property ("AxisIndex_"): stored, not shown
 
@@ -64,8 +63,8 @@ struct TQLPropertyInfo {
     std::function<TQLValue(const TQLPersistent&)> Default;
     // Overrides the default comparison when set.
     std::function<bool(const TQLPersistent&)> Stored;
-    std::function<TQLPersistent*(const TQLPersistent&)> Object;         // pkObject
-    std::function<TQLCollection*(const TQLPersistent&)> Collection;     // pkCollection
+    std::function<TQLPersistent*(const TQLPersistent&)> Object;     // pkObject
+    std::function<TQLCollection*(const TQLPersistent&)> Collection; // pkCollection
 
     bool IsStored(const TQLPersistent& AObject) const;
 };

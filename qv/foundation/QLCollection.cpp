@@ -20,9 +20,15 @@ TQLCollectionItem::~TQLCollectionItem()
     GetBasicLock().SetNotify({});
 }
 
-int32_t TQLCollectionItem::GetIndex() const { return FCollection ? FCollection->IndexOfItem(this) : -1; }
+int32_t TQLCollectionItem::GetIndex() const
+{
+    return FCollection ? FCollection->IndexOfItem(this) : -1;
+}
 
-std::string TQLCollectionItem::GetDisplayName() const { return GetClassInfo().GetName(); }
+std::string TQLCollectionItem::GetDisplayName() const
+{
+    return GetClassInfo().GetName();
+}
 
 void TQLCollectionItem::NotifyProp()
 {
@@ -30,7 +36,8 @@ void TQLCollectionItem::NotifyProp()
         FCollection->Update(this);
 }
 
-void TQLCollectionItem::BeforeDestruction() {}
+void TQLCollectionItem::BeforeDestruction()
+{}
 
 const TQLClassInfo& TQLCollectionItem::StaticClassInfo()
 {
@@ -38,15 +45,17 @@ const TQLClassInfo& TQLCollectionItem::StaticClassInfo()
     return Info;
 }
 
-void TQLNamedCollectionItem::SetName(const std::string& AValue) { Set(FName, AValue); }
+void TQLNamedCollectionItem::SetName(const std::string& AValue)
+{
+    Set(FName, AValue);
+}
 
 const TQLClassInfo& TQLNamedCollectionItem::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQLNamedCollectionItem>(
-                                         "TQLNamedCollectionItem", &TQLCollectionItem::StaticClassInfo())
-                                         .Property("Name", &TQLNamedCollectionItem::GetName,
-                                                   &TQLNamedCollectionItem::SetName, "")
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQLNamedCollectionItem>("TQLNamedCollectionItem", &TQLCollectionItem::StaticClassInfo())
+            .Property("Name", &TQLNamedCollectionItem::GetName, &TQLNamedCollectionItem::SetName, "")
+            .Build();
     return Info;
 }
 
@@ -76,7 +85,10 @@ TQLCollectionItem* TQLCollection::GetBaseItem(int32_t AIndex) const
     return FItems[static_cast<size_t>(AIndex)].get();
 }
 
-TQLCollectionItem* TQLCollection::AddItem() { return InsertItem(GetCount()); }
+TQLCollectionItem* TQLCollection::AddItem()
+{
+    return InsertItem(GetCount());
+}
 
 TQLCollectionItem* TQLCollection::InsertItem(int32_t AIndex)
 {
@@ -143,7 +155,10 @@ int32_t TQLCollection::IndexOfItem(const TQLCollectionItem* AItem) const
     return -1;
 }
 
-void TQLCollection::Update(TQLCollectionItem* /*AItem*/) { NotifyProp(); }
+void TQLCollection::Update(TQLCollectionItem* /*AItem*/)
+{
+    NotifyProp();
+}
 
 void TQLCollection::Assign(const TQLPersistent* ASource)
 {

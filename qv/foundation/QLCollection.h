@@ -20,8 +20,7 @@ class EQLListError : public std::out_of_range {
 public:
     explicit EQLListError(int64_t AIndex)
         : std::out_of_range("List index out of bounds (" + std::to_string(AIndex) + ")"), FIndex(AIndex)
-    {
-    }
+    {}
     int64_t GetIndex() const { return FIndex; }
 
 private:
@@ -117,12 +116,10 @@ class TQLTypedCollection : public TBase {
 public:
     template <class... Args>
     explicit TQLTypedCollection(Args&&... AArgs)
-        : TBase(std::forward<Args>(AArgs)...,
-                [](TQLCollection* ACollection) -> std::unique_ptr<TQLCollectionItem> {
-                    return std::make_unique<T>(ACollection);
-                })
-    {
-    }
+        : TBase(std::forward<Args>(AArgs)..., [](TQLCollection* ACollection) -> std::unique_ptr<TQLCollectionItem> {
+              return std::make_unique<T>(ACollection);
+          })
+    {}
 
     const TQLClassInfo& GetItemClassInfo() const override { return T::StaticClassInfo(); }
 
@@ -160,8 +157,7 @@ public:
         iterator() = default;
         iterator(const TQLTypedCollection* ACollection, int32_t APos, int32_t AStep)
             : FCollection(ACollection), FPos(APos), FStep(AStep)
-        {
-        }
+        {}
         T* operator*() const { return FCollection->GetNoLockItem(FPos); }
         iterator& operator++()
         {

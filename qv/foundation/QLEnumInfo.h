@@ -51,12 +51,12 @@ inline TQLEnumInfo QLMakeEnumInfo(const char* ATypeName, std::initializer_list<c
 
 // Declares the names of an enumeration whose values run 0, 1, 2, ... in the order given.
 // Use at namespace scope outside any namespace.
-#define QL_DECLARE_ENUM(EnumType, ...)                                                             \
-    template <>                                                                                    \
-    struct qv::TQLEnumTraits<EnumType> {                                                           \
-        static const qv::TQLEnumInfo& Info()                                                       \
-        {                                                                                          \
-            static const qv::TQLEnumInfo I = qv::detail::QLMakeEnumInfo(#EnumType, {__VA_ARGS__}); \
-            return I;                                                                              \
-        }                                                                                          \
+#define QL_DECLARE_ENUM(EnumType, ...)                                                                                 \
+    template <>                                                                                                        \
+    struct qv::TQLEnumTraits<EnumType> {                                                                               \
+        static const qv::TQLEnumInfo& Info()                                                                           \
+        {                                                                                                              \
+            static const qv::TQLEnumInfo I = qv::detail::QLMakeEnumInfo(#EnumType, {__VA_ARGS__});                     \
+            return I;                                                                                                  \
+        }                                                                                                              \
     };

@@ -126,8 +126,7 @@ public:
 protected:
     TQLBasicLock(std::shared_ptr<IQLLock> AParent, TQLNotifyProc ANotify)
         : FParent(std::move(AParent)), FNotify(std::move(ANotify))
-    {
-    }
+    {}
 
 private:
     template <class T>
@@ -163,8 +162,7 @@ class TQLLock : public TQLBasicLock {
 public:
     TQLLock(std::shared_ptr<IQLLock> AParent, TQLNotifyProc ANotify)
         : TQLBasicLock(std::move(AParent), std::move(ANotify))
-    {
-    }
+    {}
 };
 
 using TQLLockPtr = std::shared_ptr<IQLLock>;

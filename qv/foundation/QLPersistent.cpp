@@ -65,9 +65,13 @@ void TQLPersistent::NotifyProp()
         FOwner->ClasicNotifyProp(this);
 }
 
-void TQLPersistent::ClasicNotifyProp(TQLPersistent* /*ASender*/) { NotifyProp(); }
+void TQLPersistent::ClasicNotifyProp(TQLPersistent* /*ASender*/)
+{
+    NotifyProp();
+}
 
-void TQLPersistent::OwnerNameChanged(const std::string&, const std::string&) {}
+void TQLPersistent::OwnerNameChanged(const std::string&, const std::string&)
+{}
 
 void TQLPersistent::InitDefaults(const TQLPersistent* AOther)
 {
@@ -75,7 +79,8 @@ void TQLPersistent::InitDefaults(const TQLPersistent* AOther)
         Assign(AOther);
 }
 
-void TQLPersistent::Loaded() {}
+void TQLPersistent::Loaded()
+{}
 
 TQLPersistentNotify::TQLPersistentNotify(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify)
     : TQLPersistent(AOwner, ALock), FNotify(std::move(ANotify))

@@ -77,7 +77,10 @@ private:
 
 // Declares the class-info accessors of a settings class; the definition builds the
 // description with TQLClassBuilder.
-#define QL_CLASS_INFO()                                                                            \
-public:                                                                                            \
-    static const qv::TQLClassInfo& StaticClassInfo();                                              \
-    const qv::TQLClassInfo& GetClassInfo() const override { return StaticClassInfo(); }
+#define QL_CLASS_INFO()                                                                                                \
+public:                                                                                                                \
+    static const qv::TQLClassInfo& StaticClassInfo();                                                                  \
+    const qv::TQLClassInfo& GetClassInfo() const override                                                              \
+    {                                                                                                                  \
+        return StaticClassInfo();                                                                                      \
+    }

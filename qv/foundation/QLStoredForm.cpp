@@ -79,13 +79,15 @@ TQLStoredNode SaveValue(const TQLPropertyInfo& AProp, const TQLValue& AValue)
         break;
     }
     case pkObject:
-    case pkCollection:
-        break;
+    case pkCollection: break;
     }
     return Node;
 }
 
-[[noreturn]] void Fail(const std::string& APath, const std::string& AMessage) { throw EQLPropertyError(APath, AMessage); }
+[[noreturn]] void Fail(const std::string& APath, const std::string& AMessage)
+{
+    throw EQLPropertyError(APath, AMessage);
+}
 
 const char* KindText(TQLStoredNode::TKind AKind)
 {
@@ -148,8 +150,7 @@ TQLValue ReadValue(const std::string& APath, const TQLPropertyInfo& AProp, const
             Fail(APath, "expected a boolean, found " + Describe(ANode));
         return ANode.Bool;
     case pkInteger:
-    case pkUnsigned:
-        return ReadInteger(APath, AProp, ANode);
+    case pkUnsigned: return ReadInteger(APath, AProp, ANode);
     case pkReal:
         if (ANode.Kind == TQLStoredNode::snReal)
             return ANode.Real;
@@ -205,8 +206,7 @@ TQLValue ReadValue(const std::string& APath, const TQLPropertyInfo& AProp, const
         return Value;
     }
     case pkObject:
-    case pkCollection:
-        break;
+    case pkCollection: break;
     }
     Fail(APath, "not a value property");
 }
@@ -297,8 +297,8 @@ TQLStoredNode QLSaveObject(const TQLPersistent& AObject)
             }
             break;
         case pkCollection:
-            if (const TQLCollection* Owned = Prop->Collection(AObject); Owned && Owned->GetCount() > 0 &&
-                                                                        (!Prop->Stored || Prop->Stored(AObject))) {
+            if (const TQLCollection* Owned = Prop->Collection(AObject);
+                Owned && Owned->GetCount() > 0 && (!Prop->Stored || Prop->Stored(AObject))) {
                 TQLStoredNode List = TQLStoredNode::Of(TQLStoredNode::snList);
                 for (int32_t I = 0; I < Owned->GetCount(); ++I)
                     List.Items.push_back(QLSaveObject(*Owned->GetBaseItem(I)));

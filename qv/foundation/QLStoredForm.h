@@ -24,7 +24,7 @@ struct TQLStoredNode {
     int64_t Integer = 0;
     double Real = 0.0;
     std::string String;
-    std::vector<std::string> Names;                            // snNames: members of a set
+    std::vector<std::string> Names;                             // snNames: members of a set
     std::vector<std::pair<std::string, TQLStoredNode>> Members; // snObject, in order
     std::vector<TQLStoredNode> Items;                           // snList
 

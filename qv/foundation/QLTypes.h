@@ -24,10 +24,7 @@ struct TRect {
     int32_t Width() const { return Right - Left; }
     int32_t Height() const { return Bottom - Top; }
     bool IsEmpty() const { return Right <= Left || Bottom <= Top; }
-    bool Contains(const TPoint& P) const
-    {
-        return P.X >= Left && P.X < Right && P.Y >= Top && P.Y < Bottom;
-    }
+    bool Contains(const TPoint& P) const { return P.X >= Left && P.X < Right && P.Y >= Top && P.Y < Bottom; }
     friend bool operator==(const TRect&, const TRect&) = default;
 };
 
@@ -56,8 +53,14 @@ struct TQVRealRanges {
     friend bool operator==(const TQVRealRanges&, const TQVRealRanges&) = default;
 };
 
-inline TRect QLMakeRect(int32_t X0, int32_t Y0, int32_t X1, int32_t Y1) { return TRect{X0, Y0, X1, Y1}; }
-inline TPoint QLMakePoint(int32_t X, int32_t Y) { return TPoint{X, Y}; }
+inline TRect QLMakeRect(int32_t X0, int32_t Y0, int32_t X1, int32_t Y1)
+{
+    return TRect{X0, Y0, X1, Y1};
+}
+inline TPoint QLMakePoint(int32_t X, int32_t Y)
+{
+    return TPoint{X, Y};
+}
 
 // Rounds to the nearest integer, ties to even, the one rounding of value to pixel. NaN
 // gives 0 and values beyond the 32-bit range are held to it, so no conversion is undefined.

@@ -163,8 +163,7 @@ void ReduceBoth(const double* AData, size_t ACount, double& ALo, double& AHi)
 
 // The finite extremes equal the extremes of the numbers unless one of those is infinite; only
 // then, which real records rarely give, is the block read a second time.
-void ReduceFour(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo,
-                double& AFiniteHi)
+void ReduceFour(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo, double& AFiniteHi)
 {
     constexpr double Inf = std::numeric_limits<double>::infinity();
     ReduceBoth<TKeepAll>(AData, ACount, ALo, AHi);
@@ -214,16 +213,43 @@ void QVArrayConvert(const double* ASource, double* ADest, size_t ACount)
     if (ACount)
         std::memcpy(ADest, ASource, ACount * sizeof(double));
 }
-void QVArrayConvert(const float* ASource, double* ADest, size_t ACount) { ConvertBlock(ASource, ADest, ACount); }
-void QVArrayConvert(const int32_t* ASource, double* ADest, size_t ACount) { ConvertBlock(ASource, ADest, ACount); }
-void QVArrayConvert(const uint32_t* ASource, double* ADest, size_t ACount) { ConvertBlock(ASource, ADest, ACount); }
-void QVArrayConvert(const int64_t* ASource, double* ADest, size_t ACount) { ConvertBlock(ASource, ADest, ACount); }
-void QVArrayConvert(const uint64_t* ASource, double* ADest, size_t ACount) { ConvertBlock(ASource, ADest, ACount); }
-void QVArrayConvert(const int16_t* ASource, double* ADest, size_t ACount) { ConvertBlock(ASource, ADest, ACount); }
-void QVArrayConvert(const uint16_t* ASource, double* ADest, size_t ACount) { ConvertBlock(ASource, ADest, ACount); }
+void QVArrayConvert(const float* ASource, double* ADest, size_t ACount)
+{
+    ConvertBlock(ASource, ADest, ACount);
+}
+void QVArrayConvert(const int32_t* ASource, double* ADest, size_t ACount)
+{
+    ConvertBlock(ASource, ADest, ACount);
+}
+void QVArrayConvert(const uint32_t* ASource, double* ADest, size_t ACount)
+{
+    ConvertBlock(ASource, ADest, ACount);
+}
+void QVArrayConvert(const int64_t* ASource, double* ADest, size_t ACount)
+{
+    ConvertBlock(ASource, ADest, ACount);
+}
+void QVArrayConvert(const uint64_t* ASource, double* ADest, size_t ACount)
+{
+    ConvertBlock(ASource, ADest, ACount);
+}
+void QVArrayConvert(const int16_t* ASource, double* ADest, size_t ACount)
+{
+    ConvertBlock(ASource, ADest, ACount);
+}
+void QVArrayConvert(const uint16_t* ASource, double* ADest, size_t ACount)
+{
+    ConvertBlock(ASource, ADest, ACount);
+}
 
-double QVArrayMin(const double* AData, size_t ACount) { return Extreme<TLess>(AData, ACount, kInf); }
-double QVArrayMax(const double* AData, size_t ACount) { return Extreme<TGreater>(AData, ACount, -kInf); }
+double QVArrayMin(const double* AData, size_t ACount)
+{
+    return Extreme<TLess>(AData, ACount, kInf);
+}
+double QVArrayMax(const double* AData, size_t ACount)
+{
+    return Extreme<TGreater>(AData, ACount, -kInf);
+}
 
 bool QVArrayMinMax(const double* AData, size_t ACount, double& ALo, double& AHi)
 {
@@ -250,8 +276,7 @@ bool QVArrayFiniteMinMax(const double* AData, size_t ACount, double& ALo, double
     return true;
 }
 
-void QVArrayExtremes(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo,
-                     double& AFiniteHi)
+void QVArrayExtremes(const double* AData, size_t ACount, double& ALo, double& AHi, double& AFiniteLo, double& AFiniteHi)
 {
     ReduceFour(AData, ACount, ALo, AHi, AFiniteLo, AFiniteHi);
 }

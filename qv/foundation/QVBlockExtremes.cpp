@@ -17,7 +17,7 @@ namespace {
 // default build splits each vector into two SSE2 halves. The AVX2 copy is chosen at load
 // time on processors that have it.
 // Sanitizer builds keep one copy: the load-time choice runs before their runtime is ready.
-#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && !defined(__SANITIZE_THREAD__) && \
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && !defined(__SANITIZE_THREAD__) &&                \
     !defined(__SANITIZE_ADDRESS__)
 #define QV_BLOCK_CLONES __attribute__((target_clones("avx2", "default")))
 #else

@@ -13,8 +13,8 @@ namespace qv {
 
 void QVRaiseIndexError(const char* AOwner, int64_t AIndex, int64_t ASize)
 {
-    throw std::out_of_range(std::string(AOwner) + ": index " + std::to_string(AIndex) +
-                            " out of range (size " + std::to_string(ASize) + ")");
+    throw std::out_of_range(std::string(AOwner) + ": index " + std::to_string(AIndex) + " out of range (size " +
+                            std::to_string(ASize) + ")");
 }
 
 namespace {
@@ -114,9 +114,13 @@ int32_t ToInteger(T AValue, int32_t AIndex)
 
 // ---- TQVRealBuffer ----
 
-TQVRealBuffer::TQVRealBuffer(uint32_t ASize) { FData.Resize(CheckedSize(kReal, ASize), false); }
+TQVRealBuffer::TQVRealBuffer(uint32_t ASize)
+{
+    FData.Resize(CheckedSize(kReal, ASize), false);
+}
 
-TQVRealBuffer::TQVRealBuffer(const IQVRealBuffer& ABuffer) : TQVRealBuffer(static_cast<const IQVData&>(ABuffer)) {}
+TQVRealBuffer::TQVRealBuffer(const IQVRealBuffer& ABuffer) : TQVRealBuffer(static_cast<const IQVData&>(ABuffer))
+{}
 
 TQVRealBuffer::TQVRealBuffer(const IQVData& AData)
 {
@@ -136,17 +140,47 @@ void TQVRealBuffer::ConvertFrom(const T* AData, int64_t ACount)
     QVArrayConvert(AData, FData.Write(), FData.GetSize());
 }
 
-TQVRealBuffer::TQVRealBuffer(const double* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
-TQVRealBuffer::TQVRealBuffer(const float* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
-TQVRealBuffer::TQVRealBuffer(const int32_t* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
-TQVRealBuffer::TQVRealBuffer(const uint32_t* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
-TQVRealBuffer::TQVRealBuffer(const int64_t* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
-TQVRealBuffer::TQVRealBuffer(const uint64_t* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
-TQVRealBuffer::TQVRealBuffer(const int16_t* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
-TQVRealBuffer::TQVRealBuffer(const uint16_t* AData, int64_t ACount) { ConvertFrom(AData, ACount); }
+TQVRealBuffer::TQVRealBuffer(const double* AData, int64_t ACount)
+{
+    ConvertFrom(AData, ACount);
+}
+TQVRealBuffer::TQVRealBuffer(const float* AData, int64_t ACount)
+{
+    ConvertFrom(AData, ACount);
+}
+TQVRealBuffer::TQVRealBuffer(const int32_t* AData, int64_t ACount)
+{
+    ConvertFrom(AData, ACount);
+}
+TQVRealBuffer::TQVRealBuffer(const uint32_t* AData, int64_t ACount)
+{
+    ConvertFrom(AData, ACount);
+}
+TQVRealBuffer::TQVRealBuffer(const int64_t* AData, int64_t ACount)
+{
+    ConvertFrom(AData, ACount);
+}
+TQVRealBuffer::TQVRealBuffer(const uint64_t* AData, int64_t ACount)
+{
+    ConvertFrom(AData, ACount);
+}
+TQVRealBuffer::TQVRealBuffer(const int16_t* AData, int64_t ACount)
+{
+    ConvertFrom(AData, ACount);
+}
+TQVRealBuffer::TQVRealBuffer(const uint16_t* AData, int64_t ACount)
+{
+    ConvertFrom(AData, ACount);
+}
 
-double TQVRealBuffer::Min() const { return QVArrayMin(Read(), size_t(GetSize())); }
-double TQVRealBuffer::Max() const { return QVArrayMax(Read(), size_t(GetSize())); }
+double TQVRealBuffer::Min() const
+{
+    return QVArrayMin(Read(), size_t(GetSize()));
+}
+double TQVRealBuffer::Max() const
+{
+    return QVArrayMax(Read(), size_t(GetSize()));
+}
 
 // ---- What the real and integer buffers share ----
 
@@ -185,12 +219,14 @@ template class TQVNumberBuffer<IQVIntegerBuffer, int32_t>;
 
 // ---- TQVIntegerBuffer ----
 
-TQVIntegerBuffer::TQVIntegerBuffer(uint32_t ASize) { FData.Resize(CheckedSize(kInteger, ASize), false); }
+TQVIntegerBuffer::TQVIntegerBuffer(uint32_t ASize)
+{
+    FData.Resize(CheckedSize(kInteger, ASize), false);
+}
 
 TQVIntegerBuffer::TQVIntegerBuffer(const IQVIntegerBuffer& ABuffer)
     : TQVIntegerBuffer(static_cast<const IQVData&>(ABuffer))
-{
-}
+{}
 
 TQVIntegerBuffer::TQVIntegerBuffer(const IQVData& AData)
 {
@@ -218,12 +254,21 @@ TQVIntegerBuffer::TQVIntegerBuffer(const int32_t* AData, int64_t ACount)
 }
 
 // An empty buffer fails the range check of 0..-1.
-int32_t TQVIntegerBuffer::Min() const { return Min(0, GetSize() - 1); }
-int32_t TQVIntegerBuffer::Max() const { return Max(0, GetSize() - 1); }
+int32_t TQVIntegerBuffer::Min() const
+{
+    return Min(0, GetSize() - 1);
+}
+int32_t TQVIntegerBuffer::Max() const
+{
+    return Max(0, GetSize() - 1);
+}
 
 // ---- TQVComplexBuffer ----
 
-TQVComplexBuffer::TQVComplexBuffer(uint32_t ASize) { FData.Resize(CheckedSize(kComplex, ASize), false); }
+TQVComplexBuffer::TQVComplexBuffer(uint32_t ASize)
+{
+    FData.Resize(CheckedSize(kComplex, ASize), false);
+}
 
 TQVComplexBuffer::TQVComplexBuffer(const IQVData& AData)
 {
@@ -271,12 +316,21 @@ std::shared_ptr<IQVRealBuffer> TQVComplexBuffer::Part(int AWhich) const
     return Result;
 }
 
-std::shared_ptr<IQVRealBuffer> TQVComplexBuffer::GetRealPart() const { return Part(0); }
-std::shared_ptr<IQVRealBuffer> TQVComplexBuffer::GetImaginaryPart() const { return Part(1); }
+std::shared_ptr<IQVRealBuffer> TQVComplexBuffer::GetRealPart() const
+{
+    return Part(0);
+}
+std::shared_ptr<IQVRealBuffer> TQVComplexBuffer::GetImaginaryPart() const
+{
+    return Part(1);
+}
 
 // ---- TQVBlockBuffer ----
 
-TQVBlockBuffer::TQVBlockBuffer(uint32_t ASize) { FData.Resize(CheckedSize(kBlock, ASize), false); }
+TQVBlockBuffer::TQVBlockBuffer(uint32_t ASize)
+{
+    FData.Resize(CheckedSize(kBlock, ASize), false);
+}
 
 void TQVBlockBuffer::Resize(int32_t ASize, bool AKeepContent)
 {

@@ -33,11 +33,11 @@ template <class T>
 inline constexpr bool QVHasDataKind =
     std::is_same_v<T, double> || std::is_same_v<T, float> || std::is_same_v<T, int32_t> ||
     std::is_same_v<T, uint32_t> || std::is_same_v<T, int64_t> || std::is_same_v<T, uint64_t> ||
-    std::is_same_v<T, int16_t> || std::is_same_v<T, uint16_t> ||
-    std::is_same_v<T, std::complex<double>> || std::is_same_v<T, uint8_t>;
+    std::is_same_v<T, int16_t> || std::is_same_v<T, uint16_t> || std::is_same_v<T, std::complex<double>> ||
+    std::is_same_v<T, uint8_t>;
 
 template <class T>
-    requires QVHasDataKind<T>
+requires QVHasDataKind<T>
 inline constexpr TQVDataKind QVDataKindOf = std::is_same_v<T, double>     ? dkReal
                                             : std::is_same_v<T, float>    ? dkSingle
                                             : std::is_same_v<T, int32_t>  ? dkInteger
@@ -65,8 +65,8 @@ class TQVDataRef final : public IQVData {
 public:
     // Raises std::invalid_argument for a negative count, or a null pointer with a count.
     template <class T>
-        requires QVHasDataKind<T>
-    TQVDataRef(const T* AData, int32_t ACount) : FKind(QVDataKindOf<T>), FData(AData), FCount(ACount)
+    requires QVHasDataKind<T> TQVDataRef(const T* AData, int32_t ACount)
+        : FKind(QVDataKindOf<T>), FData(AData), FCount(ACount)
     {
         Check();
     }

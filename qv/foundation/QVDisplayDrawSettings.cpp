@@ -20,12 +20,11 @@ TQLPenStyle QVPenStyleOf(TQVStrokeDash ADash)
 
 // ---- TQVDisplayPen ----
 
-TQVDisplayPen::TQVDisplayPen(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify,
-                             TAlphaColor ADefaultColor, int32_t ADefaultWidth)
+TQVDisplayPen::TQVDisplayPen(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify, TAlphaColor ADefaultColor,
+                             int32_t ADefaultWidth)
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)), FColor(ADefaultColor),
       FColorDefault(ADefaultColor), FWidth(ADefaultWidth < 1 ? 1 : ADefaultWidth), FWidthDefault(FWidth)
-{
-}
+{}
 
 void TQVDisplayPen::SetColorDefault(TAlphaColor AValue)
 {
@@ -53,8 +52,7 @@ TQVDisplayBrush::TQVDisplayBrush(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNot
                                  TAlphaColor ADefaultColor, TQVBrushKind ADefaultKind)
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)), FColor(ADefaultColor),
       FColorDefault(ADefaultColor), FKind(ADefaultKind), FKindDefault(ADefaultKind)
-{
-}
+{}
 
 void TQVDisplayBrush::SetColorDefault(TAlphaColor AValue)
 {
@@ -69,10 +67,8 @@ const TQLClassInfo& TQVDisplayBrush::StaticClassInfo()
 {
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVDisplayBrush>("TQVDisplayBrush", &TQLPersistentNotify::StaticClassInfo())
-            .Color("Color", &TQVDisplayBrush::GetColor, &TQVDisplayBrush::SetColor,
-                   &TQVDisplayBrush::GetColorDefault)
-            .Property("Kind", &TQVDisplayBrush::GetKind, &TQVDisplayBrush::SetKind,
-                      &TQVDisplayBrush::GetKindDefault)
+            .Color("Color", &TQVDisplayBrush::GetColor, &TQVDisplayBrush::SetColor, &TQVDisplayBrush::GetColorDefault)
+            .Property("Kind", &TQVDisplayBrush::GetKind, &TQVDisplayBrush::SetKind, &TQVDisplayBrush::GetKindDefault)
             .Build();
     return Info;
 }
@@ -81,21 +77,19 @@ const TQLClassInfo& TQVDisplayBrush::StaticClassInfo()
 
 const TQLEnumInfo& QVFontStylesInfo()
 {
-    static const TQLEnumInfo Info{"TFontStyles",
-                                  {{fsBold, "fsBold"}, {fsItalic, "fsItalic"}, {fsUnderline, "fsUnderline"},
-                                   {fsStrikeOut, "fsStrikeOut"}},
-                                  true};
+    static const TQLEnumInfo Info{
+        "TFontStyles",
+        {{fsBold, "fsBold"}, {fsItalic, "fsItalic"}, {fsUnderline, "fsUnderline"}, {fsStrikeOut, "fsStrikeOut"}},
+        true};
     return Info;
 }
 
-TQVDisplayFont::TQVDisplayFont(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify,
-                               std::string ADefaultName, int32_t ADefaultSize, TAlphaColor ADefaultColor,
-                               TFontStyles ADefaultStyle)
-    : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)),
-      FDefault{std::move(ADefaultName), ADefaultSize, ADefaultStyle, ADefaultColor}, FName(FDefault.Name),
-      FSize(ADefaultSize), FStyle(ADefaultStyle), FColor(ADefaultColor)
-{
-}
+TQVDisplayFont::TQVDisplayFont(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify, std::string ADefaultName,
+                               int32_t ADefaultSize, TAlphaColor ADefaultColor, TFontStyles ADefaultStyle)
+    : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)), FDefault{std::move(ADefaultName), ADefaultSize,
+                                                                                  ADefaultStyle, ADefaultColor},
+      FName(FDefault.Name), FSize(ADefaultSize), FStyle(ADefaultStyle), FColor(ADefaultColor)
+{}
 
 const TQLClassInfo& TQVDisplayFont::StaticClassInfo()
 {

@@ -15,8 +15,8 @@ const TQLEnumInfo& QVFontStylesInfo();
 class TQVDisplayFont : public TQLPersistentNotify {
 public:
     TQVDisplayFont(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify = {},
-                   std::string ADefaultName = "Arial", int32_t ADefaultSize = 8,
-                   TAlphaColor ADefaultColor = 0xFFFFFFFF, TFontStyles ADefaultStyle = 0);
+                   std::string ADefaultName = "Arial", int32_t ADefaultSize = 8, TAlphaColor ADefaultColor = 0xFFFFFFFF,
+                   TFontStyles ADefaultStyle = 0);
 
     const std::string& GetName() const { return FName; }
     void SetName(const std::string& AValue) { Set(FName, AValue); }

@@ -66,7 +66,6 @@ void QVDisplayMarkerDrawSize(TQLCanvas& ACanvas, int32_t X, int32_t Y, TQVDispla
 
 } // namespace qv
 
-QL_DECLARE_ENUM(qv::TQVDisplayMarkerShape, "msDot", "msCircle", "msSquare", "msDiamond", "msPlus", "msCross",
-                "msStar", "msTriangleUp", "msTriangleDown", "msTriangleLeft", "msTriangleRight", "msHorzLine",
-                "msVertLine")
+QL_DECLARE_ENUM(qv::TQVDisplayMarkerShape, "msDot", "msCircle", "msSquare", "msDiamond", "msPlus", "msCross", "msStar",
+                "msTriangleUp", "msTriangleDown", "msTriangleLeft", "msTriangleRight", "msHorzLine", "msVertLine")
 QL_DECLARE_ENUM(qv::TQVScopePointsShape, "psCircle", "psSquare", "psDiamond", "psPlus", "psCross", "psStar")

@@ -31,8 +31,7 @@ public:
     TQVSharedArray(TQVSharedArray&& AOther) noexcept
         : FBlock(std::exchange(AOther.FBlock, nullptr)), FItems(std::exchange(AOther.FItems, nullptr)),
           FSize(std::exchange(AOther.FSize, 0))
-    {
-    }
+    {}
     TQVSharedArray& operator=(TQVSharedArray AOther) noexcept
     {
         std::swap(FBlock, AOther.FBlock);

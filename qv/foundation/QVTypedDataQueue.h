@@ -27,7 +27,8 @@ public:
     {
         std::lock_guard Lock(FSection);
         if (FList.size() >= size_t(INT32_MAX))
-            throw std::length_error("TQVTypedDataQueue: cannot hold more than " + std::to_string(FList.size()) + " values");
+            throw std::length_error("TQVTypedDataQueue: cannot hold more than " + std::to_string(FList.size()) +
+                                    " values");
         FList.push_back(std::move(AValue));
     }
 

@@ -14,14 +14,11 @@ namespace {
 std::shared_ptr<const IQVData> CopyOf(const IQVData& ABlock)
 {
     switch (ABlock.GetDataKind()) {
-    case dkInteger:
-        return std::make_shared<TQVIntegerBuffer>(ABlock);
-    case dkComplex:
-        return std::make_shared<TQVComplexBuffer>(ABlock);
+    case dkInteger: return std::make_shared<TQVIntegerBuffer>(ABlock);
+    case dkComplex: return std::make_shared<TQVComplexBuffer>(ABlock);
     case dkByte:
         throw std::invalid_argument("TQWBlockQueue: cannot queue a block of " + QVDataKindName(ABlock.GetDataKind()));
-    default:
-        return std::make_shared<TQVRealBuffer>(ABlock);
+    default: return std::make_shared<TQVRealBuffer>(ABlock);
     }
 }
 
@@ -37,8 +34,7 @@ std::shared_ptr<const IQVData> RestOf(const std::shared_ptr<const IQVData>& ABlo
     case dkComplex:
         return std::make_shared<TQVComplexBuffer>(
             static_cast<const std::complex<double>*>(ABlock->ReadData()) + AOffset, Count);
-    default:
-        return std::make_shared<TQVRealBuffer>(static_cast<const double*>(ABlock->ReadData()) + AOffset, Count);
+    default: return std::make_shared<TQVRealBuffer>(static_cast<const double*>(ABlock->ReadData()) + AOffset, Count);
     }
 }
 

@@ -86,8 +86,7 @@ class TQWSuppliedBufferPairOperation : public TQWOperation {
 public:
     explicit TQWSuppliedBufferPairOperation(std::vector<std::shared_ptr<const IQVData>> ABuffers)
         : FBuffers(std::move(ABuffers))
-    {
-    }
+    {}
     const std::vector<std::shared_ptr<const IQVData>>& GetBuffers() const { return FBuffers; }
 
 private:

@@ -33,10 +33,12 @@ public:
 
 TQWSinkPin::TQWSinkPin(std::initializer_list<TQVDataKind> AAccepted, TQWDispatchProc ADispatch)
     : FAccepted(AAccepted), FDispatch(std::make_shared<const TQWDispatchProc>(std::move(ADispatch)))
-{
-}
+{}
 
-TQWSinkPin::~TQWSinkPin() { Disconnect(); }
+TQWSinkPin::~TQWSinkPin()
+{
+    Disconnect();
+}
 
 bool TQWSinkPin::IsConnected() const
 {
@@ -102,11 +104,18 @@ void TQWSinkPin::Notify(const TQWOperation& AOperation)
 
 // ---- TQWSourcePin ----
 
-TQWSourcePin::TQWSourcePin(TQVDataKind AKind) : FLink(std::make_shared<TQWSourceLink>(AKind)) {}
+TQWSourcePin::TQWSourcePin(TQVDataKind AKind) : FLink(std::make_shared<TQWSourceLink>(AKind))
+{}
 
-TQWSourcePin::~TQWSourcePin() { DisconnectAll(); }
+TQWSourcePin::~TQWSourcePin()
+{
+    DisconnectAll();
+}
 
-TQVDataKind TQWSourcePin::GetDataKind() const { return FLink->Kind; }
+TQVDataKind TQWSourcePin::GetDataKind() const
+{
+    return FLink->Kind;
+}
 
 bool TQWSourcePin::IsConnected() const
 {
@@ -118,8 +127,8 @@ bool TQWSourcePin::IsConnected() const
 void TQWSourcePin::Connect(TQWSinkPin& ASink)
 {
     if (!ASink.Accepts(FLink->Kind))
-        throw std::invalid_argument("TQWSourcePin::Connect: the sink pin does not take " +
-                                    QVDataKindName(FLink->Kind) + " data");
+        throw std::invalid_argument("TQWSourcePin::Connect: the sink pin does not take " + QVDataKindName(FLink->Kind) +
+                                    " data");
     std::weak_ptr<TQWSinkPin> Sink = ASink.weak_from_this();
     if (Sink.expired())
         throw std::invalid_argument("TQWSourcePin::Connect: the sink pin is not held by a std::shared_ptr");
@@ -186,7 +195,10 @@ void TQWSourcePin::Notify(const TQWOperation& AOperation)
             Sink->Dispatch(AOperation, FLink->Kind, State);
 }
 
-bool TQWSourcePin::GetStreaming() const { return FLink->Streaming.load(std::memory_order_acquire); }
+bool TQWSourcePin::GetStreaming() const
+{
+    return FLink->Streaming.load(std::memory_order_acquire);
+}
 
 // ---- TQWPinList ----
 

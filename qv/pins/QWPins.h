@@ -96,8 +96,7 @@ class TQVQWComboRealIntComplexPairedQueuedSinkPin : public TQWQueuedSinkPin {
 public:
     explicit TQVQWComboRealIntComplexPairedQueuedSinkPin(TQWDispatchProc ADispatch)
         : TQWQueuedSinkPin({dkReal, dkInteger, dkComplex}, std::move(ADispatch))
-    {
-    }
+    {}
 };
 
 // Takes integer and real streams.
@@ -105,8 +104,7 @@ class TQVQWQueuedIntegerRealSinkPin : public TQWQueuedSinkPin {
 public:
     explicit TQVQWQueuedIntegerRealSinkPin(TQWDispatchProc ADispatch)
         : TQWQueuedSinkPin({dkInteger, dkReal}, std::move(ADispatch))
-    {
-    }
+    {}
 };
 
 class TQWSourcePin : public TQWPin {

@@ -86,15 +86,22 @@ TEST(AxisUnits, ExponentAndUnitTexts)
 {
     // Rate, auto scale, given exponent -> exponent.
     const std::vector<std::tuple<double, bool, int32_t, int32_t>> Exponents = {
-        {999.0, true, 7, 0}, {1000.0, true, 7, 3}, {999999.0, true, 0, 3}, {1e6, true, 0, 6}, {0.5, true, 0, 0},
-        {0.0005, true, 0, -3}, {-10.0, true, 0, 0}, {std::nan(""), true, 0, 0}, {1e6, false, 12, 12}};
+        {999.0, true, 7, 0},   {1000.0, true, 7, 3}, {999999.0, true, 0, 3},     {1e6, true, 0, 6},   {0.5, true, 0, 0},
+        {0.0005, true, 0, -3}, {-10.0, true, 0, 0},  {std::nan(""), true, 0, 0}, {1e6, false, 12, 12}};
     for (const auto& [Rate, Auto, Given, Expected] : Exponents)
         EXPECT_EQ(QVGetUnitExponent(Rate, Auto, Given), Expected) << Rate;
 
     const std::vector<std::tuple<int32_t, std::string, std::string>> Units = {
-        {0, "Sec", "Hz"}, {3, "mSec", "kHz"}, {6, "uSec", "MHz"}, {9, "nSec", "GHz"}, {-3, "Sec (E3)", "mHz"},
-        {-6, "Sec (E6)", "uHz"}, {-9, "Sec (E9)", "nHz"}, {12, "Sec (E-12)", "Hz (E-12)"},
-        {1, "Sec (E-1)", "Hz (E-1)"}, {INT32_MIN, "Sec (E2147483648)", "Hz (E2147483648)"}};
+        {0, "Sec", "Hz"},
+        {3, "mSec", "kHz"},
+        {6, "uSec", "MHz"},
+        {9, "nSec", "GHz"},
+        {-3, "Sec (E3)", "mHz"},
+        {-6, "Sec (E6)", "uHz"},
+        {-9, "Sec (E9)", "nHz"},
+        {12, "Sec (E-12)", "Hz (E-12)"},
+        {1, "Sec (E-1)", "Hz (E-1)"},
+        {INT32_MIN, "Sec (E2147483648)", "Hz (E2147483648)"}};
     for (const auto& [E, Time, Freq] : Units) {
         EXPECT_EQ(QVGetTimeUnitText(E), Time);
         EXPECT_EQ(QVGetFrequencyUnitText(E), Freq);

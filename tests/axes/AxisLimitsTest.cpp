@@ -142,8 +142,8 @@ TEST_F(AxisLimits, TheZoomWindowIsBroughtInsideTheEdgeRangesInOrder)
     EXPECT_EQ(Correct(-5.0, 500.0), (P{-5.0, 500.0}));
 
     Bound(Min->GetRange()->GetHigh(), 10.0);
-    EXPECT_EQ(Correct(15.0, 25.0), (P{10.0, 20.0}));  // shifted down, width kept
-    EXPECT_EQ(Correct(10.0, 25.0), (P{10.0, 25.0}));  // at the bound: strict test
+    EXPECT_EQ(Correct(15.0, 25.0), (P{10.0, 20.0})); // shifted down, width kept
+    EXPECT_EQ(Correct(10.0, 25.0), (P{10.0, 25.0})); // at the bound: strict test
     Min->GetRange()->GetHigh()->SetEnabled(false);
 
     Min->GetRange()->GetLow()->SetEnabled(true); // low bound 0

@@ -44,8 +44,13 @@ TEST_F(AxisMapping, LinearAxesPlainReversedAndTurned)
     EXPECT_EQ(XAxis.GetDirection(), adToRight);
     EXPECT_EQ(XAxis.GetPixelStart(), 60);
     EXPECT_EQ(XAxis.GetPixelLength(), 400);
-    ExpectPixels(XAxis, {{0.0, 60, 60}, {25.0, 160, 160}, {50.0, 260, 260}, {100.0, 460, 459}, {-10.0, 20, NoPlot},
-                         {0.625, 62, NoPlot}, {0.875, 64, NoPlot}});
+    ExpectPixels(XAxis, {{0.0, 60, 60},
+                         {25.0, 160, 160},
+                         {50.0, 260, 260},
+                         {100.0, 460, 459},
+                         {-10.0, 20, NoPlot},
+                         {0.625, 62, NoPlot},
+                         {0.875, 64, NoPlot}});
     // The inverse counts from the rectangle's outer right edge over 400 pixels.
     EXPECT_DOUBLE_EQ(XAxis.PixelToScale(260), 49.75);
     EXPECT_DOUBLE_EQ(XAxis.PixelToScale(60), -0.25);
@@ -137,8 +142,10 @@ TEST_F(AxisMapping, ScaleInfoGivesTheTickWalkItsOffsetAndFactor)
     };
     // A plain X axis counts as scale-reversed: its factor is negative. Equal limits: the
     // middle of the axis and a factor of 1.
-    const TCase Cases[] = {{&YAxis, smLinear, 0, 100, 0, 3},        {&XAxis, smLinear, 0, 100, 400, -4},
-                           {&YAxis, smLogarithmic, 0, 999, 0, 100}, {&YAxis, smLogarithmic, 5, 5, 150, 1}};
+    const TCase Cases[] = {{&YAxis, smLinear, 0, 100, 0, 3},
+                           {&XAxis, smLinear, 0, 100, 400, -4},
+                           {&YAxis, smLogarithmic, 0, 999, 0, 100},
+                           {&YAxis, smLogarithmic, 5, 5, 150, 1}};
     for (const TCase& C : Cases) {
         C.Axis->Mode = C.Mode;
         double Offset = 0.0, Scale = 0.0;

@@ -91,7 +91,7 @@ TEST(AxisLimitSettings, OptionalBoundsNotifyOnRealChangesAndRefuseNaN)
         EXPECT_EQ(ASender, &Bound);
         ++Changes;
     });
-    Bound.SetValue(2.0); // no change
+    Bound.SetValue(2.0);  // no change
     Bound.SetValue(-3.0); // positive only: becomes 0
     EXPECT_EQ(Bound.GetValue(), 0.0);
     EXPECT_EQ(Changes, 1);
@@ -105,7 +105,8 @@ TEST(AxisLimitSettings, AxisValuesStoreOnlyWhatDiffersFromTheirDefaults)
 {
     TAxisTestDisplay Display;
     int Notified = 0;
-    TQVMaxAxisValue Max(nullptr, &Display, [&] { ++Notified; }, 10.0, 9.0);
+    TQVMaxAxisValue Max(
+        nullptr, &Display, [&] { ++Notified; }, 10.0, 9.0);
     EXPECT_TRUE(QLSaveObject(Max).Members.empty());
 
     Max.SetValue(12.0);

@@ -47,8 +47,7 @@ class TTestAxis : public TQVDisplayAxis {
 public:
     TTestAxis(TQVDataDisplay* ADisplay, bool AYAxis, TQVViewAlign AAlign)
         : TQVDisplayAxis(ADisplay, AAlign), IsY(AYAxis)
-    {
-    }
+    {}
 
     TQVScaleMode GetIntScaleMode() const override { return Mode; }
     void SetIntScaleMode(TQVScaleMode AValue) override { Mode = AValue; }
@@ -208,7 +207,9 @@ struct TTickLog {
     TQVAxisTickProc Proc()
     {
         return [this](TQVTrackingOptionalAxis*, TQLCanvas&, bool AZero, int32_t, bool AMinor, double AValue,
-                      int32_t APosition) { Ticks.push_back(TTick{AValue, APosition, AMinor, AZero}); };
+                      int32_t APosition) {
+            Ticks.push_back(TTick{AValue, APosition, AMinor, AZero});
+        };
     }
     std::vector<int32_t> Positions(bool AMinor) const
     {

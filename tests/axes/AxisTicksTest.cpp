@@ -120,10 +120,10 @@ TEST_F(AxisTicks, DecascaleAxisMarksEveryMultipleOfEachDecade)
     YAxis.SetLimits(0.0, 1000.0);
     // Texts keep their distance unless every line is asked for.
     TTickLog Thin = Walk(YAxis);
-    EXPECT_EQ(Thin.MajorValues(), (std::vector<double>{0, 1, 2, 4, 6, 9, 20, 30, 50, 70, 100, 200, 300, 500, 700,
-                                                       1000}));
-    EXPECT_EQ(Thin.Positions(false), (std::vector<int32_t>{320, 290, 272, 250, 236, 220, 188, 171, 149, 135, 120, 90,
-                                                           72, 50, 35, 20}));
+    EXPECT_EQ(Thin.MajorValues(),
+              (std::vector<double>{0, 1, 2, 4, 6, 9, 20, 30, 50, 70, 100, 200, 300, 500, 700, 1000}));
+    EXPECT_EQ(Thin.Positions(false),
+              (std::vector<int32_t>{320, 290, 272, 250, 236, 220, 188, 171, 149, 135, 120, 90, 72, 50, 35, 20}));
     TTickLog All = Walk(YAxis, true, true);
     std::vector<double> Multiples{0};
     for (double Decade : {1.0, 10.0, 100.0})

@@ -36,9 +36,9 @@ TEST(ScaleTickText, NeighbouringTicksOfEveryScaleAndStepReadApartAndTrue)
 {
     // Tiny, huge, negative, crossing zero, far from zero, off round values, at the extremes.
     const std::vector<std::pair<double, double>> Scales = {
-        {0, 1},         {-1, 1},           {-250, -10},      {0, 1e-9},        {-3e-12, 7e-12},
-        {1e12, 1.005e12}, {0, 7.3e15},     {-4e20, 9e20},    {1000, 1000.001}, {-0.0375, 0.0115},
-        {12.7, 13.9},   {0, 3e-300},       {-1e300, 1e300},  {99999, 100001},  {-123456, 789012}};
+        {0, 1},           {-1, 1},     {-250, -10},     {0, 1e-9},        {-3e-12, 7e-12},
+        {1e12, 1.005e12}, {0, 7.3e15}, {-4e20, 9e20},   {1000, 1000.001}, {-0.0375, 0.0115},
+        {12.7, 13.9},     {0, 3e-300}, {-1e300, 1e300}, {99999, 100001},  {-123456, 789012}};
     for (const bool Scientific : {false, true})
         for (const auto& [Min, Max] : Scales) {
             const double Range = Max - Min;
@@ -51,8 +51,8 @@ TEST(ScaleTickText, NeighbouringTicksOfEveryScaleAndStepReadApartAndTrue)
                         continue;
                     std::string Previous;
                     for (double Tick = std::ceil(Min / Step) * Step; Tick <= Max; Tick += Step) {
-                        SCOPED_TRACE(::testing::Message() << Min << ".." << Max << " step " << Step << " at "
-                                                          << Tick << (Scientific ? " sci" : ""));
+                        SCOPED_TRACE(::testing::Message() << Min << ".." << Max << " step " << Step << " at " << Tick
+                                                          << (Scientific ? " sci" : ""));
                         const std::string Text = QVGetScaleTickText(Tick, Min, Max, false, 3, Scientific);
                         EXPECT_NE(Text, Previous);
                         Previous = Text;
@@ -106,7 +106,7 @@ TEST(ScaleTickText, ExactFormsOfPlainScientificFixedAndDegenerateInput)
         {std::nan(""), 0, 1, false, 3, false, "NaN"},
         {HUGE_VAL, 0, 1, false, 3, true, "INF"},
         {-HUGE_VAL, 0, 1, true, 3, false, "-INF"},
-        {5, 5, 5, false, 3, false, "5"},             // no width: the value's size
+        {5, 5, 5, false, 3, false, "5"},              // no width: the value's size
         {0.25, 0, HUGE_VAL, false, 3, false, "0.25"}, // unbounded
     };
     for (const TCase& C : Cases)

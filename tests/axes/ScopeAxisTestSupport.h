@@ -68,11 +68,11 @@ inline TLimits Zoomed(const TQVLimitCachedMinMaxValue& AScale)
     return {AScale.GetZoomed().GetMin().GetValue(), AScale.GetZoomed().GetMax().GetValue()};
 }
 
-#define EXPECT_LIMITS(ALimits, AMin, AMax)                                                         \
-    do {                                                                                           \
-        const ::qvtest::TLimits L_ = (ALimits);                                                    \
-        EXPECT_NEAR(L_.Min, (AMin), 1e-9);                                                         \
-        EXPECT_NEAR(L_.Max, (AMax), 1e-9);                                                         \
+#define EXPECT_LIMITS(ALimits, AMin, AMax)                                                                             \
+    do {                                                                                                               \
+        const ::qvtest::TLimits L_ = (ALimits);                                                                        \
+        EXPECT_NEAR(L_.Min, (AMin), 1e-9);                                                                             \
+        EXPECT_NEAR(L_.Max, (AMax), 1e-9);                                                                             \
     } while (0)
 
 } // namespace qvtest

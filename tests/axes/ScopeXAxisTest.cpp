@@ -219,7 +219,7 @@ TEST(ScopeXAxis, PanStaysInsideTheDataBouncesOffLowBoundsAndFollowsThePrintedSta
     X.Window(20.0, 40.0);
     EXPECT_LIMITS(Zoomed(X.GetScaleTick()), 20.0, 40.0);
     EXPECT_DOUBLE_EQ(X.Pan(10.0), 10.0);
-    EXPECT_DOUBLE_EQ(X.Pan(70.0), 60.0);  // up to the end of the data
+    EXPECT_DOUBLE_EQ(X.Pan(70.0), 60.0);   // up to the end of the data
     EXPECT_DOUBLE_EQ(X.Pan(-30.0), -20.0); // down to its start
 
     Bound(X.GetMax()->GetRange()->GetHigh(), 50.0);

@@ -48,8 +48,7 @@ TEST(ChannelBuffer, RingFollowsPlainModelUnderRandomAppendsAndDrops)
                 std::vector<double> Block(static_cast<size_t>(Count));
                 for (double& V : Block)
                     V = Next++;
-                const int32_t Drop = Limit == 0 ? 0
-                                                : std::max<int32_t>(0, Ring.GetSize() + Count - int32_t(Limit));
+                const int32_t Drop = Limit == 0 ? 0 : std::max<int32_t>(0, Ring.GetSize() + Count - int32_t(Limit));
                 const int32_t Take = Limit == 0 ? Count : std::min<int32_t>(Count, int32_t(Limit));
                 Ring.DropFront(std::min(Drop, Ring.GetSize()));
                 Model.erase(Model.begin(), Model.begin() + std::min<ptrdiff_t>(Drop, ptrdiff_t(Model.size())));
@@ -139,7 +138,7 @@ TEST(ChannelBuffer, LargeBlocksComeBackThroughTheRecyclerOnlyWhenNobodyHoldsThem
         const double* Second = Writer.Read();
         ASSERT_NE(Second, First);
         EXPECT_EQ(Draw->GetItem(N - 1), 1.0);
-        Draw = Writer.Share();   // the first block's last holder lets go: it is kept
+        Draw = Writer.Share(); // the first block's last holder lets go: it is kept
         EXPECT_EQ(Recycler->GetBytes(), int64_t(N) * 8);
         Writer.Assign(A.data(), N);
         EXPECT_EQ(Writer.Read(), First) << "the kept block is written again";

@@ -197,8 +197,7 @@ TEST_F(ChannelData, BadInputRaisesAndLeavesTheChannelAsItWas)
     ExpectError([&] { Data->AddYData(static_cast<const float*>(nullptr), 4); }, "null buffer with size 4");
     ExpectError([&] { Data->AddXYData(Seq(0, 2).data(), static_cast<const double*>(nullptr), 2); }, "size 2");
     ExpectError([&] { Data->SetYData(std::shared_ptr<IQVRealBuffer>()); }, "null buffer");
-    ExpectError([&] { Data->AddXYData(QVCreateIntegerBuffer(), std::shared_ptr<IQVIntegerBuffer>()); },
-                "null buffer");
+    ExpectError([&] { Data->AddXYData(QVCreateIntegerBuffer(), std::shared_ptr<IQVIntegerBuffer>()); }, "null buffer");
     ExpectError([&] { Data->SetSampleRate(std::nan("")); }, "nan");
     ExpectError([&] { Data->SetSampleRate(-5); }, "-5");
     ExpectError([&] { Data->GetXData(nullptr); }, "null destination for 2");

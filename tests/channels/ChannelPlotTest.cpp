@@ -39,7 +39,7 @@ TEST(ChannelPlotSlice, RampIsCutToTheViewWithItsMarginsAndOtherRecordsStayWhole)
     EXPECT_EQ(QVScreenSlice(2000, true, false, 100, 0, 1999, 500, 999).Start, 500);
     const TQVScreenSlice S = QVScreenSlice(2000, true, false, 250, 0, 1999, 500, 999);
     EXPECT_EQ(S.Start, 496);
-    EXPECT_EQ(S.Count, 499 + 8); // round(2000 * 499 / 1999)
+    EXPECT_EQ(S.Count, 499 + 8);                                                   // round(2000 * 499 / 1999)
     EXPECT_EQ(QVScreenSlice(2000, true, true, 100, 0, 1999, 500, 999).Start, 496); // logarithmic X
     EXPECT_EQ(QVScreenSlice(2000, true, false, 100, 0, 1999, -100, 999).Count, 999 + 8);
     const TQVScreenSlice End = QVScreenSlice(2000, true, false, 100, 0, 1999, 1900, 3000);
@@ -48,7 +48,7 @@ TEST(ChannelPlotSlice, RampIsCutToTheViewWithItsMarginsAndOtherRecordsStayWhole)
     EXPECT_EQ(QVScreenSlice(2000, true, false, 0, 0, 1999, 5000, 6000).Count, 0);
     EXPECT_EQ(QVScreenSlice(2000, true, false, 0, 0, 1999, -6000, -5000).Count, 0);
     EXPECT_EQ(QVScreenSlice(2000, false, false, 100, 0, 1999, 500, 999).Count, 2000); // explicit X
-    EXPECT_EQ(QVScreenSlice(1, true, false, 100, 5, 5, 0, 10).Count, 1);               // no X extent
+    EXPECT_EQ(QVScreenSlice(1, true, false, 100, 5, 5, 0, 10).Count, 1);              // no X extent
 
     EXPECT_FALSE(QVIsDownsampled(true, false, 500, 1008));
     EXPECT_TRUE(QVIsDownsampled(true, false, 500, 1009));
@@ -69,8 +69,8 @@ TEST(ChannelPlotDownsample, ColumnsSkipNaNClampEdgesAndBreakInFrontOfGaps)
     const std::vector<int32_t> Gaps{5, 10}; // inside column 1, and at the start of column 3
     std::vector<int32_t> OX(8), OG(2), First(4);
     std::vector<double> OY(8);
-    const TQVDownsampled R = QVDownsampleMinMax(Y.data(), X.data(), 14, 0, 3, Gaps.data(), 2, OX.data(), OY.data(),
-                                                First.data(), OG.data());
+    const TQVDownsampled R =
+        QVDownsampleMinMax(Y.data(), X.data(), 14, 0, 3, Gaps.data(), 2, OX.data(), OY.data(), First.data(), OG.data());
     ASSERT_EQ(R.Points, 8);
     EXPECT_EQ(OX, (std::vector<int32_t>{0, 0, 1, 1, 2, 2, 3, 3}));
     EXPECT_TRUE(std::isnan(OY[2]) && std::isnan(OY[3])); // no number: missing
@@ -92,15 +92,15 @@ TEST(ChannelPlotDownsample, RampColumnsFromThePixelFormulaMatchSampleBySampleMap
         int32_t Low, High;
     };
     const TCase Cases[] = {
-        {100000, 0.0, 499.0 / 99999.0, 0.0, 0, 499},          // the whole record in 500 columns
-        {100003, 0.0, 0.0031, 17.25, 10, 309},                // non-integer samples per column
-        {50000, 12345.0, 0.0125, -200.4, 0, 399},             // a zoomed window: both ends beyond
-        {40000, 0.0, -0.01, 399.7, 0, 399},                   // reversed: X runs right to left
-        {30000, -7.0, 0.5, 0.0, 0, 999},                      // two samples per column
-        {20000, 0.0, 2.5, -1000.0, 0, 999},                   // more columns than samples
-        {65536, 0.0, 1.0 / 64.0, 0.5, 0, 1023},               // exact .5 boundaries (ties to even)
-        {10, 0.0, 100.0, 0.0, 0, 3},                          // far off both edges after sample 0
-        {1, 5.0, 1.0, 0.0, 0, 9},                             // a single sample
+        {100000, 0.0, 499.0 / 99999.0, 0.0, 0, 499}, // the whole record in 500 columns
+        {100003, 0.0, 0.0031, 17.25, 10, 309},       // non-integer samples per column
+        {50000, 12345.0, 0.0125, -200.4, 0, 399},    // a zoomed window: both ends beyond
+        {40000, 0.0, -0.01, 399.7, 0, 399},          // reversed: X runs right to left
+        {30000, -7.0, 0.5, 0.0, 0, 999},             // two samples per column
+        {20000, 0.0, 2.5, -1000.0, 0, 999},          // more columns than samples
+        {65536, 0.0, 1.0 / 64.0, 0.5, 0, 1023},      // exact .5 boundaries (ties to even)
+        {10, 0.0, 100.0, 0.0, 0, 3},                 // far off both edges after sample 0
+        {1, 5.0, 1.0, 0.0, 0, 9},                    // a single sample
     };
     for (const TCase& C : Cases) {
         std::vector<double> X(size_t(C.Count)), Y(size_t(C.Count));
@@ -126,9 +126,9 @@ TEST(ChannelPlotDownsample, RampColumnsFromThePixelFormulaMatchSampleBySampleMap
         const TQVDownsampled E =
             QVDownsampleMinMax(Y.data(), Pixels.data(), C.Count, C.Low, C.High, Gaps.data(), int32_t(Gaps.size()),
                                EX.data(), EY.data(), EFirst.data(), EGaps.data());
-        const TQVDownsampled G = QVDownsampleRampMinMax(Y.data(), X.data(), C.Count, C.Scale, C.Offset, C.Low,
-                                                        C.High, Gaps.data(), int32_t(Gaps.size()), GX.data(),
-                                                        GY.data(), GFirst.data(), GGaps.data());
+        const TQVDownsampled G =
+            QVDownsampleRampMinMax(Y.data(), X.data(), C.Count, C.Scale, C.Offset, C.Low, C.High, Gaps.data(),
+                                   int32_t(Gaps.size()), GX.data(), GY.data(), GFirst.data(), GGaps.data());
         SCOPED_TRACE("count " + std::to_string(C.Count) + ", scale " + std::to_string(C.Scale));
         ASSERT_GT(E.Points, 0);
         ASSERT_EQ(E.Points, G.Points);

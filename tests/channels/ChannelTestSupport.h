@@ -42,10 +42,22 @@ protected:
         Result.resize(static_cast<size_t>(AGetter(Result.data(), int32_t(Result.size()))));
         return Result;
     }
-    std::vector<double> X() const { return Read([&](double* P, int32_t N) { return Data->GetXData(P, N); }); }
-    std::vector<double> Y() const { return Read([&](double* P, int32_t N) { return Data->GetYData(P, N); }); }
-    std::vector<double> DrawX() const { return Read([&](double* P, int32_t N) { return Data->GetDrawXData(P, N); }); }
-    std::vector<double> DrawY() const { return Read([&](double* P, int32_t N) { return Data->GetDrawYData(P, N); }); }
+    std::vector<double> X() const
+    {
+        return Read([&](double* P, int32_t N) { return Data->GetXData(P, N); });
+    }
+    std::vector<double> Y() const
+    {
+        return Read([&](double* P, int32_t N) { return Data->GetYData(P, N); });
+    }
+    std::vector<double> DrawX() const
+    {
+        return Read([&](double* P, int32_t N) { return Data->GetDrawXData(P, N); });
+    }
+    std::vector<double> DrawY() const
+    {
+        return Read([&](double* P, int32_t N) { return Data->GetDrawYData(P, N); });
+    }
     std::vector<int32_t> Gaps() const { return Ints(*Channel->GetGapsBuffer()); }
     std::vector<int32_t> DrawGaps() const { return Ints(*Channel->GetDrawGapsBuffer()); }
     void Add(std::vector<double> AValues, bool ASeparate = false)

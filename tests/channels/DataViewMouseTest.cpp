@@ -2,8 +2,8 @@
 // drag zooms nothing, the zoom mode limits the axes, and the data stays frozen while the box
 // is dragged.
 #include "qv/QVScope.h"
-#include "qv/channels/QVScopeDataView.h"
 #include "qv/axes/QVDisplayAxisZoomSettings.h"
+#include "qv/channels/QVScopeDataView.h"
 #include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>

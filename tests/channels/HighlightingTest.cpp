@@ -21,8 +21,8 @@ TEST(Highlighting, DefaultsStoreNothingAndChangesRoundTripAndRepaint)
 {
     THighlightDisplay Display;
     TQVDataDisplayHighlighting H(&Display);
-    for (const TQVDisplayItemHighlighting* Kind : {H.GetMarkers(), H.GetCursors(), H.GetLabels(), H.GetCursorLinks(),
-                                                   H.GetZones(), H.GetEllipses()})
+    for (const TQVDisplayItemHighlighting* Kind :
+         {H.GetMarkers(), H.GetCursors(), H.GetLabels(), H.GetCursorLinks(), H.GetZones(), H.GetEllipses()})
         EXPECT_TRUE(Kind->GetHiglightLegendButton() && Kind->GetHiglightFromLegend() && Kind->GetHiglightFromMouse() &&
                     Kind->GetColor() == 0xFFE67FE7u);
     // Channels and channel links do not light from the mouse unless asked.

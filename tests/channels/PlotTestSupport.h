@@ -4,10 +4,10 @@
 
 #include "axes/AxisTestSupport.h"
 #include "channels/ChannelTestSupport.h"
-#include "qv/channels/QVScopeDataView.h"
 #include "qv/axes/QVScopeXAxis.h"
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelPlot.h"
+#include "qv/channels/QVScopeDataView.h"
 
 #include <map>
 #include <utility>

@@ -16,7 +16,10 @@ namespace {
 using ScopeChannel = TChannelFixture;
 using V = std::vector<double>;
 
-V Of(const IQVRealBuffer& ABuffer) { return V(ABuffer.Read(), ABuffer.Read() + ABuffer.GetSize()); }
+V Of(const IQVRealBuffer& ABuffer)
+{
+    return V(ABuffer.Read(), ABuffer.Read() + ABuffer.GetSize());
+}
 
 TEST_F(ScopeChannel, DrawStageStaysFrozenUntilTheNextRefreshAndUnderHold)
 {
@@ -29,7 +32,7 @@ TEST_F(ScopeChannel, DrawStageStaysFrozenUntilTheNextRefreshAndUnderHold)
     Channel->ClearDataChanged();
 
     const auto DrawXBuffer = Channel->GetXDrawDataBuffer(); // what painting holds
-    for (int i = 0; i < 21; ++i) // round the ring more than twice
+    for (int i = 0; i < 21; ++i)                            // round the ring more than twice
         Data->AddYPoint(100 + i, i % 5 == 0);
     Add(Seq(200, 3));
     Data->AddXYData(Seq(0, 2).data(), Seq(0, 2).data(), 2);
@@ -59,8 +62,8 @@ TEST_F(ScopeChannel, DrawStageStaysFrozenUntilTheNextRefreshAndUnderHold)
     int32_t Size = 0;
     Channel->GetMinMaxSize(Min, Max, Size);
     const V NewX = X();
-    EXPECT_EQ(V({Min, Max, double(Size)}), V({*std::min_element(NewX.begin(), NewX.end()),
-                                              *std::max_element(NewX.begin(), NewX.end()), 8.0}));
+    EXPECT_EQ(V({Min, Max, double(Size)}),
+              V({*std::min_element(NewX.begin(), NewX.end()), *std::max_element(NewX.begin(), NewX.end()), 8.0}));
     ExpectError([&] { Data->GetDrawSampleX(8); }, "index 8");
 
     // Hold keeps the draw stage while data arrives; releasing shows the newest data at once.

@@ -57,7 +57,6 @@ public:
         TQVDataDisplay::ClasicNotifyProp(ASender);
     }
     int Changes = 0;
-
 };
 
 // A client view: takes what the strips leave.
@@ -71,8 +70,7 @@ class TFixedStrip : public TQVOptionalView {
 public:
     TFixedStrip(TQVDataDisplay* ADisplay, TQVViewAlign AAlign, int32_t AThickness)
         : TQVOptionalView(ADisplay, AAlign), Thickness(AThickness)
-    {
-    }
+    {}
     TSize GetAutoSize() const override { return TSize{Thickness, Thickness}; }
     int32_t Thickness;
 };

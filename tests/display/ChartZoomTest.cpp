@@ -9,8 +9,14 @@ namespace {
 
 using namespace qv;
 
-double WindowMin(const TQVDisplayAxis* AAxis) { return AAxis->GetScaleTick().GetZoomed().GetMin().GetValue(); }
-double WindowMax(const TQVDisplayAxis* AAxis) { return AAxis->GetScaleTick().GetZoomed().GetMax().GetValue(); }
+double WindowMin(const TQVDisplayAxis* AAxis)
+{
+    return AAxis->GetScaleTick().GetZoomed().GetMin().GetValue();
+}
+double WindowMax(const TQVDisplayAxis* AAxis)
+{
+    return AAxis->GetScaleTick().GetZoomed().GetMax().GetValue();
+}
 
 class TChartZoom : public ::testing::Test {
 protected:

@@ -12,8 +12,14 @@ using namespace qvtest;
 
 namespace {
 
-TQVBasicScopeYAxis* AddYAxis(TQVScope& AScope) { return AScope.GetYAxis()->GetAdditionalAxes()->Add()->GetAxis(); }
-TQVBasicScopeXAxis* AddXAxis(TQVScope& AScope) { return AScope.GetXAxis()->GetAdditionalAxes()->Add()->GetAxis(); }
+TQVBasicScopeYAxis* AddYAxis(TQVScope& AScope)
+{
+    return AScope.GetYAxis()->GetAdditionalAxes()->Add()->GetAxis();
+}
+TQVBasicScopeXAxis* AddXAxis(TQVScope& AScope)
+{
+    return AScope.GetXAxis()->GetAdditionalAxes()->Add()->GetAxis();
+}
 
 TQLStoredNode Text(const std::string& AText)
 {

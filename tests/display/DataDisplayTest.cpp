@@ -1,9 +1,9 @@
 // The display frame: refresh cycle, hold, destroy guard, painting entry points, mouse
 // dispatch and label templates.
-#include "qv/display/QVDataDisplay.h"
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/component/QVDisplayComponent.h"
 #include "qv/component/QVDisplayView.h"
+#include "qv/display/QVDataDisplay.h"
 #include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>
@@ -53,8 +53,7 @@ class TProbeComponent : public TQVDisplayComponent {
 public:
     TProbeComponent(TProbeDisplay& ADisplay, std::string AName, TRect ARect, bool AToolBar = false)
         : TQVDisplayComponent(&ADisplay), Name(std::move(AName)), Rect(ARect), ToolBar(AToolBar), Log(ADisplay.Log)
-    {
-    }
+    {}
     TRect IntGetDrawRect() const override { return Visible ? Rect : TRect{}; }
     bool IsVisible() const override { return Visible; }
     bool IsToolBar() const override { return ToolBar; }

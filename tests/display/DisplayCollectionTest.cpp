@@ -1,9 +1,9 @@
 // A display's collections and items: changes repaint the display, new coloured items take
 // the least used palette colour, selectable items report the mouse, optional items hide.
-#include "qv/display/QVDataDisplay.h"
 #include "qv/component/QVDisplayCollection.h"
 #include "qv/component/QVDisplayCollectionItem.h"
 #include "qv/component/QVDisplayPersistent.h"
+#include "qv/display/QVDataDisplay.h"
 #include "qv/foundation/QLClassBuilder.h"
 #include "qv/foundation/QLStoredForm.h"
 #include "qv/foundation/QVDisplayPen.h"
@@ -20,7 +20,10 @@ namespace {
 
 class TTestDisplay : public TQVDataDisplay {
 public:
-    TTestDisplay() { SetOnInvalidate([this] { ++Invalidations; }); }
+    TTestDisplay()
+    {
+        SetOnInvalidate([this] { ++Invalidations; });
+    }
     bool PopulateDrawBuffers() override { return false; }
     void ResetFlags()
     {
@@ -36,8 +39,7 @@ public:
     explicit TColouredItem(TQLCollection* ACollection)
         : TQVOptionalDisplayCollectionItem(ACollection),
           FPen(std::make_unique<TQVDisplayPen>(this, GetLock(), TQLNotifyProc{}, 0xFFFFFFFF))
-    {
-    }
+    {}
     TQVDisplayPen* GetPen() const { return FPen.get(); }
     TAlphaColor GetColorDefault() const { return FPen->GetColorDefault(); }
     void SetColorDefault(TAlphaColor AValue) { FPen->SetColorDefault(AValue); }
@@ -110,10 +112,9 @@ TEST_F(DisplayFixture, PaletteHandsOutTheLeastUsedDefaultColour)
     std::vector<TAlphaColor> Defaults;
     for (int I = 0; I < 14; ++I)
         Defaults.push_back(Items.Add()->GetColorDefault());
-    EXPECT_EQ(Defaults,
-              (std::vector<TAlphaColor>{0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFF00, 0xFF00FFFF, 0xFFF0FBFF,
-                                        0xFF808000, 0xFFFFFFFF, 0xFFD3D3D3, 0xFF800080, 0xFFFF00FF, 0xFF008080,
-                                        0xFF000080, 0xFFFF0000}));
+    EXPECT_EQ(Defaults, (std::vector<TAlphaColor>{0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFF00, 0xFF00FFFF,
+                                                  0xFFF0FBFF, 0xFF808000, 0xFFFFFFFF, 0xFFD3D3D3, 0xFF800080,
+                                                  0xFFFF00FF, 0xFF008080, 0xFF000080, 0xFFFF0000}));
     EXPECT_EQ(Items.GetItem(2)->GetPen()->GetColor(), 0xFF0000FFu) << "the pen follows its new default";
     Items.Delete(1);
     EXPECT_EQ(Items.Add()->GetColorDefault(), 0xFF00FF00u) << "a deleted item frees its colour";

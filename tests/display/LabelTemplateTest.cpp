@@ -10,7 +10,8 @@ std::string Format(const std::string& AText, const std::string& ADefault)
 {
     int XCalls = 0;
     return qv::QVFormatLabelText(
-        AText, ADefault, [&] { return std::string("x").append(std::to_string(++XCalls)); }, [] { return std::string("y"); });
+        AText, ADefault, [&] { return std::string("x").append(std::to_string(++XCalls)); },
+        [] { return std::string("y"); });
 }
 
 TEST(LabelTemplate, CodesExpandCaseBlindUnknownCodesVanishAndTheDefaultSplicesIn)

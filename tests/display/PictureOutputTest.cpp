@@ -134,8 +134,7 @@ TEST(PictureOutput, EachOutputTakesItsSizeASaveWithinAPrintThePageAndMissingServ
     EXPECT_NE(ErrorOf([&] { Scope.Print(); }).find("no printer"), std::string::npos);
     EXPECT_FALSE(Scope.GetHold() || Scope.GetPrinting());
     Scope.SetPictureServices(nullptr);
-    EXPECT_NE(ErrorOf([&] { Scope.SaveToJpeg("x.jpg"); }).find("SaveToJpeg: no picture services"),
-              std::string::npos);
+    EXPECT_NE(ErrorOf([&] { Scope.SaveToJpeg("x.jpg"); }).find("SaveToJpeg: no picture services"), std::string::npos);
     Scope.SetCanvasFactory(nullptr);
     TQLBitmap Bitmap(10, 10);
     EXPECT_NE(ErrorOf([&] { Scope.CopyToBitmap(Bitmap); }).find("no canvas factory"), std::string::npos);

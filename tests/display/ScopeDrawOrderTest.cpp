@@ -33,8 +33,9 @@ struct TPaintedScope {
     ptrdiff_t IndexOf(const std::string& AOp, const std::string& AText = {}) const
     {
         const auto& R = Canvas.GetRecords();
-        auto It = std::find_if(R.begin(), R.end(),
-                               [&](const TQLCanvasRecord& C) { return C.Op == AOp && (AText.empty() || C.Text == AText); });
+        auto It = std::find_if(R.begin(), R.end(), [&](const TQLCanvasRecord& C) {
+            return C.Op == AOp && (AText.empty() || C.Text == AText);
+        });
         return It == R.end() ? -1 : It - R.begin();
     }
 
@@ -148,7 +149,8 @@ TEST(ScopeDrawOrder, TheHitMarkOfTheChannelUnderTheMouseComesAfterTheChannelsAnd
 
     auto MarkAt = [&](const std::vector<TQLCanvasRecord>& ARecords) {
         for (size_t i = 0; i < ARecords.size(); ++i)
-            if (ARecords[i].Op == "Rectangle" && ARecords[i].ArgRect() == (TRect{Hit.X - 2, Hit.Y - 2, Hit.X + 3, Hit.Y + 3}))
+            if (ARecords[i].Op == "Rectangle" &&
+                ARecords[i].ArgRect() == (TRect{Hit.X - 2, Hit.Y - 2, Hit.X + 3, Hit.Y + 3}))
                 return ptrdiff_t(i);
         return ptrdiff_t(-1);
     };
@@ -170,12 +172,11 @@ namespace {
 struct TLoggingFamily : IQVScopeElementFamily {
     TLoggingFamily(TQVScopeElementKind AKind, std::vector<std::string>& ALog, const TQLRecordingCanvas& ACanvas)
         : Kind(AKind), Log(ALog), Canvas(ACanvas)
-    {
-    }
+    {}
     void DrawElements(TQVDisplayDrawPart APart, TQLCanvas&, const TRect& AClip, bool) override
     {
-        static const char* Names[] = {"links", "zones", "ellipses", "markers", "chlinks",
-                                       "labels", "cursors", "external", "toolbar"};
+        static const char* Names[] = {"links",  "zones",   "ellipses", "markers", "chlinks",
+                                      "labels", "cursors", "external", "toolbar"};
         static const char* Parts[] = {"bg", "fg", "feat", "text"};
         Log.push_back(std::string(Names[Kind]) + "/" + Parts[APart]);
         Clip = AClip;
@@ -202,10 +203,9 @@ TEST(ScopeDrawOrder, ElementFamiliesDrawAtTheirPlacesAroundTheGridAndTheChannels
         P.Scope.GetElementFamilies().Set(TQVScopeElementKind(K), Families.back().get());
     }
     P.Paint();
-    const std::vector<std::string> Expected{
-        "external/fg", "links/bg",   "zones/bg",   "ellipses/bg", "markers/bg",    "zones/fg",   "ellipses/fg",
-        "chlinks/fg",  "markers/fg", "labels/fg",  "cursors/fg",  "links/feat",    "zones/feat", "ellipses/feat",
-        "toolbar/fg"};
+    const std::vector<std::string> Expected{"external/fg", "links/bg",    "zones/bg",   "ellipses/bg",   "markers/bg",
+                                            "zones/fg",    "ellipses/fg", "chlinks/fg", "markers/fg",    "labels/fg",
+                                            "cursors/fg",  "links/feat",  "zones/feat", "ellipses/feat", "toolbar/fg"};
     EXPECT_EQ(Log, Expected);
     // Hosted elements cover the whole control, over the background fill and under the rest;
     // the tool bar comes after everything in the plot and stays out of prints.

@@ -1,9 +1,9 @@
 // Docking of views: strips in list order, the client view with the reserved offsets, views
 // that do not fit, and the list operations that reorder views.
+#include "qv/component/QVDisplayView.h"
+#include "qv/decor/QVDisplayTitle.h"
 #include "qv/display/QVDataDisplay.h"
 #include "qv/display/QVScope.h"
-#include "qv/decor/QVDisplayTitle.h"
-#include "qv/component/QVDisplayView.h"
 #include "qv/foundation/QLCollection.h"
 #include "support/RecordingCanvas.h"
 
@@ -31,8 +31,7 @@ class TStrip : public TQVOptionalView {
 public:
     TStrip(TQVDataDisplay* ADisplay, TQVViewAlign AAlign, int32_t AThickness, int32_t ABegin = 0, int32_t AEnd = 0)
         : TQVOptionalView(ADisplay, AAlign), Thickness(AThickness), Begin(ABegin), End(AEnd)
-    {
-    }
+    {}
     TSize GetAutoSize() const override { return TSize{Thickness, Thickness}; }
     int32_t GetDefaultOffsetBegin() const override { return Begin; }
     int32_t GetDefaultOffsetEnd() const override { return End; }
@@ -56,7 +55,7 @@ TEST(ViewLayout, StripsDockInListOrderAndTheClientTakesTheRest)
     TStrip XAxis(&D, vaBottom, 30, 7, 12);
     TClient Data(&D);
     D.Layout();
-    EXPECT_EQ(Title.GetDrawRect(), (TRect{0, 0, 400, 20}));       // first: spans the whole edge
+    EXPECT_EQ(Title.GetDrawRect(), (TRect{0, 0, 400, 20})); // first: spans the whole edge
     EXPECT_EQ(Legend.GetDrawRect(), (TRect{350, 20, 400, 300}));
     EXPECT_EQ(YAxis.GetDrawRect(), (TRect{0, 20, 40, 300}));
     EXPECT_EQ(XAxis.GetDrawRect(), (TRect{40, 270, 350, 300}));

@@ -49,8 +49,14 @@ class TTenfoldAxis : public TListedAxis {
 public:
     using TListedAxis::TListedAxis;
     double GetScaleFullTickMax() const override { return 10.0 * TListedAxis::GetScaleFullTickMax(); }
-    double GetDataZoomedMin() const override { return FZoomed ? ScaleTickToData(FZoomMin) : TListedAxis::GetDataZoomedMin(); }
-    double GetDataZoomedMax() const override { return FZoomed ? ScaleTickToData(FZoomMax) : TListedAxis::GetDataZoomedMax(); }
+    double GetDataZoomedMin() const override
+    {
+        return FZoomed ? ScaleTickToData(FZoomMin) : TListedAxis::GetDataZoomedMin();
+    }
+    double GetDataZoomedMax() const override
+    {
+        return FZoomed ? ScaleTickToData(FZoomMax) : TListedAxis::GetDataZoomedMax();
+    }
 };
 
 TEST_F(TZoomOperations, ZoomToDataTakesDataUnitsAndHolds)

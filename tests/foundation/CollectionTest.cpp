@@ -164,7 +164,8 @@ TEST_F(CollectionFixture, ItemChangesReachCollectionAndOwner)
     Items.Updates.clear();
     Items.Clear();
     Items.Clear();
-    EXPECT_EQ(Items.Updates, (std::vector<TQLCollectionItem*>{nullptr})) << "clearing an empty collection changes nothing";
+    EXPECT_EQ(Items.Updates, (std::vector<TQLCollectionItem*>{nullptr}))
+        << "clearing an empty collection changes nothing";
 }
 
 TEST_F(CollectionFixture, ItemLocksAreChainedAndDestroyUnhooksEveryItem)

@@ -31,8 +31,7 @@ public:
               FGot = static_cast<bool>(Guard);
               FDone = true;
           })
-    {
-    }
+    {}
     TContender(const TContender&) = delete;
     TContender& operator=(const TContender&) = delete;
     ~TContender() { FThread.join(); }

@@ -35,10 +35,7 @@ std::vector<TQLCanvasRecord> Draw(int32_t AShape, int32_t ASize, int32_t AExtra,
 // which the symbols only draw horizontally, vertically or at 45 degrees.
 struct TExtent {
     int32_t L = INT32_MAX, T = INT32_MAX, R = INT32_MIN, B = INT32_MIN;
-    void Add(int32_t X, int32_t Y)
-    {
-        L = std::min(L, X), T = std::min(T, Y), R = std::max(R, X), B = std::max(B, Y);
-    }
+    void Add(int32_t X, int32_t Y) { L = std::min(L, X), T = std::min(T, Y), R = std::max(R, X), B = std::max(B, Y); }
     friend bool operator==(const TExtent&, const TExtent&) = default;
     friend std::ostream& operator<<(std::ostream& S, const TExtent& E)
     {
@@ -80,9 +77,19 @@ TEST(MarkerShapes, CallsAndExtentsPlainGrownAndTurned)
     using V = std::vector<std::string>;
     const V Line{"MoveTo", "LineTo"};
     const V Two{"MoveTo", "LineTo", "MoveTo", "LineTo"};
-    const V Calls[] = {{"Ellipse"}, {"EllipseRect"}, {"RectangleRect"}, {"Polygon"}, Two,  Two,
+    const V Calls[] = {{"Ellipse"},
+                       {"EllipseRect"},
+                       {"RectangleRect"},
+                       {"Polygon"},
+                       Two,
+                       Two,
                        {"MoveTo", "LineTo", "MoveTo", "LineTo", "MoveTo", "LineTo", "MoveTo", "LineTo"},
-                       {"Polygon"}, {"Polygon"},     {"Polygon"},       {"Polygon"}, Line, Line};
+                       {"Polygon"},
+                       {"Polygon"},
+                       {"Polygon"},
+                       {"Polygon"},
+                       Line,
+                       Line};
 
     // Size 3, offsets from the centre. Triangles hang below / stand above / beside their tip.
     const TExtent Sym = Around(-3, -3, 3, 3), Dot = Around(-1, -1, 1, 1);
@@ -114,7 +121,8 @@ TEST(MarkerShapes, CallsAndExtentsPlainGrownAndTurned)
 TEST(MarkerShapes, GeometryOfTheDetailedSymbols)
 {
     // Diamond: top, left, bottom, right middles.
-    EXPECT_EQ(Draw(msDiamond, 3, 0, false)[0].ArgPoints(), (std::vector<TPoint>{{50, 37}, {47, 40}, {50, 43}, {53, 40}}));
+    EXPECT_EQ(Draw(msDiamond, 3, 0, false)[0].ArgPoints(),
+              (std::vector<TPoint>{{50, 37}, {47, 40}, {50, 43}, {53, 40}}));
     // Cross: the second diagonal from the top right corner to one past the bottom left.
     auto X = Draw(msCross, 3, 0, false);
     EXPECT_EQ(X[2].Args, (std::vector<int32_t>{53, 37}));

@@ -87,7 +87,6 @@ TEST(DrawSettings, ColourFollowsItsDefaultOnlyWhileUntouched)
     Pen.SetColor(0xFF123456);
     Pen.SetColorDefault(0xFF0000FF);
     EXPECT_EQ(Pen.GetColor(), 0xFF123456u);
-
 }
 
 TEST(ClassRegistry, RedeclaredPropertyTakesTheAncestorsPlace)

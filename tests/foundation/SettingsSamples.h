@@ -23,8 +23,8 @@ inline constexpr TSampleFlags sfTicks = 0x04;
 
 inline const qv::TQLEnumInfo& SampleFlagsInfo()
 {
-    static const qv::TQLEnumInfo Info{"TSampleFlags", {{sfGrid, "sfGrid"}, {sfLabels, "sfLabels"}, {sfTicks, "sfTicks"}},
-                                      true};
+    static const qv::TQLEnumInfo Info{
+        "TSampleFlags", {{sfGrid, "sfGrid"}, {sfLabels, "sfLabels"}, {sfTicks, "sfTicks"}}, true};
     return Info;
 }
 
@@ -44,8 +44,7 @@ class TSampleMarker : public qv::TQLPersistentNotify {
 public:
     TSampleMarker(qv::TQLPersistent* AOwner, qv::TQLLockPtr ALock, std::string ATag)
         : TQLPersistentNotify(AOwner, std::move(ALock), {}), FTag(std::move(ATag))
-    {
-    }
+    {}
 
     double GetOffset() const { return FOffset; }
     void SetOffset(double AValue) { Set(FOffset, AValue); }
@@ -77,8 +76,7 @@ public:
     explicit TSampleItem(qv::TQLCollection* ACollection)
         : TQLNamedCollectionItem(ACollection), FFont(std::make_unique<qv::TQVDisplayFont>(this, GetLock())),
           FMarker(std::make_unique<TSampleMarker>(this, GetLock(), "Item"))
-    {
-    }
+    {}
 
     int32_t GetWeight() const { return FWeight; }
     void SetWeight(int32_t AValue) { Set(FWeight, AValue); }
@@ -121,8 +119,7 @@ public:
           FPen(std::make_unique<qv::TQVDisplayPen>(this, GetLock(), qv::TQLNotifyProc{}, APenDefault)),
           FMarker(std::make_unique<TSampleMarker>(this, GetLock(), "Root")),
           FItems(std::make_unique<TSampleItems>(this, GetLock()))
-    {
-    }
+    {}
 
     bool GetEnabled() const { return FEnabled; }
     void SetEnabled(bool AValue) { Set(FEnabled, AValue); }

@@ -24,12 +24,30 @@ TNode Leaf(TNode::TKind AKind, T TNode::*AField, T AValue)
     N.*AField = std::move(AValue);
     return N;
 }
-TNode Int(int64_t A) { return Leaf(TNode::snInteger, &TNode::Integer, A); }
-TNode Real(double A) { return Leaf(TNode::snReal, &TNode::Real, A); }
-TNode Str(std::string A) { return Leaf(TNode::snString, &TNode::String, std::move(A)); }
-TNode Bool(bool A) { return Leaf(TNode::snBool, &TNode::Bool, A); }
-TNode Names(std::vector<std::string> A) { return Leaf(TNode::snNames, &TNode::Names, std::move(A)); }
-TNode List(std::vector<TNode> A) { return Leaf(TNode::snList, &TNode::Items, std::move(A)); }
+TNode Int(int64_t A)
+{
+    return Leaf(TNode::snInteger, &TNode::Integer, A);
+}
+TNode Real(double A)
+{
+    return Leaf(TNode::snReal, &TNode::Real, A);
+}
+TNode Str(std::string A)
+{
+    return Leaf(TNode::snString, &TNode::String, std::move(A));
+}
+TNode Bool(bool A)
+{
+    return Leaf(TNode::snBool, &TNode::Bool, A);
+}
+TNode Names(std::vector<std::string> A)
+{
+    return Leaf(TNode::snNames, &TNode::Names, std::move(A));
+}
+TNode List(std::vector<TNode> A)
+{
+    return Leaf(TNode::snList, &TNode::Items, std::move(A));
+}
 TNode Obj(std::vector<std::pair<std::string, TNode>> AMembers)
 {
     TNode N = TNode::MakeObject();
@@ -102,9 +120,9 @@ TEST_F(StoredFormFixture, ChangedValuesAreWrittenInTheirFormsAndRoundTripWithLoa
     TSampleSettings Source;
     FillSample(Source);
     const TNode Node = QLSaveObject(Source);
-    EXPECT_EQ(MemberNames(Node), (std::vector<std::string>{"Enabled", "Small", "Percent", "Big", "Mask", "Gain",
-                                                           "Level", "Title", "Back", "Shape", "Flags", "Pen",
-                                                           "Marker", "Items", "AxisIndex_"}));
+    EXPECT_EQ(MemberNames(Node),
+              (std::vector<std::string>{"Enabled", "Small", "Percent", "Big", "Mask", "Gain", "Level", "Title", "Back",
+                                        "Shape", "Flags", "Pen", "Marker", "Items", "AxisIndex_"}));
     EXPECT_EQ(*Node.Find("Enabled"), Bool(false));
     EXPECT_EQ(*Node.Find("Mask"), Int(0xDEADBEEF));
     EXPECT_EQ(*Node.Find("Gain"), Real(42.125));

@@ -27,10 +27,10 @@ struct TQLCanvasRecord {
     // values; DrawBitmap gives x, y, width, height; StretchDrawBitmap the destination's four
     // values then the source's width and height.
     std::vector<int32_t> Args;
-    std::string Text;            // TextOut only
-    TAlphaColor Color = 0;       // SetPixel only
+    std::string Text;                  // TextOut only
+    TAlphaColor Color = 0;             // SetPixel only
     const TQLBitmap* Bitmap = nullptr; // DrawBitmap and StretchDrawBitmap only
-    TPoint PenPos;               // the pen position before the call (a LineTo's start)
+    TPoint PenPos;                     // the pen position before the call (a LineTo's start)
     TAlphaColor PenColor = 0;
     int32_t PenWidth = 0;
     uint8_t PenStyle = 0;

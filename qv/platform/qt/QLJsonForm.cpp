@@ -13,12 +13,9 @@ namespace qv {
 QJsonValue QLStoredNodeToJson(const TQLStoredNode& ANode)
 {
     switch (ANode.Kind) {
-    case TQLStoredNode::snNull:
-        return QJsonValue();
-    case TQLStoredNode::snBool:
-        return ANode.Bool;
-    case TQLStoredNode::snInteger:
-        return static_cast<qint64>(ANode.Integer);
+    case TQLStoredNode::snNull: return QJsonValue();
+    case TQLStoredNode::snBool: return ANode.Bool;
+    case TQLStoredNode::snInteger: return static_cast<qint64>(ANode.Integer);
     case TQLStoredNode::snReal:
         // JSON has no NaN or infinity; they are written as strings and read back by name.
         if (std::isnan(ANode.Real))
@@ -26,8 +23,7 @@ QJsonValue QLStoredNodeToJson(const TQLStoredNode& ANode)
         if (std::isinf(ANode.Real))
             return ANode.Real > 0 ? QStringLiteral("Infinity") : QStringLiteral("-Infinity");
         return ANode.Real;
-    case TQLStoredNode::snString:
-        return QString::fromStdString(ANode.String);
+    case TQLStoredNode::snString: return QString::fromStdString(ANode.String);
     case TQLStoredNode::snNames: {
         QJsonArray Array;
         for (const std::string& Name : ANode.Names)
@@ -55,8 +51,7 @@ TQLStoredNode QLJsonToStoredNode(const QJsonValue& AValue, const std::string& AP
     TQLStoredNode Node;
     switch (AValue.type()) {
     case QJsonValue::Null:
-    case QJsonValue::Undefined:
-        throw EQLPropertyError(APath, "null is not a property value");
+    case QJsonValue::Undefined: throw EQLPropertyError(APath, "null is not a property value");
     case QJsonValue::Bool:
         Node.Kind = TQLStoredNode::snBool;
         Node.Bool = AValue.toBool();
@@ -134,9 +129,9 @@ void QLLoadFromJson(TQLPersistent& AObject, const QByteArray& AJson)
     QJsonParseError Error;
     const QJsonDocument Document = QJsonDocument::fromJson(AJson, &Error);
     if (Error.error != QJsonParseError::NoError)
-        throw EQLPropertyError(AObject.GetClassInfo().GetName(),
-                               "malformed JSON at offset " + std::to_string(Error.offset) + ": " +
-                                   Error.errorString().toStdString());
+        throw EQLPropertyError(AObject.GetClassInfo().GetName(), "malformed JSON at offset " +
+                                                                     std::to_string(Error.offset) + ": " +
+                                                                     Error.errorString().toStdString());
     QLLoadFromJsonDocument(AObject, Document);
 }
 

@@ -27,10 +27,10 @@ struct TDashMask {
 TDashMask DashMaskOf(uint8_t AStyle)
 {
     switch (AStyle) {
-    case psDot: return {0b1u, 3};                                      // 1 on, 2 off
-    case psDash: return {0b111111u, 9};                                // 6 on, 3 off
-    case psDashDot: return {0b1000111111u, 13};                        // 6, 3, 1, 3
-    case psDashDotDot: return {0b10001000111111u, 17};                 // 6, 3, 1, 3, 1, 3
+    case psDot: return {0b1u, 3};                      // 1 on, 2 off
+    case psDash: return {0b111111u, 9};                // 6 on, 3 off
+    case psDashDot: return {0b1000111111u, 13};        // 6, 3, 1, 3
+    case psDashDotDot: return {0b10001000111111u, 17}; // 6, 3, 1, 3, 1, 3
     default: return {0, 0};
     }
 }
@@ -47,9 +47,15 @@ QList<qreal> DashPatternOf(uint8_t AStyle)
     }
 }
 
-bool IsPatterned(uint8_t AStyle) { return AStyle >= psDot && AStyle <= psDashDotDot; }
+bool IsPatterned(uint8_t AStyle)
+{
+    return AStyle >= psDot && AStyle <= psDashDotDot;
+}
 
-QColor ToQColor(TAlphaColor AColor) { return QColor::fromRgba(AColor); }
+QColor ToQColor(TAlphaColor AColor)
+{
+    return QColor::fromRgba(AColor);
+}
 
 int PixelSizeOf(int32_t APoints)
 {
@@ -326,7 +332,8 @@ void TQLQtCanvas::ThinLine(TPoint AFrom, TPoint ATo)
         R -= 2 * UN;
         ++Q;
     }
-    uint32_t Phase = Dash.Period ? static_cast<uint32_t>((PhaseStart + static_cast<uint64_t>(IBegin)) % Dash.Period) : 0;
+    uint32_t Phase =
+        Dash.Period ? static_cast<uint32_t>((PhaseStart + static_cast<uint64_t>(IBegin)) % Dash.Period) : 0;
 
     const QColor& Color = LineColor();
     // An opaque colour is simply stored: the raster engine would store the same value, so
@@ -663,8 +670,8 @@ void TQLQtCanvas::DrawBitmap(int32_t AX, int32_t AY, const TQLBitmap& ABitmap)
     if (ABitmap.IsEmpty() || !Ready())
         return;
     // Drawing a bitmap onto itself needs a copy to read from.
-    const QImage Source = ABitmap.GetBits() == FWrappedBits ? qt::QLBitmapToImage(ABitmap)
-                                                            : qt::QLWrapBitmapReadOnly(ABitmap);
+    const QImage Source =
+        ABitmap.GetBits() == FWrappedBits ? qt::QLBitmapToImage(ABitmap) : qt::QLWrapBitmapReadOnly(ABitmap);
     FPainter->drawImage(QPoint(AX, AY), Source);
 }
 
@@ -672,8 +679,8 @@ void TQLQtCanvas::StretchDrawBitmap(const TRect& ADest, const TQLBitmap& ASource
 {
     if (ADest.IsEmpty() || ASource.IsEmpty() || !Ready())
         return;
-    const QImage Source = ASource.GetBits() == FWrappedBits ? qt::QLBitmapToImage(ASource)
-                                                            : qt::QLWrapBitmapReadOnly(ASource);
+    const QImage Source =
+        ASource.GetBits() == FWrappedBits ? qt::QLBitmapToImage(ASource) : qt::QLWrapBitmapReadOnly(ASource);
     FPainter->drawImage(QRect(ADest.Left, ADest.Top, ADest.Width(), ADest.Height()), Source);
 }
 

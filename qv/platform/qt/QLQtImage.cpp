@@ -53,8 +53,7 @@ void QLSaveBitmapPng(const TQLBitmap& ABitmap, const QString& APath)
                                  ")");
     QImageWriter Writer(APath, "png");
     if (!Writer.write(QLWrapBitmapReadOnly(ABitmap)))
-        throw std::runtime_error("QLSaveBitmapPng: cannot write '" + Path + "': " +
-                                 Writer.errorString().toStdString());
+        throw std::runtime_error("QLSaveBitmapPng: cannot write '" + Path + "': " + Writer.errorString().toStdString());
 }
 
 } // namespace qv::qt

@@ -54,8 +54,7 @@ void QLCopyBitmapToClipboard(const TQLBitmap& ABitmap)
 void QLSaveBitmapToJpeg(const TQLBitmap& ABitmap, const std::string& AFileName)
 {
     // JPEG has no alpha: the colours go as they are.
-    const QImage Image =
-        ABitmap.IsEmpty() ? QImage() : StraightImage(ABitmap).convertToFormat(QImage::Format_RGB32);
+    const QImage Image = ABitmap.IsEmpty() ? QImage() : StraightImage(ABitmap).convertToFormat(QImage::Format_RGB32);
     WriteImageFile("QLSaveBitmapToJpeg", ABitmap, Image, AFileName, "jpg");
 }
 
@@ -90,9 +89,15 @@ void TQLQtPrinter::EndDoc()
         throw std::runtime_error("TQLQtPrinter::EndDoc: the printer did not accept the document");
 }
 
-int32_t TQLQtPrinter::GetPageWidth() const { return FPrinter.width(); }
+int32_t TQLQtPrinter::GetPageWidth() const
+{
+    return FPrinter.width();
+}
 
-int32_t TQLQtPrinter::GetPageHeight() const { return FPrinter.height(); }
+int32_t TQLQtPrinter::GetPageHeight() const
+{
+    return FPrinter.height();
+}
 
 void TQLQtPrinter::StretchDrawBitmap(const TRect& ADest, const TQLBitmap& ABitmap)
 {

@@ -1,8 +1,8 @@
 #include "qv/platform/qt/QVDisplayWidget.h"
 
+#include "qv/foundation/QLKeys.h"
 #include "qv/platform/qt/QLQtCanvas.h"
 #include "qv/platform/qt/QLQtPictureOutput.h"
-#include "qv/foundation/QLKeys.h"
 
 #include <QImage>
 #include <QKeyEvent>
@@ -88,7 +88,8 @@ TQVDisplayWidget::TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWi
         if (QThread::currentThread() == thread())
             update();
         else
-            QMetaObject::invokeMethod(this, [this] { update(); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                this, [this] { update(); }, Qt::QueuedConnection);
     });
     FDisplay->SetOnCursorChange([this](TCursor ACursor) { setCursor(QVQtCursorShape(ACursor)); });
     FDisplay->SetOnSetFocus([this] { setFocus(Qt::MouseFocusReason); });

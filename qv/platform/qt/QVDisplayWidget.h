@@ -9,8 +9,8 @@
 
 #include <QTimer>
 
-#include <memory>
 #include <QWidget>
+#include <memory>
 
 namespace qv {
 

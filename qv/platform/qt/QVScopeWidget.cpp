@@ -2,6 +2,7 @@
 
 namespace qv {
 
-TQVScopeWidget::TQVScopeWidget(QWidget* AParent) : TQVDisplayWidget(std::make_unique<TQVScope>(), AParent) {}
+TQVScopeWidget::TQVScopeWidget(QWidget* AParent) : TQVDisplayWidget(std::make_unique<TQVScope>(), AParent)
+{}
 
 } // namespace qv

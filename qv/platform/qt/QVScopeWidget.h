@@ -1,8 +1,8 @@
 #pragma once
 // A scope in a Qt window: the widget owns its TQVScope.
 
-#include "qv/display/QVScope.h"
 #include "QVDisplayWidget.h"
+#include "qv/display/QVScope.h"
 
 namespace qv {
 

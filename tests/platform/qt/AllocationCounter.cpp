@@ -52,7 +52,10 @@ void* realloc(void* APtr, size_t ASize)
 
 namespace qvtest {
 
-bool AllocationCountingAvailable() { return QV_TEST_COUNT_ALLOCATIONS != 0; }
+bool AllocationCountingAvailable()
+{
+    return QV_TEST_COUNT_ALLOCATIONS != 0;
+}
 
 TAllocationCount::TAllocationCount()
 {
@@ -60,8 +63,14 @@ TAllocationCount::TAllocationCount()
     GCounting = true;
 }
 
-TAllocationCount::~TAllocationCount() { GCounting = false; }
+TAllocationCount::~TAllocationCount()
+{
+    GCounting = false;
+}
 
-size_t TAllocationCount::Get() const { return GCount; }
+size_t TAllocationCount::Get() const
+{
+    return GCount;
+}
 
 } // namespace qvtest

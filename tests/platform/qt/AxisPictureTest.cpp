@@ -43,8 +43,7 @@ class TPictureAxis : public TQVDisplayAxis {
 public:
     TPictureAxis(TQVDataDisplay* ADisplay, bool AYAxis, TQVViewAlign AAlign, TQVScaleMode AMode, double AMax)
         : TQVDisplayAxis(ADisplay, AAlign), IsY(AYAxis), Mode(AMode), Max(AMax)
-    {
-    }
+    {}
     TQVScaleMode GetIntScaleMode() const override { return Mode; }
     void SetIntScaleMode(TQVScaleMode AValue) override { Mode = AValue; }
     bool GetIsVertical() const override { return IsY; }
@@ -175,7 +174,8 @@ TEST(AxisPicture, TicksAndTitlesLandWhereTheAxesPutThem)
     const TRect LText = Scan(Picture, L, IsBright, Count);
     EXPECT_GT(LText.Bottom - LText.Top, 3 * (LText.Right - LText.Left));
     const TAlphaColor Fill = YAxis.GetButton()->GetMouseOverColor();
-    Scan(Picture, L, [Fill](uint32_t P) { return P == Fill; }, Count);
+    Scan(
+        Picture, L, [Fill](uint32_t P) { return P == Fill; }, Count);
     const int Area = (L.Right - L.Left) * (L.Bottom - L.Top);
     EXPECT_TRUE(Count > Area / 3 && Count < Area);
     EXPECT_EQ(Picture.GetPixel(L.Left - 1, (L.Top + L.Bottom) / 2), YAxis.GetButton()->GetMouseOverBorderColor());

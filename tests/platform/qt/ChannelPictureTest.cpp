@@ -103,7 +103,8 @@ TEST_F(ChannelPicture, DownsampledRampPaintsEachColumnAsTheSamplesDrawnOneByOne)
     // Spikes beyond the noise, all inside the Y axis' range, so that every extreme is on the
     // picture.
     for (int32_t j = 0; j < N; ++j)
-        Y[size_t(j)] = std::clamp(Noise(Rng) + (j % 20011 == 0 ? 45.0 : 0.0) - (j % 30013 == 0 ? 45.0 : 0.0), 0.5, 99.5);
+        Y[size_t(j)] =
+            std::clamp(Noise(Rng) + (j % 20011 == 0 ? 45.0 : 0.0) - (j % 30013 == 0 ? 45.0 : 0.0), 0.5, 99.5);
     Channel(0)->GetData()->AddYData(Y.data(), N);
     Channel(1)->GetData()->AddXYData(X.data(), Y.data(), N);
     Scope.PopulateDrawBuffers();

@@ -1,9 +1,9 @@
 // The widget that hosts a display: its timer drives the refresh tick, it shows what the
 // display painted, and window events reach the display.
-#include "qv/platform/qt/QVDisplayWidget.h"
 #include "qv/component/QVDisplayComponent.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLKeys.h"
+#include "qv/platform/qt/QVDisplayWidget.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -130,9 +130,10 @@ TEST_F(TWidgetFixture, MouseAndWheelEventsReachTheComponents)
 TEST(DisplayWidget, QtKeysMapOntoTheLibrarysKeyCodes)
 {
     const std::pair<int, uint16_t> Cases[] = {
-        {Qt::Key_Backspace, vkBack}, {Qt::Key_Escape, vkEscape}, {Qt::Key_Left, vkLeft},   {Qt::Key_Right, vkRight},
-        {Qt::Key_Up, vkUp},          {Qt::Key_Down, vkDown},     {Qt::Key_Home, vkHome},   {Qt::Key_End, vkEnd},
-        {Qt::Key_Delete, vkDelete},  {Qt::Key_Enter, vkReturn}, {Qt::Key_A, uint16_t('A')}, {Qt::Key_Plus, uint16_t('+')},
+        {Qt::Key_Backspace, vkBack}, {Qt::Key_Escape, vkEscape}, {Qt::Key_Left, vkLeft},
+        {Qt::Key_Right, vkRight},    {Qt::Key_Up, vkUp},         {Qt::Key_Down, vkDown},
+        {Qt::Key_Home, vkHome},      {Qt::Key_End, vkEnd},       {Qt::Key_Delete, vkDelete},
+        {Qt::Key_Enter, vkReturn},   {Qt::Key_A, uint16_t('A')}, {Qt::Key_Plus, uint16_t('+')},
         {Qt::Key_F5, vkNone},        {Qt::Key_Shift, vkNone}};
     for (const auto& [QtKey, Key] : Cases)
         EXPECT_EQ(QVKeyOf(QtKey), Key) << "Qt key " << QtKey;

@@ -18,7 +18,10 @@ using namespace qvtest;
 
 namespace {
 
-QJsonObject Saved(const TSampleSettings& ASettings) { return QLSaveToJsonDocument(ASettings).object(); }
+QJsonObject Saved(const TSampleSettings& ASettings)
+{
+    return QLSaveToJsonDocument(ASettings).object();
+}
 
 // Loads AJson and expects an error at APath whose message holds AText; the object must
 // be left as it was.
@@ -62,7 +65,7 @@ TEST(JsonForm, RoundTripRestoresEveryValueIncludingExtremesAndNonFiniteReals)
     TSampleSettings Source;
     FillSample(Source);
     Source.SetBig(std::numeric_limits<int64_t>::max() - 1); // not exact as a double
-    Source.SetLevel(0.1 + 0.2);                               // needs every digit
+    Source.SetLevel(0.1 + 0.2);                             // needs every digit
     const QByteArray Json = QLSaveToJson(Source);
     TSampleSettings Target(QLMakeLock(), 0xFF000001);
     QLLoadFromJson(Target, Json);
@@ -104,10 +107,9 @@ TEST(JsonForm, BadDocumentsFailWithThePathAndChangeNothing)
     FillSample(Settings);
     ExpectJsonFailure(Settings, R"({"Items": [{"Name": "a"}, {"Font": {"Size": "big"}}]})", "Items[1].Font.Size",
                       "\"big\"");
-    ExpectJsonFailure(Settings, R"({"Items": [{}, {"Font": {"Size": 1e12}}]})", "Items[1].Font.Size",
-                      "1000000000000");
-    ExpectJsonFailure(Settings, R"({"Percent": 5, "Items": [{}, {"Font": {"Size": null}}]})",
-                      "Items[1].Font.Size", "null");
+    ExpectJsonFailure(Settings, R"({"Items": [{}, {"Font": {"Size": 1e12}}]})", "Items[1].Font.Size", "1000000000000");
+    ExpectJsonFailure(Settings, R"({"Percent": 5, "Items": [{}, {"Font": {"Size": null}}]})", "Items[1].Font.Size",
+                      "null");
     ExpectJsonFailure(Settings, R"({"Enabled": "yes"})", "Enabled", "\"yes\"");
     ExpectJsonFailure(Settings, R"({"Flags": ["sfGrid", 3]})", "Flags", "list");
     ExpectJsonFailure(Settings, R"({"Items": ["a"]})", "Items", "list");

@@ -56,8 +56,8 @@ TEST(QtPictureOutput, AWidgetsDisplaySavesFilesThatLoadBack)
     Display.SaveToJpeg(Path("photo.jpg"));
     for (const char* Name : {"plain.bmp", "by-suffix.png", "unknown.xyz"})
         Display.SaveToBitmap(Path(Name));
-    for (const auto& [Name, Format] : {std::pair{"photo.jpg", "jpeg"}, {"plain.bmp", "bmp"},
-                                       {"by-suffix.png", "png"}, {"unknown.xyz", "bmp"}}) {
+    for (const auto& [Name, Format] :
+         {std::pair{"photo.jpg", "jpeg"}, {"plain.bmp", "bmp"}, {"by-suffix.png", "png"}, {"unknown.xyz", "bmp"}}) {
         QImageReader Reader(Dir.filePath(Name));
         EXPECT_EQ(Reader.format(), Format) << Name;
         ExpectMarkedPicture(Reader.read(), Name);

@@ -11,8 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 #include <cstdint>
+#include <random>
 #include <set>
 #include <string>
 #include <utility>
@@ -62,8 +62,8 @@ TPixelSet BoxPixels(const TRect& ABox)
 TPixelSet FramePixels(const TRect& ABox, int32_t AWidth)
 {
     TPixelSet Result = BoxPixels(ABox);
-    for (const auto& P : BoxPixels(TRect{ABox.Left + AWidth, ABox.Top + AWidth, ABox.Right - AWidth,
-                                         ABox.Bottom - AWidth}))
+    for (const auto& P :
+         BoxPixels(TRect{ABox.Left + AWidth, ABox.Top + AWidth, ABox.Right - AWidth, ABox.Bottom - AWidth}))
         Result.erase(P);
     return Result;
 }
@@ -90,8 +90,14 @@ struct TSurface {
     }
 };
 
-TPixelSet Row(int32_t AY, int32_t AFrom, int32_t ATo) { return BoxPixels(TRect{AFrom, AY, ATo + 1, AY + 1}); }
-TPixelSet Column(int32_t AX, int32_t AFrom, int32_t ATo) { return BoxPixels(TRect{AX, AFrom, AX + 1, ATo + 1}); }
+TPixelSet Row(int32_t AY, int32_t AFrom, int32_t ATo)
+{
+    return BoxPixels(TRect{AFrom, AY, ATo + 1, AY + 1});
+}
+TPixelSet Column(int32_t AX, int32_t AFrom, int32_t ATo)
+{
+    return BoxPixels(TRect{AX, AFrom, AX + 1, ATo + 1});
+}
 
 } // namespace
 
