@@ -17,6 +17,8 @@ TQVScope::TQVScope()
     FXAxis = std::make_unique<TQVScopeXAxis>(this);
     FYAxis = std::make_unique<TQVScopeYAxis>(this);
     FDataView = std::make_unique<TQVScopeDataView>(this);
+    // A new scope has one channel; a stored form without channels gives it back.
+    FChannels->SetDefaultCount(1);
     FChannels->Add();
 }
 

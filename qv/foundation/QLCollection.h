@@ -74,6 +74,10 @@ public:
     ~TQLCollection() override;
 
     int32_t GetCount() const { return static_cast<int32_t>(FItems.size()); }
+    // The number of items a new owner makes, and a stored form that omits the collection
+    // restores; 0 unless the owner says otherwise.
+    int32_t GetDefaultCount() const { return FDefaultCount; }
+    void SetDefaultCount(int32_t AValue) { FDefaultCount = AValue; }
     // Unchecked by the lock; raises EQLListError for a bad index.
     TQLCollectionItem* GetBaseItem(int32_t AIndex) const;
     // Creates an item of the collection's class at the end.
@@ -101,6 +105,7 @@ public:
 
 protected:
     std::vector<std::unique_ptr<TQLCollectionItem>> FItems;
+    int32_t FDefaultCount = 0;
 
 private:
     void FreeItem(std::unique_ptr<TQLCollectionItem> AItem);

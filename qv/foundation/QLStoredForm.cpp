@@ -211,57 +211,131 @@ TQLValue ReadValue(const std::string& APath, const TQLPropertyInfo& AProp, const
     Fail(APath, "not a value property");
 }
 
-void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::string& APath,
-              std::vector<TQLPersistent*>& ALoaded);
-
-void LoadCollection(TQLCollection& ACollection, const TQLStoredNode* ANode, const std::string& APath,
-                    std::vector<TQLPersistent*>& ALoaded)
+// A collection's list node: absent, a list, or an empty list of names (formats cannot tell
+// that from an empty list).
+const std::vector<TQLStoredNode>* ListItems(const TQLStoredNode* ANode, const std::string& APath)
 {
-    // An empty list may arrive as an empty list of names: formats cannot tell them apart.
-    const bool EmptyNames = ANode && ANode->Kind == TQLStoredNode::snNames && ANode->Names.empty();
-    if (ANode && ANode->Kind != TQLStoredNode::snList && !EmptyNames)
+    static const std::vector<TQLStoredNode> None;
+    if (!ANode)
+        return nullptr;
+    if (ANode->Kind == TQLStoredNode::snNames && ANode->Names.empty())
+        return &None;
+    if (ANode->Kind != TQLStoredNode::snList)
         Fail(APath, std::string("expected a list, found ") + KindText(ANode->Kind));
-    ACollection.Clear();
-    if (ANode) {
-        for (size_t I = 0; I < ANode->Items.size(); ++I) {
-            const std::string ItemPath = APath + "[" + std::to_string(I) + "]";
-            const TQLStoredNode& ItemNode = ANode->Items[I];
-            if (ItemNode.Kind != TQLStoredNode::snObject)
-                Fail(ItemPath, std::string("expected an object, found ") + KindText(ItemNode.Kind));
-            LoadInto(*ACollection.AddItem(), ItemNode, ItemPath, ALoaded);
-        }
-    }
-    ALoaded.push_back(&ACollection);
+    for (size_t I = 0; I < ANode->Items.size(); ++I)
+        if (ANode->Items[I].Kind != TQLStoredNode::snObject)
+            Fail(APath + "[" + std::to_string(I) + "]",
+                 std::string("expected an object, found ") + KindText(ANode->Items[I].Kind));
+    return &ANode->Items;
 }
 
-void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::string& APath,
-              std::vector<TQLPersistent*>& ALoaded)
+std::string ChildPath(const std::string& APath, const std::string& AName)
+{
+    return APath.empty() ? AName : APath + "." + AName;
+}
+
+// The first pass of a load: reads the whole document against the objects it will go into
+// (names, kinds, values and their ranges) and changes nothing. An item the document adds is
+// checked against an existing item of its collection when there is one.
+void CheckInto(const TQLPersistent* AObject, const TQLClassInfo& AInfo, const TQLStoredNode& ANode,
+               const std::string& APath)
+{
+    for (const auto& [Name, Node] : ANode.Members) {
+        const std::string Path = ChildPath(APath, Name);
+        const TQLPropertyInfo* Prop = AInfo.FindProperty(Name);
+        if (!Prop)
+            Fail(Path, "unknown property of " + AInfo.GetName());
+        switch (Prop->Kind) {
+        case pkObject:
+            if (Node.Kind != TQLStoredNode::snObject)
+                Fail(Path, std::string("expected an object, found ") + KindText(Node.Kind));
+            if (const TQLPersistent* Owned = AObject ? Prop->Object(*AObject) : nullptr)
+                CheckInto(Owned, Owned->GetClassInfo(), Node, Path);
+            break;
+        case pkCollection: {
+            const std::vector<TQLStoredNode>& Items = *ListItems(&Node, Path);
+            const TQLCollection* Owned = AObject ? Prop->Collection(*AObject) : nullptr;
+            if (!Owned)
+                break;
+            for (size_t I = 0; I < Items.size(); ++I) {
+                const int32_t Count = Owned->GetCount();
+                const TQLPersistent* Like = Count == 0 ? nullptr : Owned->GetBaseItem(std::min(int32_t(I), Count - 1));
+                CheckInto(Like, Like ? Like->GetClassInfo() : Owned->GetItemClassInfo(), Items[I],
+                          Path + "[" + std::to_string(I) + "]");
+            }
+            break;
+        }
+        default:
+            if (!Prop->Set)
+                Fail(Path, "read-only property");
+            ReadValue(Path, *Prop, Node);
+            break;
+        }
+    }
+}
+
+// What a load leaves to its end: collections that keep fewer items than they had lose the
+// rest only once the whole document went in, so that a failure can still restore them.
+struct TLoadState {
+    std::vector<TQLPersistent*> Loaded;
+    std::vector<std::pair<TQLCollection*, int32_t>> Trims;
+
+    void Finish()
+    {
+        for (auto It = Trims.rbegin(); It != Trims.rend(); ++It)
+            while (It->first->GetCount() > It->second)
+                It->first->Delete(It->first->GetCount() - 1);
+        Trims.clear();
+    }
+};
+
+void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::string& APath, TLoadState& AState);
+
+// Items load in place: an item that is there before and after keeps its identity (and what it
+// holds beyond its settings); the document's further items are added; the collection's own
+// item count stands for an absent list.
+void LoadCollection(TQLCollection& ACollection, const TQLStoredNode* ANode, const std::string& APath,
+                    TLoadState& AState)
+{
+    const std::vector<TQLStoredNode>* Items = ListItems(ANode, APath);
+    static const TQLStoredNode Empty = TQLStoredNode::MakeObject();
+    const int32_t Want = Items ? int32_t(Items->size()) : ACollection.GetDefaultCount();
+    for (int32_t I = 0; I < Want; ++I) {
+        TQLCollectionItem* Item = I < ACollection.GetCount() ? ACollection.GetBaseItem(I) : ACollection.AddItem();
+        LoadInto(*Item, Items ? (*Items)[size_t(I)] : Empty, APath + "[" + std::to_string(I) + "]", AState);
+    }
+    if (ACollection.GetCount() > Want)
+        AState.Trims.emplace_back(&ACollection, Want);
+    AState.Loaded.push_back(&ACollection);
+}
+
+void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::string& APath, TLoadState& AState)
 {
     const TQLClassInfo& Info = AObject.GetClassInfo();
-    auto Child = [&APath](const std::string& AName) { return APath.empty() ? AName : APath + "." + AName; };
-
+    // The names and kinds of this level; values are read as they are set. (The first pass
+    // checked all of it already, but for items that had nothing to be checked against.)
     for (const auto& [Name, Node] : ANode.Members) {
         const TQLPropertyInfo* Prop = Info.FindProperty(Name);
         if (!Prop)
-            Fail(Child(Name), "unknown property of " + Info.GetName());
+            Fail(ChildPath(APath, Name), "unknown property of " + Info.GetName());
         if (Prop->Kind == pkObject && Node.Kind != TQLStoredNode::snObject)
-            Fail(Child(Name), std::string("expected an object, found ") + KindText(Node.Kind));
-        if ((Prop->Kind != pkObject && Prop->Kind != pkCollection) && !Prop->Set)
-            Fail(Child(Name), "read-only property");
+            Fail(ChildPath(APath, Name), std::string("expected an object, found ") + KindText(Node.Kind));
+        if (Prop->Kind != pkObject && Prop->Kind != pkCollection && !Prop->Set)
+            Fail(ChildPath(APath, Name), "read-only property");
     }
 
     static const TQLStoredNode Empty = TQLStoredNode::MakeObject();
     for (const TQLPropertyInfo* Prop : Info.GetProperties()) {
         const TQLStoredNode* Node = ANode.Find(Prop->Name);
-        const std::string Path = Child(Prop->Name);
+        const std::string Path = ChildPath(APath, Prop->Name);
         switch (Prop->Kind) {
         case pkObject:
             if (TQLPersistent* Owned = Prop->Object(AObject))
-                LoadInto(*Owned, Node ? *Node : Empty, Path, ALoaded);
+                LoadInto(*Owned, Node ? *Node : Empty, Path, AState);
             break;
         case pkCollection:
             if (TQLCollection* Owned = Prop->Collection(AObject))
-                LoadCollection(*Owned, Node, Path, ALoaded);
+                LoadCollection(*Owned, Node, Path, AState);
             break;
         default:
             if (!Prop->Set)
@@ -279,7 +353,7 @@ void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::str
             break;
         }
     }
-    ALoaded.push_back(&AObject);
+    AState.Loaded.push_back(&AObject);
 }
 
 } // namespace
@@ -298,11 +372,17 @@ TQLStoredNode QLSaveObject(const TQLPersistent& AObject)
             break;
         case pkCollection:
             if (const TQLCollection* Owned = Prop->Collection(AObject);
-                Owned && Owned->GetCount() > 0 && (!Prop->Stored || Prop->Stored(AObject))) {
+                Owned && (!Prop->Stored || Prop->Stored(AObject))) {
+                // Stored unless it holds just its default number of items with nothing of
+                // their own: loading an absent list gives exactly that.
                 TQLStoredNode List = TQLStoredNode::Of(TQLStoredNode::snList);
-                for (int32_t I = 0; I < Owned->GetCount(); ++I)
+                bool Own = Owned->GetCount() != Owned->GetDefaultCount();
+                for (int32_t I = 0; I < Owned->GetCount(); ++I) {
                     List.Items.push_back(QLSaveObject(*Owned->GetBaseItem(I)));
-                Result.Add(Prop->Name, std::move(List));
+                    Own = Own || !List.Items.back().Members.empty();
+                }
+                if (Own)
+                    Result.Add(Prop->Name, std::move(List));
             }
             break;
         default:
@@ -320,21 +400,25 @@ void QLLoadObject(TQLPersistent& AObject, const TQLStoredNode& ANode, const std:
     if (ANode.Kind != TQLStoredNode::snObject)
         Fail(ARootName.empty() ? AObject.GetClassInfo().GetName() : ARootName,
              std::string("expected an object, found ") + KindText(ANode.Kind));
-    std::vector<TQLPersistent*> Loaded;
+    TLoadState State;
     {
         auto Guard = AObject.GetLock()->AcquireWrite();
-        // A document that fails halfway must not leave the object half loaded: put the
-        // settings it had back before passing the error on.
+        // All or nothing: the whole document is read first and a bad one changes nothing; a
+        // value that a setter refuses halfway puts the settings back in place, with every
+        // item that was there still the same object.
+        CheckInto(&AObject, AObject.GetClassInfo(), ANode, ARootName);
         const TQLStoredNode Before = QLSaveObject(AObject);
         try {
-            LoadInto(AObject, ANode, ARootName, Loaded);
+            LoadInto(AObject, ANode, ARootName, State);
         } catch (...) {
-            std::vector<TQLPersistent*> Ignored;
-            LoadInto(AObject, Before, ARootName, Ignored);
+            TLoadState Restore;
+            LoadInto(AObject, Before, ARootName, Restore);
+            Restore.Finish();
             throw;
         }
+        State.Finish();
     }
-    for (TQLPersistent* Object : Loaded)
+    for (TQLPersistent* Object : State.Loaded)
         Object->Loaded();
 }
 

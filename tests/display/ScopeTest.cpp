@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <functional>
 #include <thread>
 #include <vector>
 
@@ -146,4 +148,84 @@ TEST(Scope, SettingsRoundTripThroughTheStoredForm)
     ASSERT_EQ(Copy.GetChannels()->GetCount(), 2);
     EXPECT_EQ(Copy.GetChannels()->GetItem(1)->GetWidth(), 3);
     EXPECT_EQ(Copy.GetChannels()->GetItem(1)->GetColor(), 0xFF00FF00u);
+}
+
+// A load that fails changes nothing: the same channels, their samples and rates, the same
+// settings. Cases: a bad name deep inside, a wrong type, and a value a setter refuses only
+// once the load is under way.
+TEST(Scope, ASettingsLoadIsAllOrNothing)
+{
+    const std::vector<std::pair<const char*, std::function<void(TQLStoredNode&)>>> Cases = {
+        {"unknown property",
+         [](TQLStoredNode& F) { F.Items.back().Add("NoSuchThing", TQLStoredNode::Of(TQLStoredNode::snBool)); }},
+        {"wrong type",
+         [](TQLStoredNode& F) { F.Items.back().Add("Width", TQLStoredNode::Of(TQLStoredNode::snString)); }},
+        {"refused by a setter", [](TQLStoredNode& F) {
+             TQLStoredNode Mode = TQLStoredNode::Of(TQLStoredNode::snInteger);
+             Mode.Integer = 200; // fits the type, names no channel mode
+             F.Items.back().Add("ChannelMode", Mode);
+         }}};
+    for (const auto& [Name, Spoil] : Cases) {
+        TQVScope Scope;
+        Scope.GetChannels()->Add()->SetWidth(2);
+        const std::vector<double> Samples = Ramp(50);
+        for (int32_t C = 0; C < 2; ++C) {
+            Data(Scope, C).SetSampleRate(1000.0 * (C + 1));
+            Data(Scope, C).AddYData(Samples.data(), 50);
+        }
+        Scope.RefreshView();
+        const TQVScopeChannel* First = Scope.GetChannels()->GetItem(0);
+        const TQLStoredNode Before = QLSaveObject(Scope);
+
+        TQLStoredNode Form = Before;
+        Form.Members.erase(std::remove_if(Form.Members.begin(), Form.Members.end(),
+                                          [](const auto& M) { return M.first == "Channels"; }),
+                           Form.Members.end());
+        TQLStoredNode Channels = TQLStoredNode::Of(TQLStoredNode::snList);
+        for (int32_t C = 0; C < 3; ++C) // one channel more, and a colour change on the first
+            Channels.Items.push_back(TQLStoredNode::MakeObject());
+        Channels.Items[0].Add("Width", [] {
+            auto N = TQLStoredNode::Of(TQLStoredNode::snInteger);
+            N.Integer = 5;
+            return N;
+        }());
+        Spoil(Channels);
+        Form.Add("Channels", Channels);
+        EXPECT_THROW(QLLoadObject(Scope, Form), EQLPropertyError) << Name;
+
+        EXPECT_EQ(QLSaveObject(Scope), Before) << Name;
+        ASSERT_EQ(Scope.GetChannels()->GetCount(), 2) << Name;
+        EXPECT_EQ(Scope.GetChannels()->GetItem(0), First) << Name;
+        for (int32_t C = 0; C < 2; ++C) {
+            EXPECT_EQ(Data(Scope, C).GetSize(), 50) << Name;
+            EXPECT_EQ(Data(Scope, C).GetDrawSize(), 50) << Name;
+            EXPECT_EQ(Data(Scope, C).GetSampleRate(), 1000.0 * (C + 1)) << Name;
+        }
+    }
+}
+
+// A form's settings become the display's, with what it omits at the defaults; an item that is
+// there before and after stays the same object with its samples, so a producer holding it
+// goes on writing into a live channel.
+TEST(Scope, ALoadKeepsTheItemsItFindsAndOmittedChannelsComeBackAsOne)
+{
+    TQVScope Scope;
+    Scope.GetChannels()->Add();
+    Scope.GetChannels()->Add();
+    const std::vector<double> Samples = Ramp(20);
+    Data(Scope, 0).AddYData(Samples.data(), 20);
+    TQVScopeChannel* First = Scope.GetChannels()->GetItem(0);
+
+    QLLoadObject(Scope, TQLStoredNode::MakeObject()); // a valid form that names no channel
+    ASSERT_EQ(Scope.GetChannels()->GetCount(), 1);
+    EXPECT_EQ(Scope.GetChannels()->GetItem(0), First);
+    EXPECT_EQ(Data(Scope, 0).GetSize(), 20);
+    Data(Scope, 0).AddYData(Samples.data(), 20);
+    EXPECT_EQ(Data(Scope, 0).GetSize(), 40);
+
+    // A scope without channels says so in its form, and the form gives none back.
+    Scope.GetChannels()->Clear();
+    TQVScope Other;
+    QLLoadObject(Other, QLSaveObject(Scope));
+    EXPECT_EQ(Other.GetChannels()->GetCount(), 0);
 }
