@@ -13,13 +13,15 @@ namespace qv {
 
 TQVScopeChannel::TQVScopeChannel(TQLCollection* ACollection)
     : TQVDisplayChannel(ACollection), FOwner(dynamic_cast<TQVScopeOwner*>(GetDisplay())),
-      FData(std::make_unique<TQVChannelData>(this))
+      FData(std::make_unique<TQVChannelData>(this)), FWriter(std::make_shared<TQVChannelWriter>(FData.get()))
 {
     CreatePins();
 }
 
 TQVScopeChannel::~TQVScopeChannel()
 {
+    // Producers holding the writer stop reaching the channel before any of it goes.
+    FWriter->Detach();
     ReleasePins();
 }
 

@@ -4,6 +4,7 @@
 // tick calls PopulateDrawBuffers.
 
 #include "qv/channels/QVChannelBuffer.h"
+#include "qv/channels/QVChannelWriter.h"
 #include "qv/channels/QVDisplayChannel.h"
 #include "qv/component/QVDisplayCollection.h"
 #include "qv/foundation/QVBlockExtremes.h"
@@ -43,6 +44,9 @@ public:
 
     // The intake object; every sample call goes through it. Never null while the channel lives.
     TQVChannelData* GetData() const { return FData.get(); }
+    // The intake as a producer thread should hold it: the handle outlives the channel and its
+    // calls return false once the channel is gone (see QVChannelWriter.h).
+    const std::shared_ptr<TQVChannelWriter>& GetWriter() const { return FWriter; }
     // The scope the channel belongs to; null for a channel outside a scope, which then has no
     // size limit.
     TQVScopeOwner* GetScope() const { return FOwner; }
@@ -214,6 +218,7 @@ private:
     std::atomic<bool> FHasNewBuffer{false};
     std::atomic<double> FSampleRate{0.0};
     std::unique_ptr<TQVChannelData> FData;
+    std::shared_ptr<TQVChannelWriter> FWriter;
 
     // Pins. The flags are written and read under the display's lock.
     std::shared_ptr<TQVQWComboRealIntComplexPairedQueuedSinkPin> FInputPin;
