@@ -7,6 +7,7 @@
 #include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "qv/component/QVDisplayOwner.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <string>
@@ -21,6 +22,13 @@ void CheckLimits(const char* AWhere, double AMin, double AMax)
     if (!std::isfinite(AMin) || !std::isfinite(AMax))
         throw std::invalid_argument(std::string(AWhere) + ": zoom limits " + std::to_string(AMin) + " and " +
                                     std::to_string(AMax) + " must be finite numbers");
+}
+
+// The narrowest window an axis opens to: a millionth of the values' magnitude, at least
+// 0.00001.
+double QVMinZoomWidth(double AMin, double AMax)
+{
+    return std::max(0.00001, 0.000001 * std::max(std::fabs(AMin), std::fabs(AMax)));
 }
 
 } // namespace
@@ -182,12 +190,27 @@ void TQVDisplayAxis::IntZoomToScale(double AMin, double AMax, TQVZoomOperation /
     if (GetRestrictMinMax()) {
         // Not below the data, and never narrower than a small constant.
         const double Lowest = DataToScaleTick(FScaleTotalReal.GetFull().GetMin().GetValue());
+        const double Highest = DataToScaleTick(FScaleTotalReal.GetFull().GetMax().GetValue());
         if (FZoomMin < Lowest) {
             FZoomMax += Lowest - FZoomMin;
             FZoomMin = Lowest;
         }
         if (FZoomMax < FZoomMin + 0.0001)
             FZoomMax = FZoomMin + 0.0001;
+        // Not beyond the data's end either: the window ends there and keeps its width as far
+        // as the data reach, so the axis never shows its minimum above its maximum and the
+        // window read back is the one shown.
+        if (FZoomMax > Highest && Highest > Lowest) {
+            const double Width = FZoomMax - FZoomMin;
+            FZoomMax = Highest;
+            FZoomMin = std::max(Lowest, Highest - Width);
+        }
+    } else if (!(FZoomMax - FZoomMin >= QVMinZoomWidth(FZoomMin, FZoomMax))) {
+        // A window of no width opens to the smallest one about its centre.
+        const double Centre = (FZoomMin + FZoomMax) / 2.0;
+        const double Half = QVMinZoomWidth(FZoomMin, FZoomMax) / 2.0;
+        FZoomMin = Centre - Half;
+        FZoomMax = Centre + Half;
     }
     CorrectMinMax();
     FZoomed = true;

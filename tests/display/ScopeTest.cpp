@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -228,4 +229,49 @@ TEST(Scope, ALoadKeepsTheItemsItFindsAndOmittedChannelsComeBackAsOne)
     TQVScope Other;
     QLLoadObject(Other, QLSaveObject(Scope));
     EXPECT_EQ(Other.GetChannels()->GetCount(), 0);
+}
+
+// Zoom windows against a scope of 1000 samples (X 0 to 999): inside the data a window is
+// shown as asked; beyond it, or of no width, the axis still shows a window of some width with
+// its minimum below its maximum, and the window read back is the one shown.
+TEST(Scope, ZoomWindowsOutsideTheDataOrOfNoWidthStayProper)
+{
+    struct TCase {
+        const char* Name;
+        double XMin, XMax, YMin, YMax;
+        double ShownXMin, ShownXMax; // NaN: as asked
+    };
+    const double AsAsked = std::nan("");
+    const TCase Cases[] = {{"inside", 100, 200, -0.5, 0.5, AsAsked, AsAsked},
+                           {"beyond the end", 5000, 6000, -0.5, 0.5, 0, 999},
+                           {"before the start", -600, -500, -0.5, 0.5, 0, 100},
+                           {"across the end", 900, 1500, -0.5, 0.5, 399, 999},
+                           {"no width", 300, 300, 0.5, 0.5, AsAsked, AsAsked}};
+    for (const TCase& C : Cases) {
+        TQVScope Scope;
+        Scope.SetBounds(0, 0, 640, 400);
+        const std::vector<double> Samples = Ramp(1000);
+        Data(Scope).AddYData(Samples.data(), 1000);
+        Scope.RefreshView();
+        Scope.ZoomTo(C.XMin, C.XMax, C.YMin, C.YMax);
+        TQLBitmap Bitmap(640, 400);
+        TQLRecordingCanvas Canvas;
+        Scope.PaintToCanvas(Bitmap, Canvas, false);
+        for (TQVDisplayAxis* Axis :
+             {static_cast<TQVDisplayAxis*>(Scope.GetXAxis()), static_cast<TQVDisplayAxis*>(Scope.GetYAxis())}) {
+            const double Lo = Axis->GetScaleTick().GetZoomed().GetMin().GetValue();
+            const double Hi = Axis->GetScaleTick().GetZoomed().GetMax().GetValue();
+            EXPECT_LT(Lo, Hi) << C.Name;
+            EXPECT_GE(Hi - Lo, 0.00001) << C.Name;
+            const bool IsX = Axis == Scope.GetXAxis();
+            EXPECT_DOUBLE_EQ(IsX ? Scope.GetXMinZoom() : Scope.GetYMinZoom(), Lo) << C.Name;
+            EXPECT_DOUBLE_EQ(IsX ? Scope.GetXMaxZoom() : Scope.GetYMaxZoom(), Hi) << C.Name;
+        }
+        if (!std::isnan(C.ShownXMin)) {
+            EXPECT_DOUBLE_EQ(Scope.GetXMinZoom(), C.ShownXMin) << C.Name;
+            EXPECT_DOUBLE_EQ(Scope.GetXMaxZoom(), C.ShownXMax) << C.Name;
+        } else {
+            EXPECT_NEAR(Scope.GetXMinZoom(), C.XMin, 0.001) << C.Name;
+        }
+    }
 }
