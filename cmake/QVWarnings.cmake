@@ -4,5 +4,6 @@
 option(QV_WERROR "Treat compiler warnings as errors" OFF)
 add_library(qv_warnings INTERFACE)
 target_compile_options(qv_warnings INTERFACE
-  $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor
-    -Woverloaded-virtual -Wno-unused-parameter $<$<BOOL:${QV_WERROR}>:-Werror>>)
+  $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wno-unused-parameter $<$<BOOL:${QV_WERROR}>:-Werror>>
+  $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>)
