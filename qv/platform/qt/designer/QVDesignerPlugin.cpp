@@ -6,8 +6,8 @@ namespace qv {
 
 TQVDesignerWidget::TQVDesignerWidget(QString AClassName, QString AHeader, QString AToolTip, QString ADefaultName,
                                      TFactory AFactory, QObject* AParent)
-    : QObject(AParent), FClassName(std::move(AClassName)), FHeader(std::move(AHeader)),
-      FToolTip(std::move(AToolTip)), FDefaultName(std::move(ADefaultName)), FFactory(std::move(AFactory))
+    : QObject(AParent), FClassName(std::move(AClassName)), FHeader(std::move(AHeader)), FToolTip(std::move(AToolTip)),
+      FDefaultName(std::move(ADefaultName)), FFactory(std::move(AFactory))
 {}
 
 QString TQVDesignerWidget::domXml() const

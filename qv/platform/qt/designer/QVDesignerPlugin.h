@@ -16,8 +16,8 @@ class TQVDesignerWidget : public QObject, public QDesignerCustomWidgetInterface 
     Q_INTERFACES(QDesignerCustomWidgetInterface)
 public:
     using TFactory = std::function<QWidget*(QWidget* AParent)>;
-    TQVDesignerWidget(QString AClassName, QString AHeader, QString AToolTip, QString ADefaultName,
-                      TFactory AFactory, QObject* AParent);
+    TQVDesignerWidget(QString AClassName, QString AHeader, QString AToolTip, QString ADefaultName, TFactory AFactory,
+                      QObject* AParent);
 
     QString name() const override { return FClassName; }
     QString group() const override { return QStringLiteral("QVScope"); }
