@@ -96,8 +96,10 @@ TQLQtCanvas::TQLQtCanvas(TQLBitmap& ABitmap) : FOwnPainter(std::make_unique<QPai
 TQLQtCanvas::~TQLQtCanvas()
 {
     if (FExternal) {
-        if (FPainter->isActive())
+        if (FPainter->isActive()) {
+            FlushLine();
             FPainter->restore();
+        }
     } else if (FPainter->isActive()) {
         FPainter->end();
     }
@@ -144,6 +146,12 @@ void TQLQtCanvas::InvalidatePlatformState()
 
 bool TQLQtCanvas::Ready()
 {
+    FlushLine();
+    return ReadyKeepingLine();
+}
+
+bool TQLQtCanvas::ReadyKeepingLine()
+{
     if (FBitmap && (FBitmap->GetBits() != FWrappedBits || FBitmap->GetWidth() != FWrappedWidth ||
                     FBitmap->GetHeight() != FWrappedHeight))
         BeginOnBitmap();
@@ -154,6 +162,13 @@ void* TQLQtCanvas::GetPlatformCanvas()
 {
     Ready();
     return GetPainter();
+}
+
+QPainter* TQLQtCanvas::GetPainter()
+{
+    FlushLine();
+    FPainterLent = true;
+    return FPainter;
 }
 
 void* TQLQtCanvas::GetDeviceHandle()
@@ -335,9 +350,10 @@ void TQLQtCanvas::LineTo(int32_t AX, int32_t AY)
 {
     const TPoint From = FPenPos;
     FPenPos = TPoint{AX, AY};
-    if (FPen.GetStyle() == psClear || !Ready())
+    if (FPen.GetStyle() == psClear || !ReadyKeepingLine())
         return;
     if (FPen.GetWidth() > 1) {
+        FlushLine();
         SyncPen();
         if (FVector)
             DrawVectorLine(QPointF(From.X, From.Y), QPointF(AX, AY));
@@ -352,12 +368,51 @@ void TQLQtCanvas::LineTo(int32_t AX, int32_t AY)
     ThinLine(From, TPoint{AX, AY});
 }
 
+// Thin lines that continue one another with the same pen gather into one polyline, drawn
+// when anything else is drawn or the state changes: a channel becomes one object in the
+// file, and its dash pattern runs on over the joints.
 void TQLQtCanvas::VectorThinLine(TPoint AFrom, TPoint ATo)
 {
     if (AFrom.X == ATo.X && AFrom.Y == ATo.Y)
         return;
+    const QPointF From(AFrom.X + 0.5, AFrom.Y + 0.5), To(ATo.X + 0.5, ATo.Y + 0.5);
+    if (FSoftClipActive && !InsideSoftClip(From, To)) {
+        FlushLine();
+        SyncPen();
+        DrawVectorLine(From, To);
+        return;
+    }
+    if (!FLine.isEmpty() && (FLine.last() != From || !(FLinePen == FPen)))
+        FlushLine();
+    if (FLine.isEmpty()) {
+        FLine.append(From);
+        FLinePen = FPen;
+    }
+    FLine.append(To);
+}
+
+void TQLQtCanvas::FlushLine()
+{
+    if (FLine.isEmpty())
+        return;
+    const TQLCanvasPen Current = FPen;
+    FPen = FLinePen;
+    FPenValid = false;
     SyncPen();
-    DrawVectorLine(QPointF(AFrom.X + 0.5, AFrom.Y + 0.5), QPointF(ATo.X + 0.5, ATo.Y + 0.5));
+    FPainter->drawPolyline(FLine.constData(), static_cast<int>(FLine.size()));
+    FPen = Current;
+    FPenValid = false;
+    FLine.clear();
+}
+
+bool TQLQtCanvas::InsideSoftClip(QPointF AFrom, QPointF ATo) const
+{
+    for (const QRect& R : FSoftRegion) {
+        const QRectF Box(R.left(), R.top(), R.width(), R.height());
+        if (Box.contains(AFrom) && Box.contains(ATo))
+            return true;
+    }
+    return false;
 }
 
 // A line of width 1 from AFrom up to but not including ATo, stepping one pixel along the

@@ -60,6 +60,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPolygonF>
 #include <QRect>
 #include <QRegion>
 
@@ -89,11 +90,7 @@ public:
     void* GetDeviceHandle() override;
     // The painter. Until InvalidatePlatformState, drawing goes through the painter only, so
     // that what its borrower changed (a clip, a transform) is obeyed.
-    QPainter* GetPainter()
-    {
-        FPainterLent = true;
-        return FPainter;
-    }
+    QPainter* GetPainter();
 
     void SetPixel(int32_t AX, int32_t AY, TAlphaColor AColor) override;
     void Ellipse(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1) override;
@@ -133,6 +130,8 @@ private:
     // Whether there is an active painter to draw with; over a bitmap, rewraps the pixels
     // first when the bitmap was reallocated or resized.
     bool Ready();
+    // The same without drawing the gathered polyline first: for a line that may continue it.
+    bool ReadyKeepingLine();
     void BeginOnBitmap();
     void PreparePainter();
     void ApplyClip();
@@ -142,6 +141,9 @@ private:
     const QColor& LineColor();
     void ThinLine(TPoint AFrom, TPoint ATo);
     void VectorThinLine(TPoint AFrom, TPoint ATo);
+    // Draws the thin lines gathered on a vector device as one polyline.
+    void FlushLine();
+    bool InsideSoftClip(QPointF AFrom, QPointF ATo) const;
     // A line on a vector device, cut to the canvas's own clip where it clips itself.
     void DrawVectorLine(QPointF AFrom, QPointF ATo);
     // Where the canvas clips itself and AShape is not wholly inside the clip: draws the
@@ -168,6 +170,9 @@ private:
     bool FSoftClipActive = false;
     QRegion FSoftRegion;
     QPainterPath FSoftPath;
+    // Thin lines gathered on a vector device, and the pen they are drawn with.
+    QPolygonF FLine;
+    TQLCanvasPen FLinePen;
 
     TQLBitmap* FBitmap = nullptr;
     QImage FImage;
