@@ -38,14 +38,15 @@ void TQLBitmap::SetSize(int32_t AWidth, int32_t AHeight, double ADevicePixelRati
     if (Width > INT32_MAX || Height > INT32_MAX)
         throw std::invalid_argument("TQLBitmap: size " + std::to_string(AWidth) + " x " + std::to_string(AHeight) +
                                     " at ratio " + std::to_string(ADevicePixelRatio) + " is too large");
+    // The pixels first: when they cannot be had, nothing has changed.
+    if (Width != FWidth || Height != FHeight) {
+        FPixels.assign(static_cast<size_t>(Width) * static_cast<size_t>(Height), 0u);
+        FWidth = static_cast<int32_t>(Width);
+        FHeight = static_cast<int32_t>(Height);
+    }
     FLogicalWidth = AWidth;
     FLogicalHeight = AHeight;
     FDevicePixelRatio = ADevicePixelRatio;
-    if (Width == FWidth && Height == FHeight)
-        return;
-    FPixels.assign(static_cast<size_t>(Width) * static_cast<size_t>(Height), 0u);
-    FWidth = static_cast<int32_t>(Width);
-    FHeight = static_cast<int32_t>(Height);
 }
 
 uint32_t TQLBitmap::GetPixel(int32_t AX, int32_t AY) const
