@@ -2,6 +2,7 @@
 // The Qt Designer plugin: puts the library's widgets into Designer's widget box, under
 // "QVScope". Each widget has a factory here; the collection lists them.
 
+#include <QIcon>
 #include <QObject>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
@@ -10,18 +11,18 @@
 
 namespace qv {
 
-// One widget in the box: its class, header, icon-free description and a factory.
+// One widget in the box: its class, header, description, icon and a factory.
 class TQVDesignerWidget : public QObject, public QDesignerCustomWidgetInterface {
     Q_OBJECT
     Q_INTERFACES(QDesignerCustomWidgetInterface)
 public:
     using TFactory = std::function<QWidget*(QWidget* AParent)>;
-    TQVDesignerWidget(QString AClassName, QString AHeader, QString AToolTip, QString ADefaultName, TFactory AFactory,
-                      QObject* AParent);
+    TQVDesignerWidget(QString AClassName, QString AHeader, QString AToolTip, QString ADefaultName, QIcon AIcon,
+                      TFactory AFactory, QObject* AParent);
 
     QString name() const override { return FClassName; }
     QString group() const override { return QStringLiteral("QVScope"); }
-    QIcon icon() const override { return QIcon(); }
+    QIcon icon() const override { return FIcon; }
     QString toolTip() const override { return FToolTip; }
     QString whatsThis() const override { return FToolTip; }
     bool isContainer() const override { return false; }
@@ -36,6 +37,7 @@ private:
     QString FHeader;
     QString FToolTip;
     QString FDefaultName;
+    QIcon FIcon;
     TFactory FFactory;
     bool FInitialized = false;
 };
