@@ -113,6 +113,10 @@ void TQLQtCanvas::BeginOnBitmap()
     FWrappedBits = FBitmap->GetBits();
     FWrappedWidth = FBitmap->GetWidth();
     FWrappedHeight = FBitmap->GetHeight();
+    FWrappedRatio = FBitmap->GetDevicePixelRatio();
+    // At a whole ratio a logical pixel is a square of stored pixels that spans may fill
+    // directly; at a fractional one only the painter knows which pixels a span covers.
+    FDirectScale = FWrappedRatio == std::floor(FWrappedRatio) ? static_cast<int32_t>(FWrappedRatio) : 0;
     if (!FImage.isNull() && FPainter->begin(&FImage))
         PreparePainter();
 }
@@ -153,7 +157,7 @@ bool TQLQtCanvas::Ready()
 bool TQLQtCanvas::ReadyKeepingLine()
 {
     if (FBitmap && (FBitmap->GetBits() != FWrappedBits || FBitmap->GetWidth() != FWrappedWidth ||
-                    FBitmap->GetHeight() != FWrappedHeight))
+                    FBitmap->GetHeight() != FWrappedHeight || FBitmap->GetDevicePixelRatio() != FWrappedRatio))
         BeginOnBitmap();
     return FPainter->isActive();
 }
@@ -245,7 +249,8 @@ const QColor& TQLQtCanvas::LineColor()
 
 void TQLQtCanvas::ApplyClip()
 {
-    const QRect Whole = FBitmap ? QRect(0, 0, FWrappedWidth, FWrappedHeight) : QRect();
+    // In logical pixels, as the clip is.
+    const QRect Whole = FBitmap ? QRect(0, 0, FBitmap->GetLogicalWidth(), FBitmap->GetLogicalHeight()) : QRect();
     FDirectClipSimple = !FClip.Active || FClip.Region.rectCount() <= 1;
     FDirectClip = FClip.Active ? FClip.Region.boundingRect().intersected(Whole) : Whole;
     FSoftClipActive = FSoftClip && (FClip.Active || FHasBaseClip);
@@ -326,9 +331,8 @@ uint32_t* TQLQtCanvas::DirectPixels()
 {
     // Over an external painter the device is not ours to write; while the painter is lent
     // out, its borrower may have set a clip, a transform or another composition mode.
-    // At a device pixel ratio other than 1 a logical pixel is not one stored pixel.
     if (!FBitmap || FExternal || FPainterLent || !FDirectClipSimple || FBitmap->GetBits() != FWrappedBits ||
-        FBitmap->GetDevicePixelRatio() != 1.0)
+        FDirectScale == 0)
         return nullptr;
     return FBitmap->GetBits();
 }
@@ -475,20 +479,23 @@ void TQLQtCanvas::ThinLine(TPoint AFrom, TPoint ATo)
     const TAlphaColor Argb = FPen.GetColor();
     uint32_t* const Direct = (Argb >> 24) == 0xFF ? DirectPixels() : nullptr;
     const int32_t Stride = FWrappedWidth;
+    const int32_t Scale = FDirectScale;
     const QRect& DC = FDirectClip;
     const auto Store = [&](int32_t AX, int32_t AY, int32_t AW, int32_t AH) {
         const int32_t X0 = std::max(AX, DC.left()), X1 = std::min(AX + AW, DC.right() + 1);
         const int32_t Y0 = std::max(AY, DC.top()), Y1 = std::min(AY + AH, DC.bottom() + 1);
         if (X0 >= X1 || Y0 >= Y1)
             return;
-        uint32_t* Row = Direct + static_cast<ptrdiff_t>(Y0) * Stride + X0;
-        if (X1 - X0 == 1) {
+        // Logical pixels to stored ones: Scale by Scale each.
+        uint32_t* Row = Direct + static_cast<ptrdiff_t>(Y0) * Scale * Stride + static_cast<ptrdiff_t>(X0) * Scale;
+        const int32_t Columns = (X1 - X0) * Scale, Rows = (Y1 - Y0) * Scale;
+        if (Columns == 1) {
             // A column: the common span of a dense plot.
-            for (int32_t Y = Y0; Y < Y1; ++Y, Row += Stride)
+            for (int32_t Y = 0; Y < Rows; ++Y, Row += Stride)
                 *Row = Argb;
         } else {
-            for (int32_t Y = Y0; Y < Y1; ++Y, Row += Stride)
-                std::fill(Row, Row + (X1 - X0), Argb);
+            for (int32_t Y = 0; Y < Rows; ++Y, Row += Stride)
+                std::fill(Row, Row + Columns, Argb);
         }
     };
     bool InSpan = false;

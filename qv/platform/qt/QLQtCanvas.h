@@ -179,6 +179,9 @@ private:
     const uint32_t* FWrappedBits = nullptr;
     int32_t FWrappedWidth = 0;
     int32_t FWrappedHeight = 0;
+    double FWrappedRatio = 1.0;
+    // Stored pixels per logical pixel for spans written directly; 0 at a fractional ratio.
+    int32_t FDirectScale = 1;
 
     // Area worth drawing a thin line through, in painter coordinates.
     QRect FVisible;

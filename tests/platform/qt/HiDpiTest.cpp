@@ -111,6 +111,15 @@ TEST(HiDpi, ALogicalPixelIsRatioDevicePixelsAndTextKeepsItsLogicalSize)
         ASSERT_GT(TextHeightAtOne, 8);
         EXPECT_NEAR(Ink, TextHeightAtOne * R, 2.0);
     }
+
+    // A canvas follows its bitmap to a new ratio, also when the pixels stay as many.
+    TQLBitmap Bitmap(40, 40);
+    TQLQtCanvas Canvas(Bitmap);
+    Bitmap.SetSize(20, 20, 2.0);
+    Canvas.GetBrush().SetColor(Red);
+    Canvas.FillRect(TRect{0, 0, 5, 5});
+    EXPECT_EQ(Bitmap.GetPixel(9, 9), Red);
+    EXPECT_NE(Bitmap.GetPixel(10, 10), Red);
 }
 
 // The whole scope at ratio 2 is the ratio-1 picture with every pixel doubled, except where
