@@ -104,6 +104,28 @@ void BM_FullFrameScope(benchmark::State& AState)
     AState.counters["paint_ms"] = 1e3 * Paint / double(AState.iterations());
 }
 
+// One frame of new data painted at a device pixel ratio (the argument in tenths): the cost
+// of a HiDPI screen against ratio 1.
+void BM_FullFrameScopeAtRatio(benchmark::State& AState)
+{
+    const auto A = NoisySine(1'000'000, 1), B = NoisySine(1'000'000, 2);
+    TScopeRig Rig(1'000'000);
+    Rig.Scope.SetDevicePixelRatio(double(AState.range(0)) / 10.0);
+    bool Flip = false;
+    double Paint = 0;
+    for (auto _ : AState) {
+        AState.PauseTiming();
+        Rig.Feed((Flip = !Flip) ? A : B);
+        Rig.Scope.RefreshView();
+        AState.ResumeTiming();
+        const double T0 = CpuSeconds();
+        Rig.Scope.Paint();
+        benchmark::DoNotOptimize(Rig.Scope.GetBitmap().GetBits());
+        Paint += CpuSeconds() - T0;
+    }
+    AState.counters["paint_ms"] = 1e3 * Paint / double(AState.iterations());
+}
+
 void BM_IdleFrameScope(benchmark::State& AState)
 {
     const int64_t N = AState.range(0);
@@ -237,6 +259,7 @@ BENCHMARK(BM_IdleFramePeer)->Arg(1'000'000)->Arg(10'000'000)->Unit(benchmark::kM
 BENCHMARK(BM_ReadFloor)->Arg(1'000'000)->Arg(10'000'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FullFrameScope)->Arg(1'000'000)->Arg(10'000'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_IdleFrameScope)->Arg(1'000'000)->Arg(10'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FullFrameScopeAtRatio)->Arg(10)->Arg(15)->Arg(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RollingWindowScope)->Unit(benchmark::kMillisecond)->Iterations(30);
 
 } // namespace

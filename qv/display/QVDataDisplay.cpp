@@ -214,12 +214,24 @@ void TQVDataDisplay::SetBitmapSize(int32_t AWidth, int32_t AHeight)
 {
     AWidth = std::max(AWidth, 0);
     AHeight = std::max(AHeight, 0);
-    if (FBkgBitmap.GetWidth() == AWidth && FBkgBitmap.GetHeight() == AHeight && (FBitmapCanvas || !FCanvasFactory))
+    if (FBkgBitmap.GetLogicalWidth() == AWidth && FBkgBitmap.GetLogicalHeight() == AHeight &&
+        FBkgBitmap.GetDevicePixelRatio() == FDevicePixelRatio && (FBitmapCanvas || !FCanvasFactory))
         return;
     FBitmapCanvas.reset();
-    FBkgBitmap.SetSize(AWidth, AHeight);
+    FBkgBitmap.SetSize(AWidth, AHeight, FDevicePixelRatio);
     if (FCanvasFactory)
         FBitmapCanvas = FCanvasFactory(FBkgBitmap);
+}
+
+void TQVDataDisplay::SetDevicePixelRatio(double AValue)
+{
+    if (!std::isfinite(AValue) || AValue <= 0.0 || AValue > 16.0)
+        throw std::invalid_argument("TQVDataDisplay::SetDevicePixelRatio: invalid ratio " + std::to_string(AValue));
+    if (AValue == FDevicePixelRatio)
+        return;
+    FDevicePixelRatio = AValue;
+    // The picture takes the new ratio at the next paint; the layout, in logical pixels, stays.
+    InvalidateRefresh();
 }
 
 void TQVDataDisplay::Paint()
@@ -235,10 +247,16 @@ void TQVDataDisplay::Paint()
 
 void TQVDataDisplay::PaintToCanvas(TQLBitmap& ABitmap, TQLCanvas& ACanvas, bool APrinting)
 {
+    // Laid out in the bitmap's logical size; the canvas puts it into device pixels.
+    PaintToCanvasSized(ABitmap, ACanvas, TRect{0, 0, ABitmap.GetLogicalWidth(), ABitmap.GetLogicalHeight()}, APrinting);
+}
+
+void TQVDataDisplay::PaintToCanvasSized(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, bool APrinting)
+{
     auto Guard = GetLock()->AcquireWrite();
     if (!Guard)
         return;
-    const TRect Rect{0, 0, ABitmap.GetWidth(), ABitmap.GetHeight()};
+    const TRect Rect = ARect;
     const TQLRegion Region(Rect);
     if (&ABitmap != &FBkgBitmap)
         SetBitmapSize(Rect.Right, Rect.Bottom);

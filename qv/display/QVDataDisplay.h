@@ -119,8 +119,15 @@ public:
     virtual void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, const TQLRegion& ARegion,
                                   bool APrinting);
     virtual void PaintOverlay(const TQLRegion& ARegion, bool APrinting) {}
-    // Resizes the picture and rebuilds the surface over it, only on a real size change.
+    // Resizes the picture (logical size, at the device pixel ratio) and rebuilds the surface
+    // over it, only on a real change.
     void SetBitmapSize(int32_t AWidth, int32_t AHeight);
+    // Device pixels per logical pixel of the display's own picture: a host on a HiDPI screen
+    // sets its screen's ratio, and the picture is painted with that many pixels per logical
+    // pixel. Layout, hit tests and mouse positions stay in logical pixels. A value that is
+    // not a finite number in (0, 16] raises std::invalid_argument naming it.
+    double GetDevicePixelRatio() const { return FDevicePixelRatio; }
+    void SetDevicePixelRatio(double AValue);
     const TQLBitmap& GetBitmap() const { return FBkgBitmap; }
     // The surface over the picture, also used to measure text outside a paint; null without
     // a canvas factory until a paint hands one in.
@@ -157,6 +164,11 @@ public:
     void SaveToBitmap(const std::string& AFileName);
     // The picture, Trunc(Width) by Trunc(Height), as a JPEG file.
     void SaveToJpeg(const std::string& AFileName);
+    // The picture, Trunc(Width) by Trunc(Height), as an SVG or a PDF file: the same paint
+    // onto a vector surface, so lines and text stay lines and text. The picture services
+    // must offer vector output.
+    void SaveToSvg(const std::string& AFileName);
+    void SaveToPdf(const std::string& AFileName);
     // The platform's printer, clipboard and image files; a display in a platform widget
     // gets them from the widget.
     void SetPictureServices(std::shared_ptr<IQLPictureServices> AServices) { FPictureServices = std::move(AServices); }
@@ -378,8 +390,12 @@ private:
     const TQLCanvasFactory& RequireCanvasFactory(const char* AOperation) const;
     // The control's picture, painted as for print into ABitmap at its size.
     void PaintPicture(const char* AOperation, TQLBitmap& ABitmap);
+    void SaveToVector(const char* AOperation, TQLVectorFormat AFormat, const std::string& AFileName);
+    // PaintToCanvas for a picture of ARect's size.
+    void PaintToCanvasSized(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, bool APrinting);
 
     TQLBitmap FBkgBitmap;
+    double FDevicePixelRatio = 1.0;
     std::unique_ptr<TQLCanvas> FBitmapCanvas;
     TQLCanvas* FActiveCanvas = nullptr; // the surface of the paint under way
     TQVDisplayViews FViews;

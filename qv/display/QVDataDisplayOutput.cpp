@@ -3,6 +3,7 @@
 // leaves the control carries no highlight, drag ghost or mouse mark.
 #include "qv/display/QVDataDisplay.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -130,6 +131,34 @@ void TQVDataDisplay::SaveToJpeg(const std::string& AFileName)
     TQLBitmap Bitmap(static_cast<int32_t>(FWidth), static_cast<int32_t>(FHeight));
     PaintPicture("SaveToJpeg", Bitmap);
     Services.SaveBitmapToJpeg(Bitmap, AFileName);
+}
+
+void TQVDataDisplay::SaveToSvg(const std::string& AFileName)
+{
+    SaveToVector("SaveToSvg", vfSvg, AFileName);
+}
+
+void TQVDataDisplay::SaveToPdf(const std::string& AFileName)
+{
+    SaveToVector("SaveToPdf", vfPdf, AFileName);
+}
+
+void TQVDataDisplay::SaveToVector(const char* AOperation, TQLVectorFormat AFormat, const std::string& AFileName)
+{
+    IQLPictureServices& Services = RequirePictureServices(AOperation);
+    auto Guard = GetLock()->AcquireWrite();
+    if (!Guard)
+        return;
+    const int32_t Width = std::max(static_cast<int32_t>(FWidth), 0);
+    const int32_t Height = std::max(static_cast<int32_t>(FHeight), 0);
+    Services.SaveVectorPicture(
+        AFormat, Width, Height,
+        [&](TQLCanvas& ACanvas) {
+            // No pixels are drawn: the bitmap only stands for the picture's size.
+            TQLBitmap NoPixels;
+            PaintToCanvasSized(NoPixels, ACanvas, TRect{0, 0, Width, Height}, true);
+        },
+        AFileName);
 }
 
 } // namespace qv

@@ -7,9 +7,18 @@
 #include "qv/foundation/QLTypes.h"
 
 #include <cstdint>
+#include <functional>
+#include <stdexcept>
 #include <string>
 
 namespace qv {
+
+class TQLCanvas;
+
+// Vector picture files.
+enum TQLVectorFormat : uint8_t { vfSvg, vfPdf };
+// Draws a picture onto the canvas it is handed.
+using TQLVectorPaint = std::function<void(TQLCanvas& ACanvas)>;
 
 // One print job at a time: BeginDoc opens a document of one page, EndDoc sends it.
 class IQLPrinter {
@@ -36,6 +45,15 @@ public:
     virtual void SaveBitmapToFile(const TQLBitmap& ABitmap, const std::string& AFileName) = 0;
     // Writes a JPEG file at the encoder's default quality. An empty bitmap writes an empty file.
     virtual void SaveBitmapToJpeg(const TQLBitmap& ABitmap, const std::string& AFileName) = 0;
+    // Writes a vector picture file of AWidth by AHeight pixels: APaint draws onto a canvas
+    // whose lines, shapes and text go into the file as such. An empty size writes an empty
+    // file. Services without vector output raise std::runtime_error.
+    virtual void SaveVectorPicture(TQLVectorFormat AFormat, int32_t AWidth, int32_t AHeight,
+                                   const TQLVectorPaint& APaint, const std::string& AFileName)
+    {
+        throw std::runtime_error("SaveVectorPicture: these picture services write no vector files ('" + AFileName +
+                                 "')");
+    }
 };
 
 } // namespace qv

@@ -4,7 +4,11 @@
 
 #include <QGuiApplication>
 #include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainterPath>
+#include <QPainterPathStroker>
 #include <QPen>
+#include <QPolygonF>
 #include <QTransform>
 #include <QVarLengthArray>
 
@@ -72,6 +76,10 @@ TQLQtCanvas::TQLQtCanvas(QPainter& APainter) : FPainter(&APainter), FExternal(tr
 {
     if (!APainter.isActive())
         throw std::invalid_argument("TQLQtCanvas: the painter is not active");
+    const QPaintEngine::Type Engine = APainter.paintEngine()->type();
+    FVector = Engine == QPaintEngine::SVG || Engine == QPaintEngine::Pdf || Engine == QPaintEngine::Picture;
+    // Qt's SVG generator writes no clip paths: the canvas clips what it draws itself.
+    FSoftClip = Engine == QPaintEngine::SVG;
     FPainter->save();
     FHasBaseClip = FPainter->hasClipping();
     if (FHasBaseClip)
@@ -88,8 +96,10 @@ TQLQtCanvas::TQLQtCanvas(TQLBitmap& ABitmap) : FOwnPainter(std::make_unique<QPai
 TQLQtCanvas::~TQLQtCanvas()
 {
     if (FExternal) {
-        if (FPainter->isActive())
+        if (FPainter->isActive()) {
+            FlushLine();
             FPainter->restore();
+        }
     } else if (FPainter->isActive()) {
         FPainter->end();
     }
@@ -103,6 +113,10 @@ void TQLQtCanvas::BeginOnBitmap()
     FWrappedBits = FBitmap->GetBits();
     FWrappedWidth = FBitmap->GetWidth();
     FWrappedHeight = FBitmap->GetHeight();
+    FWrappedRatio = FBitmap->GetDevicePixelRatio();
+    // At a whole ratio a logical pixel is a square of stored pixels that spans may fill
+    // directly; at a fractional one only the painter knows which pixels a span covers.
+    FDirectScale = FWrappedRatio == std::floor(FWrappedRatio) ? static_cast<int32_t>(FWrappedRatio) : 0;
     if (!FImage.isNull() && FPainter->begin(&FImage))
         PreparePainter();
 }
@@ -136,8 +150,14 @@ void TQLQtCanvas::InvalidatePlatformState()
 
 bool TQLQtCanvas::Ready()
 {
+    FlushLine();
+    return ReadyKeepingLine();
+}
+
+bool TQLQtCanvas::ReadyKeepingLine()
+{
     if (FBitmap && (FBitmap->GetBits() != FWrappedBits || FBitmap->GetWidth() != FWrappedWidth ||
-                    FBitmap->GetHeight() != FWrappedHeight))
+                    FBitmap->GetHeight() != FWrappedHeight || FBitmap->GetDevicePixelRatio() != FWrappedRatio))
         BeginOnBitmap();
     return FPainter->isActive();
 }
@@ -146,6 +166,13 @@ void* TQLQtCanvas::GetPlatformCanvas()
 {
     Ready();
     return GetPainter();
+}
+
+QPainter* TQLQtCanvas::GetPainter()
+{
+    FlushLine();
+    FPainterLent = true;
+    return FPainter;
 }
 
 void* TQLQtCanvas::GetDeviceHandle()
@@ -222,9 +249,16 @@ const QColor& TQLQtCanvas::LineColor()
 
 void TQLQtCanvas::ApplyClip()
 {
-    const QRect Whole = FBitmap ? QRect(0, 0, FWrappedWidth, FWrappedHeight) : QRect();
+    // In logical pixels, as the clip is.
+    const QRect Whole = FBitmap ? QRect(0, 0, FBitmap->GetLogicalWidth(), FBitmap->GetLogicalHeight()) : QRect();
     FDirectClipSimple = !FClip.Active || FClip.Region.rectCount() <= 1;
     FDirectClip = FClip.Active ? FClip.Region.boundingRect().intersected(Whole) : Whole;
+    FSoftClipActive = FSoftClip && (FClip.Active || FHasBaseClip);
+    if (FSoftClipActive) {
+        FSoftRegion = FClip.Active ? (FHasBaseClip ? FClip.Region.intersected(FBaseClip) : FClip.Region) : FBaseClip;
+        FSoftPath = QPainterPath();
+        FSoftPath.addRegion(FSoftRegion);
+    }
     if (FClip.Active)
         FPainter->setClipRegion(FHasBaseClip ? FClip.Region.intersected(FBaseClip) : FClip.Region);
     else if (FHasBaseClip)
@@ -243,14 +277,62 @@ void TQLQtCanvas::RequireGui() const
 
 void TQLQtCanvas::FillSpan(int32_t AX, int32_t AY, int32_t AW, int32_t AH, const QColor& AColor)
 {
+    if (FSoftClipActive) {
+        for (const QRect& R : FSoftRegion.intersected(QRect(AX, AY, AW, AH)))
+            FPainter->fillRect(R, AColor);
+        return;
+    }
     FPainter->fillRect(QRect(AX, AY, AW, AH), AColor);
+}
+
+void TQLQtCanvas::DrawVectorLine(QPointF AFrom, QPointF ATo)
+{
+    if (!FSoftClipActive) {
+        FPainter->drawLine(AFrom, ATo);
+        return;
+    }
+    // The part of the segment inside each rectangle of the clip (Liang-Barsky).
+    const double DX = ATo.x() - AFrom.x(), DY = ATo.y() - AFrom.y();
+    for (const QRect& R : FSoftRegion) {
+        double T0 = 0.0, T1 = 1.0;
+        const auto Edge = [&](double AP, double AQ) {
+            if (AP == 0.0)
+                return AQ >= 0.0;
+            const double T = AQ / AP;
+            if (AP < 0.0)
+                T0 = std::max(T0, T);
+            else
+                T1 = std::min(T1, T);
+            return T0 <= T1;
+        };
+        if (Edge(-DX, AFrom.x() - R.left()) && Edge(DX, R.right() + 1 - AFrom.x()) && Edge(-DY, AFrom.y() - R.top()) &&
+            Edge(DY, R.bottom() + 1 - AFrom.y()) && T0 < T1)
+            FPainter->drawLine(QPointF(AFrom.x() + T0 * DX, AFrom.y() + T0 * DY),
+                               QPointF(AFrom.x() + T1 * DX, AFrom.y() + T1 * DY));
+    }
+}
+
+bool TQLQtCanvas::SoftClipDraws(const QPainterPath& AShape)
+{
+    const double Margin = FPainter->pen().style() == Qt::NoPen ? 0.0 : FPainter->pen().widthF() + 1.0;
+    const QRect Bounds = AShape.boundingRect().adjusted(-Margin, -Margin, Margin, Margin).toAlignedRect();
+    if (QRegion(Bounds).subtracted(FSoftRegion).isEmpty())
+        return false; // wholly inside: drawn as it is
+    if (FPainter->brush().style() != Qt::NoBrush)
+        FPainter->fillPath(AShape.intersected(FSoftPath), FPainter->brush());
+    if (FPainter->pen().style() != Qt::NoPen) {
+        QPainterPathStroker Stroker(FPainter->pen());
+        FPainter->fillPath(Stroker.createStroke(AShape).intersected(FSoftPath), FPainter->pen().color());
+    }
+    return true;
 }
 
 uint32_t* TQLQtCanvas::DirectPixels()
 {
     // Over an external painter the device is not ours to write; while the painter is lent
     // out, its borrower may have set a clip, a transform or another composition mode.
-    if (!FBitmap || FExternal || FPainterLent || !FDirectClipSimple || FBitmap->GetBits() != FWrappedBits)
+    if (!FBitmap || FExternal || FPainterLent || !FDirectClipSimple || FBitmap->GetBits() != FWrappedBits ||
+        FDirectScale == 0)
         return nullptr;
     return FBitmap->GetBits();
 }
@@ -259,7 +341,7 @@ void TQLQtCanvas::SetPixel(int32_t AX, int32_t AY, TAlphaColor AColor)
 {
     if (!Ready())
         return;
-    FPainter->fillRect(QRect(AX, AY, 1, 1), ToQColor(AColor));
+    FillSpan(AX, AY, 1, 1, ToQColor(AColor));
 }
 
 void TQLQtCanvas::MoveTo(int32_t AX, int32_t AY)
@@ -272,14 +354,69 @@ void TQLQtCanvas::LineTo(int32_t AX, int32_t AY)
 {
     const TPoint From = FPenPos;
     FPenPos = TPoint{AX, AY};
-    if (FPen.GetStyle() == psClear || !Ready())
+    if (FPen.GetStyle() == psClear || !ReadyKeepingLine())
         return;
     if (FPen.GetWidth() > 1) {
+        FlushLine();
         SyncPen();
-        FPainter->drawLine(From.X, From.Y, AX, AY);
+        if (FVector)
+            DrawVectorLine(QPointF(From.X, From.Y), QPointF(AX, AY));
+        else
+            FPainter->drawLine(From.X, From.Y, AX, AY);
+        return;
+    }
+    if (FVector) {
+        VectorThinLine(From, TPoint{AX, AY});
         return;
     }
     ThinLine(From, TPoint{AX, AY});
+}
+
+// Thin lines that continue one another with the same pen gather into one polyline, drawn
+// when anything else is drawn or the state changes: a channel becomes one object in the
+// file, and its dash pattern runs on over the joints.
+void TQLQtCanvas::VectorThinLine(TPoint AFrom, TPoint ATo)
+{
+    if (AFrom.X == ATo.X && AFrom.Y == ATo.Y)
+        return;
+    const QPointF From(AFrom.X + 0.5, AFrom.Y + 0.5), To(ATo.X + 0.5, ATo.Y + 0.5);
+    if (FSoftClipActive && !InsideSoftClip(From, To)) {
+        FlushLine();
+        SyncPen();
+        DrawVectorLine(From, To);
+        return;
+    }
+    if (!FLine.isEmpty() && (FLine.last() != From || !(FLinePen == FPen)))
+        FlushLine();
+    if (FLine.isEmpty()) {
+        FLine.append(From);
+        FLinePen = FPen;
+    }
+    FLine.append(To);
+}
+
+void TQLQtCanvas::FlushLine()
+{
+    if (FLine.isEmpty())
+        return;
+    const TQLCanvasPen Current = FPen;
+    FPen = FLinePen;
+    FPenValid = false;
+    SyncPen();
+    FPainter->drawPolyline(FLine.constData(), static_cast<int>(FLine.size()));
+    FPen = Current;
+    FPenValid = false;
+    FLine.clear();
+}
+
+bool TQLQtCanvas::InsideSoftClip(QPointF AFrom, QPointF ATo) const
+{
+    for (const QRect& R : FSoftRegion) {
+        const QRectF Box(R.left(), R.top(), R.width(), R.height());
+        if (Box.contains(AFrom) && Box.contains(ATo))
+            return true;
+    }
+    return false;
 }
 
 // A line of width 1 from AFrom up to but not including ATo, stepping one pixel along the
@@ -342,20 +479,23 @@ void TQLQtCanvas::ThinLine(TPoint AFrom, TPoint ATo)
     const TAlphaColor Argb = FPen.GetColor();
     uint32_t* const Direct = (Argb >> 24) == 0xFF ? DirectPixels() : nullptr;
     const int32_t Stride = FWrappedWidth;
+    const int32_t Scale = FDirectScale;
     const QRect& DC = FDirectClip;
     const auto Store = [&](int32_t AX, int32_t AY, int32_t AW, int32_t AH) {
         const int32_t X0 = std::max(AX, DC.left()), X1 = std::min(AX + AW, DC.right() + 1);
         const int32_t Y0 = std::max(AY, DC.top()), Y1 = std::min(AY + AH, DC.bottom() + 1);
         if (X0 >= X1 || Y0 >= Y1)
             return;
-        uint32_t* Row = Direct + static_cast<ptrdiff_t>(Y0) * Stride + X0;
-        if (X1 - X0 == 1) {
+        // Logical pixels to stored ones: Scale by Scale each.
+        uint32_t* Row = Direct + static_cast<ptrdiff_t>(Y0) * Scale * Stride + static_cast<ptrdiff_t>(X0) * Scale;
+        const int32_t Columns = (X1 - X0) * Scale, Rows = (Y1 - Y0) * Scale;
+        if (Columns == 1) {
             // A column: the common span of a dense plot.
-            for (int32_t Y = Y0; Y < Y1; ++Y, Row += Stride)
+            for (int32_t Y = 0; Y < Rows; ++Y, Row += Stride)
                 *Row = Argb;
         } else {
-            for (int32_t Y = Y0; Y < Y1; ++Y, Row += Stride)
-                std::fill(Row, Row + (X1 - X0), Argb);
+            for (int32_t Y = 0; Y < Rows; ++Y, Row += Stride)
+                std::fill(Row, Row + Columns, Argb);
         }
     };
     bool InSpan = false;
@@ -465,7 +605,16 @@ void TQLQtCanvas::Rectangle(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1)
     SyncPen();
     FPainter->setBrush(Qt::NoBrush);
     FBrushValid = false;
-    if (PW == 1)
+    if (FSoftClipActive) {
+        QPainterPath Shape;
+        Shape.addRect(PW == 1 ? QRectF(AX0 + 0.5, AY0 + 0.5, W - 1, H - 1)
+                              : QRectF(AX0 + PW / 2.0, AY0 + PW / 2.0, W - PW, H - PW));
+        if (SoftClipDraws(Shape))
+            return;
+    }
+    if (PW == 1 && FVector)
+        FPainter->drawRect(QRectF(AX0 + 0.5, AY0 + 0.5, W - 1, H - 1)); // through the outermost pixels' centres
+    else if (PW == 1)
         FPainter->drawRect(QRect(AX0, AY0, W - 1, H - 1));
     else
         FPainter->drawRect(QRectF(AX0 + PW / 2.0, AY0 + PW / 2.0, W - PW, H - PW));
@@ -486,6 +635,15 @@ void TQLQtCanvas::Ellipse(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1)
     const int32_t H = AY1 - AY0;
     SyncPen();
     SyncBrush();
+    if (FSoftClipActive) {
+        const int32_t PW = FPen.GetStyle() == psClear ? 0 : FPen.GetWidth();
+        QPainterPath Shape;
+        Shape.addEllipse(PW == 0   ? QRectF(AX0, AY0, W, H)
+                         : PW == 1 ? QRectF(AX0 + 0.5, AY0 + 0.5, W - 1, H - 1)
+                                   : QRectF(AX0 + PW / 2.0, AY0 + PW / 2.0, W - PW, H - PW));
+        if (SoftClipDraws(Shape))
+            return;
+    }
     if (FPen.GetStyle() == psClear) {
         // Fill only: pixels whose centres lie inside the ellipse of the box.
         FPainter->drawEllipse(QRectF(AX0, AY0, W, H));
@@ -497,7 +655,9 @@ void TQLQtCanvas::Ellipse(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1)
         FillSpan(AX0, AY0, W, H, LineColor());
         return;
     }
-    if (PW == 1)
+    if (PW == 1 && FVector)
+        FPainter->drawEllipse(QRectF(AX0 + 0.5, AY0 + 0.5, W - 1, H - 1));
+    else if (PW == 1)
         FPainter->drawEllipse(QRect(AX0, AY0, W - 1, H - 1)); // through the outermost pixels
     else
         FPainter->drawEllipse(QRectF(AX0 + PW / 2.0, AY0 + PW / 2.0, W - PW, H - PW));
@@ -516,9 +676,16 @@ void TQLQtCanvas::Polygon(const TPoint* APoints, int32_t AHigh)
     for (int32_t I = 0; I < Count; ++I)
         Points[I] = QPoint(APoints[I].X, APoints[I].Y);
     SyncBrush();
+    QPainterPath Shape;
+    if (FSoftClipActive) {
+        Shape.setFillRule(Qt::OddEvenFill);
+        Shape.addPolygon(QPolygonF(QPolygon(QList<QPoint>(Points.begin(), Points.end()))));
+        Shape.closeSubpath();
+    }
     if (FPen.GetStyle() == psClear || FPen.GetWidth() > 1) {
         SyncPen();
-        FPainter->drawPolygon(Points.data(), Count, Qt::OddEvenFill);
+        if (!FSoftClipActive || !SoftClipDraws(Shape))
+            FPainter->drawPolygon(Points.data(), Count, Qt::OddEvenFill);
         return;
     }
     // A thin outline goes edge by edge like LineTo: each edge starts on its vertex, so every
@@ -526,17 +693,23 @@ void TQLQtCanvas::Polygon(const TPoint* APoints, int32_t AHigh)
     if (FBrush.GetStyle() != bsClear) {
         FPainter->setPen(Qt::NoPen);
         FPenValid = false;
-        FPainter->drawPolygon(Points.data(), Count, Qt::OddEvenFill);
+        if (!FSoftClipActive || !SoftClipDraws(Shape))
+            FPainter->drawPolygon(Points.data(), Count, Qt::OddEvenFill);
     }
     FDashPhase = 0;
-    for (int32_t I = 0; I < Count; ++I)
-        ThinLine(APoints[I], APoints[I + 1 < Count ? I + 1 : 0]);
+    for (int32_t I = 0; I < Count; ++I) {
+        if (FVector)
+            VectorThinLine(APoints[I], APoints[I + 1 < Count ? I + 1 : 0]);
+        else
+            ThinLine(APoints[I], APoints[I + 1 < Count ? I + 1 : 0]);
+    }
     FDashPhase = 0;
 }
 
 void TQLQtCanvas::DrawFocusRect(const TRect& ARect)
 {
-    if (ARect.IsEmpty() || !Ready())
+    // An inversion of screen pixels; a vector file has none to invert.
+    if (ARect.IsEmpty() || FVector || !Ready())
         return;
     const int32_t L = ARect.Left, T = ARect.Top, R = ARect.Right - 1, B = ARect.Bottom - 1;
     FPainter->setCompositionMode(QPainter::RasterOp_NotDestination);
@@ -609,6 +782,14 @@ void TQLQtCanvas::TextOut(int32_t AX, int32_t AY, const std::string& AText)
     const int H = FMetrics->height();
 
     const int Angle = FTextAngle % 360;
+    if (FSoftClipActive) {
+        // Text is not cut: a text wholly outside the clip is left out.
+        QTransform Turn;
+        Turn.translate(AX, AY);
+        Turn.rotate(-Angle);
+        if (!FSoftRegion.intersects(Turn.mapRect(QRect(0, 0, W, H))))
+            return;
+    }
     const QTransform Saved = FPainter->worldTransform();
     QPoint Origin(AX, AY);
     if (Angle != 0) {

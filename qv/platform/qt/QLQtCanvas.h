@@ -41,6 +41,14 @@
 // 1 do not allocate. Code that changes the painter directly through GetPlatformCanvas should
 // call InvalidatePlatformState afterwards.
 //
+// Over a bitmap with a device pixel ratio other than 1 the canvas draws in logical units and
+// the painter scales them: a line of width 1 is `ratio` device pixels wide, text keeps its
+// logical size and is rendered at the device's resolution.
+//
+// Over a painter on a vector device (SVG, PDF, QPicture) lines go out as lines, not as runs
+// of pixels: each thin line is one stroke through the centres of its end pixels, so the
+// file rasterised at 1:1 gives the bitmap's picture and scaled stays smooth.
+//
 // Text needs a QGuiApplication; without one the text operations raise std::logic_error.
 
 #include "qv/foundation/QLBitmap.h"
@@ -51,6 +59,8 @@
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
+#include <QPolygonF>
 #include <QRect>
 #include <QRegion>
 
@@ -80,11 +90,7 @@ public:
     void* GetDeviceHandle() override;
     // The painter. Until InvalidatePlatformState, drawing goes through the painter only, so
     // that what its borrower changed (a clip, a transform) is obeyed.
-    QPainter* GetPainter()
-    {
-        FPainterLent = true;
-        return FPainter;
-    }
+    QPainter* GetPainter();
 
     void SetPixel(int32_t AX, int32_t AY, TAlphaColor AColor) override;
     void Ellipse(int32_t AX0, int32_t AY0, int32_t AX1, int32_t AY1) override;
@@ -109,6 +115,8 @@ public:
     // Forgets what was given to the painter, so that the next call applies pen, brush, font
     // and clip again.
     void InvalidatePlatformState();
+    // Whether the painter draws onto a vector device.
+    bool GetIsVector() const { return FVector; }
 
 protected:
     void StateRestored() override;
@@ -122,6 +130,8 @@ private:
     // Whether there is an active painter to draw with; over a bitmap, rewraps the pixels
     // first when the bitmap was reallocated or resized.
     bool Ready();
+    // The same without drawing the gathered polyline first: for a line that may continue it.
+    bool ReadyKeepingLine();
     void BeginOnBitmap();
     void PreparePainter();
     void ApplyClip();
@@ -130,6 +140,16 @@ private:
     void SyncFont();
     const QColor& LineColor();
     void ThinLine(TPoint AFrom, TPoint ATo);
+    void VectorThinLine(TPoint AFrom, TPoint ATo);
+    // Draws the thin lines gathered on a vector device as one polyline.
+    void FlushLine();
+    bool InsideSoftClip(QPointF AFrom, QPointF ATo) const;
+    // A line on a vector device, cut to the canvas's own clip where it clips itself.
+    void DrawVectorLine(QPointF AFrom, QPointF ATo);
+    // Where the canvas clips itself and AShape is not wholly inside the clip: draws the
+    // shape's fill and outline cut to the clip with the painter's brush and pen, and
+    // returns true. Returns false when the shape is to be drawn as it is.
+    bool SoftClipDraws(const QPainterPath& AShape);
     void FillSpan(int32_t AX, int32_t AY, int32_t AW, int32_t AH, const QColor& AColor);
     // Where opaque spans may be written straight into the bitmap's pixels: the pixels, or
     // null when the painter must draw them (no bitmap of our own, a transform, another
@@ -143,12 +163,25 @@ private:
     QPainter* FPainter = nullptr;
     std::unique_ptr<QPainter> FOwnPainter;
     bool FExternal = false;
+    bool FVector = false;
+    // The device ignores clipping (Qt's SVG generator): lines, spans and shapes are cut to
+    // the clip here; FSoftClipActive while a clip is in force.
+    bool FSoftClip = false;
+    bool FSoftClipActive = false;
+    QRegion FSoftRegion;
+    QPainterPath FSoftPath;
+    // Thin lines gathered on a vector device, and the pen they are drawn with.
+    QPolygonF FLine;
+    TQLCanvasPen FLinePen;
 
     TQLBitmap* FBitmap = nullptr;
     QImage FImage;
     const uint32_t* FWrappedBits = nullptr;
     int32_t FWrappedWidth = 0;
     int32_t FWrappedHeight = 0;
+    double FWrappedRatio = 1.0;
+    // Stored pixels per logical pixel for spans written directly; 0 at a fractional ratio.
+    int32_t FDirectScale = 1;
 
     // Area worth drawing a thin line through, in painter coordinates.
     QRect FVisible;

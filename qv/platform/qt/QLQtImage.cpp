@@ -12,16 +12,20 @@ QImage QLWrapBitmap(TQLBitmap& ABitmap)
 {
     if (ABitmap.IsEmpty())
         return QImage();
-    return QImage(reinterpret_cast<uchar*>(ABitmap.GetBits()), ABitmap.GetWidth(), ABitmap.GetHeight(),
-                  ABitmap.GetStride(), QImage::Format_ARGB32_Premultiplied);
+    QImage Image(reinterpret_cast<uchar*>(ABitmap.GetBits()), ABitmap.GetWidth(), ABitmap.GetHeight(),
+                 ABitmap.GetStride(), QImage::Format_ARGB32_Premultiplied);
+    Image.setDevicePixelRatio(ABitmap.GetDevicePixelRatio());
+    return Image;
 }
 
 QImage QLWrapBitmapReadOnly(const TQLBitmap& ABitmap)
 {
     if (ABitmap.IsEmpty())
         return QImage();
-    return QImage(reinterpret_cast<const uchar*>(ABitmap.GetBits()), ABitmap.GetWidth(), ABitmap.GetHeight(),
-                  ABitmap.GetStride(), QImage::Format_ARGB32_Premultiplied);
+    QImage Image(reinterpret_cast<const uchar*>(ABitmap.GetBits()), ABitmap.GetWidth(), ABitmap.GetHeight(),
+                 ABitmap.GetStride(), QImage::Format_ARGB32_Premultiplied);
+    Image.setDevicePixelRatio(ABitmap.GetDevicePixelRatio());
+    return Image;
 }
 
 QImage QLBitmapToImage(const TQLBitmap& ABitmap)

@@ -10,7 +10,8 @@ namespace qv::qt {
 
 // A QImage of Format_ARGB32_Premultiplied over the bitmap's own pixels, no copy: drawing on
 // the image changes the bitmap. It is valid while the bitmap keeps its size and pixels. An
-// empty bitmap gives a null image.
+// empty bitmap gives a null image. The image carries the bitmap's device pixel ratio, so a
+// painter on it draws in logical units and drawing it places it at its logical size.
 QImage QLWrapBitmap(TQLBitmap& ABitmap);
 // The same, read-only: writing to the image detaches it into a copy of its own.
 QImage QLWrapBitmapReadOnly(const TQLBitmap& ABitmap);

@@ -1,5 +1,6 @@
 #include "qv/platform/qt/QLQtPictureOutput.h"
 
+#include "qv/platform/qt/QLQtCanvas.h"
 #include "qv/platform/qt/QLQtImage.h"
 #include "qv/platform/qt/QVDisplayWidget.h"
 
@@ -8,6 +9,13 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImageWriter>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPdfWriter>
+#include <QSaveFile>
+#if QV_HAVE_SVG
+#include <QSvgGenerator>
+#endif
 
 #include <stdexcept>
 
@@ -65,6 +73,74 @@ void QLSaveBitmapToFile(const TQLBitmap& ABitmap, const std::string& AFileName)
         Format = "bmp";
     const QImage Image = ABitmap.IsEmpty() ? QImage() : StraightImage(ABitmap);
     WriteImageFile("QLSaveBitmapToFile", ABitmap, Image, AFileName, Format);
+}
+
+bool QLHasSvgOutput()
+{
+    return QV_HAVE_SVG != 0;
+}
+
+namespace {
+
+// Paints onto the file's generator. The painter, the canvas over it included, is gone
+// before the generator goes, also when the paint fails.
+void PaintVector(const char* AOperation, QPaintDevice& ADevice, const TQLVectorPaint& APaint,
+                 const std::string& AFileName)
+{
+    QPainter Painter;
+    if (!Painter.begin(&ADevice))
+        throw std::runtime_error(std::string(AOperation) + ": cannot start drawing into '" + AFileName + "'");
+    {
+        TQLQtCanvas Canvas(Painter);
+        APaint(Canvas);
+    }
+    if (!Painter.end())
+        throw std::runtime_error(std::string(AOperation) + ": cannot finish '" + AFileName + "'");
+}
+
+} // namespace
+
+void QLSaveVectorPicture(TQLVectorFormat AFormat, int32_t AWidth, int32_t AHeight, const TQLVectorPaint& APaint,
+                         const std::string& AFileName)
+{
+    const char* Operation = AFormat == vfSvg ? "QLSaveVectorPicture (SVG)" : "QLSaveVectorPicture (PDF)";
+    if (AFormat != vfSvg && AFormat != vfPdf)
+        throw std::invalid_argument("QLSaveVectorPicture: unknown vector format " + std::to_string(int(AFormat)) +
+                                    " for '" + AFileName + "'");
+    if (AFormat == vfSvg && !QLHasSvgOutput())
+        throw std::runtime_error(std::string(Operation) + ": cannot write '" + AFileName +
+                                 "': qv::qt was built without Qt SVG");
+    if (AWidth < 0 || AHeight < 0)
+        throw std::invalid_argument(std::string(Operation) + ": invalid size " + std::to_string(AWidth) + " x " +
+                                    std::to_string(AHeight) + " for '" + AFileName + "'");
+    // Written to a temporary file that replaces the target only when the whole picture is in.
+    QSaveFile File(QString::fromStdString(AFileName));
+    if (!File.open(QIODevice::WriteOnly))
+        throw std::runtime_error(std::string(Operation) + ": cannot write '" + AFileName +
+                                 "': " + File.errorString().toStdString());
+    if (AWidth > 0 && AHeight > 0) {
+        if (AFormat == vfPdf) {
+            QPdfWriter Writer(&File);
+            Writer.setCreator("QVScope");
+            Writer.setResolution(96);
+            const QPageSize Page(QSizeF(AWidth * 72.0 / 96.0, AHeight * 72.0 / 96.0), QPageSize::Point, QString(),
+                                 QPageSize::ExactMatch);
+            Writer.setPageLayout(QPageLayout(Page, QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
+            PaintVector(Operation, Writer, APaint, AFileName);
+        } else {
+#if QV_HAVE_SVG
+            QSvgGenerator Generator;
+            Generator.setOutputDevice(&File);
+            Generator.setResolution(96);
+            Generator.setSize(QSize(AWidth, AHeight));
+            Generator.setViewBox(QRect(0, 0, AWidth, AHeight));
+            PaintVector(Operation, Generator, APaint, AFileName);
+#endif
+        }
+    }
+    if (!File.commit())
+        throw std::runtime_error(std::string(Operation) + ": cannot write '" + AFileName +
+                                 "': " + File.errorString().toStdString());
 }
 
 // ---- TQLQtPrinter ----

@@ -24,6 +24,19 @@ void QLSaveBitmapToFile(const TQLBitmap& ABitmap, const std::string& AFileName);
 // Both savers write an empty file for an empty bitmap, and raise std::runtime_error naming
 // the file when it cannot be written.
 
+// A vector picture file of AWidth by AHeight pixels, drawn by APaint onto a canvas over
+// QSvgGenerator (vfSvg) or QPdfWriter (vfPdf). Lines, shapes and text stay vectors. The SVG
+// is laid out at 96 pixels per inch with a view box of the picture's size; the PDF has one
+// page of exactly the picture's size at 96 pixels per inch, with no margins. An empty size
+// writes an empty file. The file is written whole or not at all: when it cannot be written
+// or the paint fails, an existing file keeps its content and std::runtime_error names the
+// file (a failing paint passes its own exception on). SVG needs qv::qt built with Qt SVG
+// (QLHasSvgOutput).
+void QLSaveVectorPicture(TQLVectorFormat AFormat, int32_t AWidth, int32_t AHeight, const TQLVectorPaint& APaint,
+                         const std::string& AFileName);
+// Whether this build of qv::qt writes SVG files.
+bool QLHasSvgOutput();
+
 // One document of one page on a QPrinter that the caller keeps alive.
 class TQLQtPrinter : public IQLPrinter {
 public:
@@ -59,6 +72,11 @@ public:
     {
         QLSaveBitmapToJpeg(ABitmap, AFileName);
     }
+    void SaveVectorPicture(TQLVectorFormat AFormat, int32_t AWidth, int32_t AHeight, const TQLVectorPaint& APaint,
+                           const std::string& AFileName) override
+    {
+        QLSaveVectorPicture(AFormat, AWidth, AHeight, APaint, AFileName);
+    }
 
 private:
     std::unique_ptr<QPrinter> FQPrinter;
@@ -66,7 +84,8 @@ private:
 };
 
 // Gives a display the Qt picture services, and the Qt canvas factory when it has none yet,
-// so that Print, CopyToClipboard, SaveToBitmap and SaveToJpeg work with no widget. Returns
+// so that Print, CopyToClipboard, SaveToBitmap, SaveToJpeg, SaveToSvg and SaveToPdf work
+// with no widget. Returns
 // the services, whose GetQPrinter chooses the printer.
 std::shared_ptr<TQLQtPictureServices> QLInstallQtPictureServices(TQVDataDisplay& ADisplay);
 

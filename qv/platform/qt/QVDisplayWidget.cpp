@@ -2,6 +2,7 @@
 
 #include "qv/foundation/QLKeys.h"
 #include "qv/platform/qt/QLQtCanvas.h"
+#include "qv/platform/qt/QLQtImage.h"
 #include "qv/platform/qt/QLQtPictureOutput.h"
 
 #include <QImage>
@@ -122,6 +123,31 @@ void TQVDisplayWidget::DetachDisplay()
     FDisplay = nullptr;
 }
 
+QColor TQVDisplayWidget::GetBackgroundColor() const
+{
+    return QColor::fromRgba(FDisplay->GetColor());
+}
+
+void TQVDisplayWidget::SetBackgroundColor(const QColor& AValue)
+{
+    if (!AValue.isValid())
+        throw std::invalid_argument("TQVDisplayWidget::SetBackgroundColor: invalid colour");
+    FDisplay->SetColor(AValue.rgba());
+}
+
+int TQVDisplayWidget::GetRefreshInterval() const
+{
+    return static_cast<int>(std::min<uint32_t>(FDisplay->GetRefreshInterval(), INT32_MAX));
+}
+
+void TQVDisplayWidget::SetRefreshInterval(int AValue)
+{
+    if (AValue < 1)
+        throw std::invalid_argument("TQVDisplayWidget::SetRefreshInterval: invalid interval " + std::to_string(AValue) +
+                                    " ms");
+    FDisplay->SetRefreshInterval(static_cast<uint32_t>(AValue));
+}
+
 void TQVDisplayWidget::SyncTimer()
 {
     if (!FDisplay)
@@ -143,11 +169,10 @@ void TQVDisplayWidget::paintEvent(QPaintEvent*)
         Painter.fillRect(rect(), palette().window());
         return;
     }
+    // The picture has the screen's device pixels; layout and mouse stay in logical pixels.
+    FDisplay->SetDevicePixelRatio(devicePixelRatioF());
     FDisplay->Paint();
-    const TQLBitmap& Bitmap = FDisplay->GetBitmap();
-    const QImage Image(reinterpret_cast<const uchar*>(Bitmap.GetBits()), Bitmap.GetWidth(), Bitmap.GetHeight(),
-                       Bitmap.GetStride(), QImage::Format_ARGB32_Premultiplied);
-    Painter.drawImage(QPoint(0, 0), Image);
+    Painter.drawImage(QPoint(0, 0), qt::QLWrapBitmapReadOnly(FDisplay->GetBitmap()));
 }
 
 void TQVDisplayWidget::resizeEvent(QResizeEvent* AEvent)

@@ -7,8 +7,8 @@
 
 #include "qv/display/QVDataDisplay.h"
 
+#include <QColor>
 #include <QTimer>
-
 #include <QWidget>
 #include <memory>
 
@@ -24,8 +24,13 @@ Qt::CursorShape QVQtCursorShape(TCursor ACursor);
 // keys the displays have no code for.
 uint16_t QVKeyOf(int AQtKey);
 
+// The Qt properties let Qt Designer and .ui files set the commonest settings; everything
+// else is reached through GetDisplay().
 class TQVDisplayWidget : public QWidget {
     Q_OBJECT
+    Q_PROPERTY(QColor backgroundColor READ GetBackgroundColor WRITE SetBackgroundColor)
+    Q_PROPERTY(int refreshInterval READ GetRefreshInterval WRITE SetRefreshInterval)
+    Q_PROPERTY(bool hold READ GetHold WRITE SetHold)
 public:
     // The widget owns the display it hosts.
     TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWidget* AParent);
@@ -35,6 +40,15 @@ public:
     QSize sizeHint() const override { return QSize(450, 280); }
     // The refresh timer as Qt sees it (for tests and for hosts that pause it).
     QTimer& GetQtTimer() { return FTimer; }
+
+    // The display's Color.
+    QColor GetBackgroundColor() const;
+    void SetBackgroundColor(const QColor& AValue);
+    // The display's RefreshInterval in milliseconds; below 1 raises std::invalid_argument.
+    int GetRefreshInterval() const;
+    void SetRefreshInterval(int AValue);
+    bool GetHold() const { return FDisplay->GetHold(); }
+    void SetHold(bool AValue) { FDisplay->SetHold(AValue); }
 
 protected:
     void paintEvent(QPaintEvent* AEvent) override;

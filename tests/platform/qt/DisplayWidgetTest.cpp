@@ -1,9 +1,11 @@
 // The widget that hosts a display: its timer drives the refresh tick, it shows what the
 // display painted, and window events reach the display.
+#include "qv/channels/QVScopeChannel.h"
 #include "qv/component/QVDisplayComponent.h"
 #include "qv/display/QVScope.h"
 #include "qv/foundation/QLKeys.h"
 #include "qv/platform/qt/QVDisplayWidget.h"
+#include "qv/platform/qt/QVScopeWidget.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -13,6 +15,9 @@
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
 
 using namespace qv;
 
@@ -189,4 +194,40 @@ TEST(DisplayRender, IntRenderComposesTheOverlapIntoTheCallersBuffer)
     D.SetVisible(false);
     D.IntRender(0, 0, 10, 10, Untouched.data(), 2, 2);
     EXPECT_EQ(Untouched, std::vector<uint32_t>(4, 0xFF0000FF));
+}
+
+// The Qt properties that Designer and .ui files set reach the scope; bad values are refused
+// with their value named, and change nothing.
+TEST(DisplayWidget, QtPropertiesReachTheScopeAndRefuseBadValues)
+{
+    TQVScopeWidget Widget;
+    TQVScope& Scope = Widget.GetScope();
+    Widget.SetChannelCount(3);
+    EXPECT_EQ(Scope.GetChannels()->GetCount(), 3);
+    Widget.SetChannelCount(2);
+    EXPECT_EQ(Scope.GetChannels()->GetCount(), 2);
+    Widget.SetBackgroundColor(QColor(10, 20, 30));
+    EXPECT_EQ(Scope.GetColor(), 0xFF0A141Eu);
+    Widget.SetRefreshInterval(40);
+    EXPECT_EQ(Widget.GetQtTimer().interval(), 40);
+    Widget.SetSizeLimit(5000);
+    EXPECT_EQ(Scope.GetSizeLimit(), 5000u);
+
+    const std::pair<const char*, std::function<void()>> Bad[] = {
+        {"-1", [&] { Widget.SetChannelCount(-1); }},
+        {"-5", [&] { Widget.SetSizeLimit(-5); }},
+        {"0 ms", [&] { Widget.SetRefreshInterval(0); }},
+        {"invalid colour", [&] { Widget.SetBackgroundColor(QColor()); }}};
+    for (const auto& [Named, Call] : Bad) {
+        try {
+            Call();
+            ADD_FAILURE() << "accepted " << Named;
+        } catch (const std::invalid_argument& E) {
+            EXPECT_NE(std::string(E.what()).find(Named), std::string::npos) << E.what();
+        }
+        EXPECT_EQ(Scope.GetChannels()->GetCount(), 2);
+        EXPECT_EQ(Scope.GetSizeLimit(), 5000u);
+        EXPECT_EQ(Scope.GetRefreshInterval(), 40u);
+        EXPECT_EQ(Scope.GetColor(), 0xFF0A141Eu);
+    }
 }

@@ -202,26 +202,29 @@ TEST(QtCanvasLine, LinesStoredDirectlyMatchLinesDrawnByThePainter)
         for (const TPoint& P : Points)
             ACanvas.LineTo(P.X, P.Y);
     };
-    for (const bool Clip : {false, true})
-        for (const uint8_t Style : {uint8_t(psSolid), uint8_t(psDashDot)}) {
-            TQLBitmap Direct(W, H);
-            Direct.Fill(White);
-            {
-                TQLQtCanvas Canvas(Direct);
-                Draw(Canvas, Clip, Style);
+    // At ratio 2 (a HiDPI bitmap) the stored spans are the painter's, scaled.
+    for (const int32_t Ratio : {1, 2})
+        for (const bool Clip : {false, true})
+            for (const uint8_t Style : {uint8_t(psSolid), uint8_t(psDashDot)}) {
+                TQLBitmap Direct(W, H, Ratio);
+                Direct.Fill(White);
+                {
+                    TQLQtCanvas Canvas(Direct);
+                    Draw(Canvas, Clip, Style);
+                }
+                QImage Image(W * Ratio, H * Ratio, QImage::Format_ARGB32_Premultiplied);
+                Image.fill(White);
+                {
+                    QPainter Painter(&Image);
+                    Painter.scale(Ratio, Ratio);
+                    TQLQtCanvas Canvas(Painter);
+                    Draw(Canvas, Clip, Style);
+                }
+                for (int32_t Py = 0; Py < H * Ratio; ++Py)
+                    for (int32_t Px = 0; Px < W * Ratio; ++Px)
+                        ASSERT_EQ(Direct.GetPixel(Px, Py), Image.pixel(Px, Py))
+                            << Px << "," << Py << " ratio " << Ratio << " clip " << Clip << " style " << int(Style);
             }
-            QImage Image(W, H, QImage::Format_ARGB32_Premultiplied);
-            Image.fill(White);
-            {
-                QPainter Painter(&Image);
-                TQLQtCanvas Canvas(Painter);
-                Draw(Canvas, Clip, Style);
-            }
-            for (int32_t Py = 0; Py < H; ++Py)
-                for (int32_t Px = 0; Px < W; ++Px)
-                    ASSERT_EQ(Direct.GetPixel(Px, Py), Image.pixel(Px, Py))
-                        << Px << "," << Py << " clip " << Clip << " style " << int(Style);
-        }
 
     // Each solid line has exactly the pixels of its rule: one per step along the longer
     // side, the other coordinate rounded to nearest with a half going away from the start.
