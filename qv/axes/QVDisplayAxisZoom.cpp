@@ -190,7 +190,7 @@ void TQVDisplayAxis::IntZoomToScale(double AMin, double AMax, TQVZoomOperation /
     if (GetRestrictMinMax()) {
         // Not below the data, and never narrower than a small constant.
         const double Lowest = DataToScaleTick(FScaleTotalReal.GetFull().GetMin().GetValue());
-        const double Highest = DataToScaleTick(FScaleTotalReal.GetFull().GetMax().GetValue());
+        const double Highest = GetScaleFullTickMax();
         if (FZoomMin < Lowest) {
             FZoomMax += Lowest - FZoomMin;
             FZoomMin = Lowest;

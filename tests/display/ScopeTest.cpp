@@ -274,4 +274,19 @@ TEST(Scope, ZoomWindowsOutsideTheDataOrOfNoWidthStayProper)
             EXPECT_NEAR(Scope.GetXMinZoom(), C.XMin, 0.001) << C.Name;
         }
     }
+    // On a time axis the printed units are not samples: a window in the middle of the record
+    // stays where it was asked, and the end of the data is the end of the time scale.
+    TQVScope Scope;
+    Scope.SetBounds(0, 0, 640, 400);
+    Scope.GetXAxis()->SetTicksMode(atmTime);
+    Data(Scope).SetSampleRate(1000.0);
+    const std::vector<double> Samples = Ramp(2000);
+    Data(Scope).AddYData(Samples.data(), 2000);
+    Scope.RefreshView();
+    const double End = Scope.GetXAxis()->GetScaleFullTickMax();
+    Scope.ZoomTo(0.4 * End, 0.6 * End, -0.5, 0.5);
+    EXPECT_NEAR(Scope.GetXMinZoom(), 0.4 * End, 1e-9 * End);
+    EXPECT_NEAR(Scope.GetXMaxZoom(), 0.6 * End, 1e-9 * End);
+    Scope.ZoomTo(0.9 * End, 1.5 * End, -0.5, 0.5);
+    EXPECT_DOUBLE_EQ(Scope.GetXMaxZoom(), End);
 }
