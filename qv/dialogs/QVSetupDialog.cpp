@@ -106,8 +106,9 @@ TQLValue QVParsePropertyText(const TQLPropertyInfo& AProp, const QString& AText)
         if (!Ok || std::isnan(Value))
             Refuse(AProp, AText, QStringLiteral("is not a number"));
         if (Value < AProp.LowLimit || Value > AProp.HighLimit)
-            Refuse(AProp, AText,
-                   QStringLiteral("is out of range %1..%2").arg(NumberText(AProp.LowLimit), NumberText(AProp.HighLimit)));
+            Refuse(
+                AProp, AText,
+                QStringLiteral("is out of range %1..%2").arg(NumberText(AProp.LowLimit), NumberText(AProp.HighLimit)));
         return Value;
     }
     case pkString: return AText.toStdString();
@@ -241,7 +242,8 @@ void TQVSetupDialog::BuildTree()
 void TQVSetupDialog::AddObjectNode(QTreeWidgetItem* AParent, TQLPersistent* AObject, const QString& ALabel,
                                    const std::string& APath, TQLCollection* ACollection, int32_t AIndex)
 {
-    auto* Item = AParent ? new QTreeWidgetItem(AParent, QStringList(ALabel)) : new QTreeWidgetItem(FTree, QStringList(ALabel));
+    auto* Item =
+        AParent ? new QTreeWidgetItem(AParent, QStringList(ALabel)) : new QTreeWidgetItem(FTree, QStringList(ALabel));
     Item->setData(0, Qt::UserRole, static_cast<int>(FNodes.size()));
     FNodes.push_back(TNode{AObject, ACollection, AIndex, APath});
     for (const TQLPropertyInfo* Prop : AObject->GetClassInfo().GetProperties()) {
@@ -304,7 +306,11 @@ TQLPersistent* TQVSetupDialog::GetSelectedObject() const
 void TQVSetupDialog::ShowPage(int AIndex)
 {
     if (FPageWidget) {
+        // The old page may hold the button whose click got us here: it goes once the click
+        // is over.
         FPageLayout->removeWidget(FPageWidget);
+        FPageWidget->hide();
+        FPageWidget->setObjectName(QString());
         FPageWidget->deleteLater();
         FPageWidget = nullptr;
     }
@@ -314,8 +320,9 @@ void TQVSetupDialog::ShowPage(int AIndex)
     auto* Form = new QFormLayout(FPageWidget);
     FPageLayout->addWidget(FPageWidget);
     const TNode& Node = FNodes[size_t(AIndex)];
-    auto* Heading = new QLabel(QStringLiteral("<b>%1</b>").arg(QString::fromStdString(
-        Node.Path.empty() ? FRoot.GetClassInfo().GetName() : Node.Path)));
+    auto* Heading =
+        new QLabel(QStringLiteral("<b>%1</b>")
+                       .arg(QString::fromStdString(Node.Path.empty() ? FRoot.GetClassInfo().GetName() : Node.Path)));
     Form->addRow(Heading);
     if (Node.Object) {
         for (const TQLPropertyInfo* Prop : Node.Object->GetClassInfo().GetProperties())
@@ -404,9 +411,20 @@ void TQVSetupDialog::AddEditor(TQLPersistent* AObject, const TQLPropertyInfo* AP
             auto* Pick = new QPushButton(tr("Color..."));
             Pick->setObjectName(QStringLiteral("Color...:") + Name);
             Layout->addWidget(Pick);
+            // The button wears the colour the text names, while the text names one.
+            auto Paint = [Pick, AProp](const QString& AText) {
+                try {
+                    const auto Rgba = static_cast<QRgb>(std::get<int64_t>(QVParsePropertyText(*AProp, AText)));
+                    Pick->setStyleSheet(QStringLiteral("background-color: %1").arg(QColor(Rgba).name()));
+                } catch (const std::exception&) {
+                    Pick->setStyleSheet(QString());
+                }
+            };
+            Paint(Edit->text());
+            connect(Edit, &QLineEdit::textChanged, Pick, Paint);
             connect(Pick, &QPushButton::clicked, this, [this, Edit, AObject, AProp] {
-                QColor Initial = QColor::fromRgba(static_cast<QRgb>(
-                    std::get<int64_t>(ShownValue(AObject, AProp)) & 0xFFFFFFFFu));
+                QColor Initial =
+                    QColor::fromRgba(static_cast<QRgb>(std::get<int64_t>(ShownValue(AObject, AProp)) & 0xFFFFFFFFu));
                 const QColor Chosen = QColorDialog::getColor(Initial, this, QString::fromStdString(AProp->Name),
                                                              QColorDialog::ShowAlphaChannel);
                 if (!Chosen.isValid())
