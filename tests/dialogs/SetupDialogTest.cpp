@@ -12,7 +12,9 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QColorDialog>
 #include <QComboBox>
+#include <QFontDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -100,6 +102,43 @@ TEST(SetupDialog, EachKindOfEditorChangesItsPropertyOnlyOnOk)
         EXPECT_EQ(Dialog.result(), QDialog::Accepted) << C.Prop << ": " << Dialog.GetError().toStdString();
         EXPECT_EQ(Read(Scope, C.Path, C.Prop), C.Expected) << C.Prop;
     }
+}
+
+// The colour and font buttons open Qt's own dialogs; what the user picks there waits like
+// any other edit and lands on OK.
+TEST(SetupDialog, ColourAndFontDialogsFeedTheirProperties)
+{
+    TQVScope Scope;
+    TQVSetupDialog Dialog(Scope);
+
+    ASSERT_TRUE(Dialog.SelectPath("Channels[0]"));
+    QTimer::singleShot(0, [] {
+        auto* Picker = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(Picker, nullptr);
+        Picker->setCurrentColor(QColor::fromRgba(0x8020A040));
+        Picker->accept();
+    });
+    Dialog.FindPageButton("Color...:Color")->click();
+    EXPECT_EQ(qobject_cast<QLineEdit*>(Dialog.FindEditor("Color"))->text(), "#8020A040");
+
+    ASSERT_TRUE(Dialog.SelectPath("XAxis.Font"));
+    QTimer::singleShot(0, [] {
+        auto* Picker = qobject_cast<QFontDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(Picker, nullptr);
+        QFont Font = Picker->currentFont();
+        Font.setPointSize(14);
+        Font.setItalic(true);
+        Picker->setCurrentFont(Font);
+        Picker->accept();
+    });
+    Dialog.FindPageButton("Font...")->click();
+    EXPECT_EQ(Scope.GetXAxis()->GetFont()->GetSize(), 8); // waiting until OK
+
+    Dialog.accept();
+    ASSERT_EQ(Dialog.result(), QDialog::Accepted) << Dialog.GetError().toStdString();
+    EXPECT_EQ(Scope.GetChannels()->GetItem(0)->GetColor(), 0x8020A040u);
+    EXPECT_EQ(Scope.GetXAxis()->GetFont()->GetSize(), 14);
+    EXPECT_TRUE(Scope.GetXAxis()->GetFont()->GetStyle() & fsItalic);
 }
 
 TEST(SetupDialog, CancelRestoresWhatApplyWroteAndUndoStepsBack)

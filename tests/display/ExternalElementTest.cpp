@@ -95,6 +95,11 @@ TEST(ExternalElement, TheHostDrawsVisibleElementsFirstInIndexOrder)
             break;
         EXPECT_TRUE(R.Op == "FillRect" || R.Op == "SetClipRegion" || R.Op == "SaveState") << R.Op;
     }
+    // Painting its elements does not make the host ask for another paint.
+    Host.Invalidations = 0;
+    TQLRecordingCanvas Again;
+    Host.Scope.PaintToCanvas(Bitmap, Again, false);
+    EXPECT_EQ(Host.Invalidations, 0);
 }
 
 TEST(ExternalElement, AHiddenElementDrawsAndRendersNothing)
