@@ -87,9 +87,9 @@ private:
     struct TPending {
         TQLPersistent* Object;
         const TQLPropertyInfo* Prop;
-        TQLValue Value;   // when Error is empty
-        QString Text;     // what the editor shows
-        QString Error;    // why the text is not a value of the property
+        TQLValue Value; // when Error is empty
+        QString Text;   // what the editor shows
+        QString Error;  // why the text is not a value of the property
     };
 
     void BuildTree();

@@ -12,14 +12,17 @@ namespace qv {
 
 const TQLClassInfo& TQVScopeLayer::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVScopeLayer>("TQVScopeLayer", &TQVScope::StaticClassInfo()).Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVScopeLayer>("TQVScopeLayer", &TQVScope::StaticClassInfo()).Build();
     return Info;
 }
 
 TQVExternalScopeElement::TQVExternalScopeElement()
 {
-    FPosition = std::make_unique<TQUElementOffsets>(this, GetLock(), [this] { InvalidateSize(); }, 0.0, 0.5);
-    FSize = std::make_unique<TQUElement2DSize>(this, GetLock(), [this] { InvalidateSize(); }, 0.6, 0.3);
+    FPosition = std::make_unique<TQUElementOffsets>(
+        this, GetLock(), [this] { InvalidateSize(); }, 0.0, 0.5);
+    FSize = std::make_unique<TQUElement2DSize>(
+        this, GetLock(), [this] { InvalidateSize(); }, 0.6, 0.3);
 }
 
 TQVExternalScopeElement::~TQVExternalScopeElement()
@@ -71,7 +74,8 @@ void TQVExternalScopeElement::Draw(TQLCanvas& AGraphics, bool AContoursOnly, flo
         TPoint Old;
         ~TOrigin() { Slot = Old; }
     } Origin{FLayerOrigin, FLayerOrigin};
-    FLayerOrigin = TPoint{QLRoundToInt((AWidth - 1) / 2.0 - W / 2.0 + X), QLRoundToInt((AHeight - 1) / 2.0 - H / 2.0 + Y)};
+    FLayerOrigin =
+        TPoint{QLRoundToInt((AWidth - 1) / 2.0 - W / 2.0 + X), QLRoundToInt((AHeight - 1) / 2.0 - H / 2.0 + Y)};
     (void)AContoursOnly; // the picture has no contour form: it is drawn whole
     IntDraw(AGraphics, AXCoeff, AYCoeff, static_cast<float>(W), static_cast<float>(H), true, false);
 }
@@ -119,9 +123,10 @@ const TQLClassInfo& TQVExternalScopeMatrixLayer::StaticClassInfo()
 
 const TQLClassInfo& TQVExternalScopeMatrixElement::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVExternalScopeMatrixElement>(
-                                         "TQVExternalScopeMatrixElement", &TQVExternalScopeMatrixLayer::StaticClassInfo())
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVExternalScopeMatrixElement>("TQVExternalScopeMatrixElement",
+                                                       &TQVExternalScopeMatrixLayer::StaticClassInfo())
+            .Build();
     return Info;
 }
 
