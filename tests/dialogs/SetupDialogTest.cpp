@@ -271,19 +271,33 @@ TEST(SetupDialog, ASettingsRoundTripGivesAnIdenticalPicture)
 // open the modal dialog at the page of the item concerned.
 TEST(SetupDialog, TheWidgetOpensTheDialogOnThePageAsked)
 {
+    // A real press of the left button on an axis' title.
+    auto PressTitle = [](TQVScopeWidget& W, TQVDisplayAxis* AAxis) {
+        W.grab(); // one paint: the layout and the surface that measures the title
+        TQVScope& S = W.GetScope();
+        const TRect Box =
+            AAxis->GetLabelBox(*S.GetCanvas(), *AAxis->GetAxisLabel()->GetFont(), AAxis->GetIsVertical()).Box;
+        QTest::mouseClick(&W, Qt::LeftButton, {}, QPoint((Box.Left + Box.Right) / 2, (Box.Top + Box.Bottom) / 2));
+    };
     struct TCase {
-        std::function<void(TQVScope&)> Open;
+        std::function<void(TQVScopeWidget&)> Open;
         std::string Page;
     };
     const TCase Cases[] = {
-        {[](TQVScope& S) { S.ShowSetupDialog(); }, ""},
-        {[](TQVScope& S) { S.DoAxisClick(S.GetAxisIndex(S.GetXAxis())); }, "XAxis"},
-        {[](TQVScope& S) { S.DoAxisClick(S.GetAxisIndex(S.GetYAxis())); }, "YAxis"},
-        {[](TQVScope& S) { S.ShowSetupDialogFor(S.GetChannels()->GetItem(0)); }, "Channels[0]"},
-        {[](TQVScope& S) { S.ShowSetupDialogFor(S.GetTitle()->GetFont()); }, "Title.Font"},
+        {[](TQVScopeWidget& W) { W.GetScope().ShowSetupDialog(); }, ""},
+        {[](TQVScopeWidget& W) { W.GetScope().DoAxisClick(W.GetScope().GetAxisIndex(W.GetScope().GetXAxis())); },
+         "XAxis"},
+        {[](TQVScopeWidget& W) { W.GetScope().DoAxisClick(W.GetScope().GetAxisIndex(W.GetScope().GetYAxis())); },
+         "YAxis"},
+        {[&](TQVScopeWidget& W) { PressTitle(W, W.GetScope().GetYAxis()); }, "YAxis"},
+        {[&](TQVScopeWidget& W) { PressTitle(W, W.GetScope().GetXAxis()); }, "XAxis"},
+        {[](TQVScopeWidget& W) { W.GetScope().ShowSetupDialogFor(W.GetScope().GetChannels()->GetItem(0)); },
+         "Channels[0]"},
+        {[](TQVScopeWidget& W) { W.GetScope().ShowSetupDialogFor(W.GetScope().GetTitle()->GetFont()); }, "Title.Font"},
     };
     for (const TCase& C : Cases) {
         TQVScopeWidget Widget;
+        Widget.resize(500, 300);
         Widget.show();
         std::string Seen = "(no dialog)";
         QTimer::singleShot(0, [&Seen] {
@@ -292,7 +306,7 @@ TEST(SetupDialog, TheWidgetOpensTheDialogOnThePageAsked)
                 Dialog->reject();
             }
         });
-        C.Open(Widget.GetScope());
+        C.Open(Widget);
         EXPECT_EQ(Seen, C.Page);
     }
 }
