@@ -63,8 +63,8 @@ public:
 
     // Only when visible: the display, Size of the host's size, centred on the host's centre
     // moved by Position of the radii.
-    void Draw(TQLCanvas& AGraphics, bool /*AContoursOnly*/, float ARadiusX, float ARadiusY, float AWidth,
-              float AHeight, float AXCoeff, float AYCoeff) override
+    void Draw(TQLCanvas& AGraphics, bool /*AContoursOnly*/, float ARadiusX, float ARadiusY, float AWidth, float AHeight,
+              float AXCoeff, float AYCoeff) override
     {
         if (!GetVisible())
             return;
@@ -76,8 +76,8 @@ public:
             TPoint Old;
             ~TOrigin() { Slot = Old; }
         } Origin{this->FLayerOrigin, this->FLayerOrigin};
-        this->FLayerOrigin = TPoint{QLRoundToInt((AWidth - 1) / 2.0 - W / 2.0 + X),
-                                    QLRoundToInt((AHeight - 1) / 2.0 - H / 2.0 + Y)};
+        this->FLayerOrigin =
+            TPoint{QLRoundToInt((AWidth - 1) / 2.0 - W / 2.0 + X), QLRoundToInt((AHeight - 1) / 2.0 - H / 2.0 + Y)};
         // The picture has no contour form: it is drawn whole.
         this->IntDraw(AGraphics, AXCoeff, AYCoeff, static_cast<float>(W), static_cast<float>(H), true, false);
     }

@@ -245,6 +245,8 @@ TEST(SetupDialog, ASettingsRoundTripGivesAnIdenticalPicture)
         TQVSetupDialog Dialog(Edited);
         Type(Dialog, "Channels[0]", "Color", "#FFFF8000");
         Type(Dialog, "Channels[0]", "Width", "2");
+        Dialog.SelectPath("YAxis.AutoScaling");
+        qobject_cast<QCheckBox*>(Dialog.FindEditor("Enabled"))->click();
         Dialog.SelectPath("YAxis.Max");
         qobject_cast<QCheckBox*>(Dialog.FindEditor("AutoScale"))->click();
         Type(Dialog, "YAxis.Max", "Value", "10");
