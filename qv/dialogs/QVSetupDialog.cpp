@@ -90,7 +90,7 @@ TQLValue QVParsePropertyText(const TQLPropertyInfo& AProp, const QString& AText)
             // A whole number beyond 64 bits is still out of range rather than not a number.
             bool Big = false;
             const double D = Text.toDouble(&Big);
-            if (!Big || std::trunc(D) != D)
+            if (!Big || std::trunc(D) != D || std::fabs(D) < 9.2e18)
                 Refuse(AProp, AText, QStringLiteral("is not a whole number"));
             Refuse(AProp, AText,
                    QStringLiteral("is out of range %1..%2").arg(QString::number(Low), QString::number(High)));

@@ -176,6 +176,8 @@ TEST(SetupDialog, AValueOutsideItsLimitsIsRefusedWithTheLimitsAndNothingApplied)
         {"Channels[0].Points", "Size", "abc", "not a whole number"},
         {"", "RefreshInterval", "0", "1..4294967295"},
         {"Channels[0]", "Width", "99999999999", "-2147483648..2147483647"},
+        {"Channels[0]", "Width", "99999999999999999999", "-2147483648..2147483647"},
+        {"Channels[0]", "Width", "1e3", "not a whole number"},
         {"Channels[0]", "Color", "#12", "#AARRGGBB"},
         {"YAxis.Max", "Value", "twelve", "not a number"},
     };
