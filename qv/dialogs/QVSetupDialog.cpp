@@ -1,5 +1,6 @@
 #include "qv/dialogs/QVSetupDialog.h"
 
+#include "qv/display/QVDataDisplay.h"
 #include "qv/foundation/QLCollection.h"
 #include "qv/foundation/QLPersistent.h"
 #include "qv/foundation/QVDisplayFont.h"
@@ -174,9 +175,14 @@ QString QVPropertyText(const TQLPropertyInfo& AProp, const TQLValue& AValue)
 
 // ---- The dialog ----
 
-TQVSetupDialog::TQVSetupDialog(TQLPersistent& ARoot, QWidget* AParent)
-    : QDialog(AParent), FRoot(ARoot), FOpenState(QLSaveObject(ARoot))
+TQVSetupDialog::TQVSetupDialog(TQLPersistent& ARoot, QWidget* AParent) : QDialog(AParent), FRoot(ARoot)
 {
+    FRoots.push_back(&ARoot);
+    if (const auto* Display = dynamic_cast<const TQVDataDisplay*>(&ARoot))
+        for (const auto& Element : *Display->GetElements())
+            if (auto* Settings = dynamic_cast<TQLPersistent*>(Element.get()))
+                FRoots.push_back(Settings);
+    FOpenState = SaveState();
     setWindowTitle(tr("Setup"));
     setModal(true);
     resize(640, 480);
@@ -236,6 +242,17 @@ void TQVSetupDialog::BuildTree()
     FNodes.clear();
     FPage = -1;
     AddObjectNode(nullptr, &FRoot, QString::fromStdString(FRoot.GetClassInfo().GetName()), {}, nullptr, -1);
+    if (FRoots.size() > 1) {
+        auto* List = new QTreeWidgetItem(FTree->topLevelItem(0), QStringList(QStringLiteral("Elements")));
+        List->setData(0, Qt::UserRole, static_cast<int>(FNodes.size()));
+        FNodes.push_back(TNode{nullptr, nullptr, -1, "Elements"});
+        for (size_t I = 1; I < FRoots.size(); ++I) {
+            const int32_t Index = static_cast<int32_t>(I - 1);
+            const QString Label =
+                QStringLiteral("[%1] %2").arg(Index).arg(QString::fromStdString(FRoots[I]->GetClassInfo().GetName()));
+            AddObjectNode(List, FRoots[I], Label, ItemPath("Elements", Index), nullptr, -1);
+        }
+    }
     FTree->expandToDepth(0);
 }
 
@@ -576,9 +593,11 @@ bool TQVSetupDialog::Apply()
         SetError({});
         return true;
     }
-    TQLStoredNode Before = QLSaveObject(FRoot);
+    TState Before = SaveState();
     {
-        auto Guard = FRoot.GetLock()->AcquireWrite();
+        std::vector<TQLLockGuard> Guards;
+        for (TQLPersistent* Root : FRoots)
+            Guards.push_back(Root->GetLock()->AcquireWrite());
         try {
             for (const TPending& P : FPending) {
                 const TQLValue Current = P.Prop->Get(*P.Object);
@@ -605,7 +624,7 @@ bool TQVSetupDialog::ChangeStructure(F&& AChange, const std::string& ASelectPath
 {
     if (!Apply())
         return false;
-    TQLStoredNode Before = QLSaveObject(FRoot);
+    TState Before = SaveState();
     try {
         auto Guard = FRoot.GetLock()->AcquireWrite();
         AChange();
@@ -622,10 +641,19 @@ bool TQVSetupDialog::ChangeStructure(F&& AChange, const std::string& ASelectPath
     return true;
 }
 
-void TQVSetupDialog::Restore(const TQLStoredNode& AState)
+TQVSetupDialog::TState TQVSetupDialog::SaveState() const
 {
-    // The state was saved from this very object, so it loads back.
-    QLLoadObject(FRoot, AState);
+    TState State;
+    for (const TQLPersistent* Root : FRoots)
+        State.push_back(QLSaveObject(*Root));
+    return State;
+}
+
+void TQVSetupDialog::Restore(const TState& AState)
+{
+    // Each state was saved from the very object it goes back to, so it loads back.
+    for (size_t I = 0; I < FRoots.size() && I < AState.size(); ++I)
+        QLLoadObject(*FRoots[I], AState[I]);
 }
 
 bool TQVSetupDialog::Undo()

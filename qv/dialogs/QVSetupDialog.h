@@ -9,6 +9,9 @@
 // steps back over the last Apply (or collection change); Cancel puts back the settings the
 // display had when the dialog opened, applied steps included. Adding or deleting a collection
 // item applies waiting edits first and takes effect at once.
+//
+// A display that hosts other displays as elements shows them under "Elements", and the
+// dialog edits, applies and restores their settings together with the host's.
 
 #include "qv/foundation/QLClassInfo.h"
 #include "qv/foundation/QLStoredForm.h"
@@ -109,13 +112,18 @@ private:
     // Runs a change of the collections: waiting edits first, then AChange, with an undo step.
     template <class F>
     bool ChangeStructure(F&& AChange, const std::string& ASelectPath);
-    void Restore(const TQLStoredNode& AState);
+    // The settings of the root and of every hosted display, in that order.
+    using TState = std::vector<TQLStoredNode>;
+    TState SaveState() const;
+    void Restore(const TState& AState);
     void SetError(const QString& AText);
     void UpdateButtons();
 
     TQLPersistent& FRoot;
-    const TQLStoredNode FOpenState;
-    std::vector<TQLStoredNode> FUndo;
+    // The root, then the displays it hosts.
+    std::vector<TQLPersistent*> FRoots;
+    TState FOpenState;
+    std::vector<TState> FUndo;
     std::vector<TPending> FPending;
     std::vector<TNode> FNodes;
     int FPage = -1;

@@ -228,6 +228,33 @@ TEST(SetupDialog, ElementSettingsAreEditedLikeAnyOther)
     EXPECT_EQ(Element.GetSize()->GetX(), 0.25);
 }
 
+// A host's dialog edits the displays it hosts too: applied, refused and cancelled together.
+TEST(SetupDialog, HostedDisplaysAreEditedWithTheirHost)
+{
+    TQVScope Host;
+    auto* Element = Host.GetElements()->Add<TQVExternalScopeElement>();
+    const QByteArray HostBefore = Json(Host), ElementBefore = Json(*Element);
+    TQVSetupDialog Dialog(Host);
+    ASSERT_TRUE(Dialog.SelectObject(Element->GetTitle()));
+    EXPECT_EQ(Dialog.GetSelectedPath(), "Elements[0].Title");
+
+    Type(Dialog, "Title", "Text", "Host");
+    Type(Dialog, "Elements[0].Size", "Y", "-1");
+    EXPECT_FALSE(Dialog.Apply());
+    EXPECT_EQ(Json(Host), HostBefore);
+
+    Type(Dialog, "Elements[0].Size", "Y", "0.5");
+    Type(Dialog, "Elements[0].Title", "Text", "Hosted");
+    ASSERT_TRUE(Dialog.Apply()) << Dialog.GetError().toStdString();
+    EXPECT_EQ(Host.GetTitle()->GetText(), "Host");
+    EXPECT_EQ(Element->GetTitle()->GetText(), "Hosted");
+    EXPECT_EQ(Element->GetSize()->GetY(), 0.5);
+
+    Dialog.reject();
+    EXPECT_EQ(Json(Host), HostBefore);
+    EXPECT_EQ(Json(*Element), ElementBefore);
+}
+
 // What a user sets in the dialog, saved as JSON and loaded into a fresh scope, paints the
 // same picture.
 TEST(SetupDialog, ASettingsRoundTripGivesAnIdenticalPicture)
