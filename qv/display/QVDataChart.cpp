@@ -55,6 +55,17 @@ int32_t TQVDataChart::GetAxisIndex(const TQVDisplayAxis* AAxis) const
     return FXAxis->GetAdditionalAxes()->GetCount() + 1 + YIndex;
 }
 
+void TQVDataChart::DoAxisClick(int32_t AIndex)
+{
+    TQVDisplayAxis* Axis = nullptr;
+    if (FXAxis) {
+        const int32_t XCount = FXAxis->GetAdditionalAxes()->GetCount();
+        Axis = AIndex <= XCount ? static_cast<TQVDisplayAxis*>(GetXAxisByIndex(AIndex))
+                                : static_cast<TQVDisplayAxis*>(GetYAxisByIndex(AIndex - XCount - 1));
+    }
+    ShowSetupDialogFor(Axis);
+}
+
 TQVBasicScopeXAxis* TQVDataChart::GetXAxisByIndex(int32_t AIndex) const
 {
     if (!FXAxis || AIndex < 0)

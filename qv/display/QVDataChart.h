@@ -41,6 +41,9 @@ public:
     // The axis of an index; null when there is none (an index read before its axis exists).
     TQVBasicScopeXAxis* GetXAxisByIndex(int32_t AIndex) const override;
     TQVBasicScopeYAxis* GetYAxisByIndex(int32_t AIndex) const override;
+    // Opens the setup dialog on the axis AIndex (GetAxisIndex): an X axis up to the count
+    // of additional X axes, a Y axis beyond it. An index of no axis opens the display's page.
+    void DoAxisClick(int32_t AIndex) override;
 
     // ---- Highlighting ----
     // How the chart's elements light up; made before any element that reads it.

@@ -13,6 +13,8 @@
 #include <cmath>
 #include <stdexcept>
 
+#include <limits>
+
 namespace qv {
 
 TQVDataDisplay::TQVDataDisplay() : TQVDisplayOwner(QLMakeLock())
@@ -25,6 +27,7 @@ TQVDataDisplay::TQVDataDisplay() : TQVDisplayOwner(QLMakeLock())
     FUndoList = std::make_unique<TQVDisplayZoomList>();
     FRedoList = std::make_unique<TQVDisplayZoomList>();
     FBkgBitmap.SetSize(10, 10);
+    FElements = std::make_unique<TQVDisplayElements>(*this);
     // Created last: until a derived display adds its own views the title stands last.
     FTitle = std::make_unique<TQVDisplayTitle>(this);
 }
@@ -32,6 +35,7 @@ TQVDataDisplay::TQVDataDisplay() : TQVDisplayOwner(QLMakeLock())
 TQVDataDisplay::~TQVDataDisplay()
 {
     BeginDestroy();
+    FElements.reset();
     FRedoList.reset();
     FUndoList.reset();
     FTitle.reset();
@@ -190,6 +194,12 @@ void TQVDataDisplay::Loaded()
 
 // ---- Refresh cycle ----
 
+void TQVDataDisplay::ShowSetupDialogFor(TQLPersistent* AObject)
+{
+    if (FOnSetupDialog)
+        FOnSetupDialog(AObject ? AObject : this);
+}
+
 void TQVDataDisplay::RefreshView()
 {
     auto Guard = GetLock()->AcquireWrite();
@@ -198,6 +208,8 @@ void TQVDataDisplay::RefreshView()
     // The refresh flag is never cleared: every tick of a live control repaints.
     if (PopulateDrawBuffers() || FRefreshImage.load(std::memory_order_acquire))
         InvalidateRefresh();
+    // Hosted elements move their own data on the host's tick.
+    FElements->RefreshElements();
 }
 
 // ---- Painting ----
@@ -307,7 +319,7 @@ void TQVDataDisplay::IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWi
         std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
         PaintToCanvas(Bitmap, *Canvas, false);
     }
-    AGraphics.DrawBitmap(0, 0, Bitmap);
+    AGraphics.DrawBitmap(FLayerOrigin.X, FLayerOrigin.Y, Bitmap);
 }
 
 void TQVDataDisplay::IntRender(float AX, float AY, float AWidth, float AHeight, uint32_t* ABuffer, int32_t ABufferWidth,
@@ -689,6 +701,7 @@ const TQLClassInfo& TQVDataDisplay::StaticClassInfo()
             .Property("NavigateMode", &TQVDataDisplay::GetNavigateMode, &TQVDataDisplay::SetNavigateMode, nmZoom)
             .Property("RefreshInterval", &TQVDataDisplay::GetRefreshInterval, &TQVDataDisplay::SetRefreshInterval,
                       uint32_t(100))
+            .Limits(1, std::numeric_limits<uint32_t>::max())
             .Property("Visible", &TQVDataDisplay::GetVisible, &TQVDataDisplay::SetVisible, true)
             .Build();
     return Info;

@@ -9,6 +9,7 @@
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/component/QVDisplayView.h"
 #include "qv/component/QVZoomTypes.h"
+#include "qv/display/QVDisplayElements.h"
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QLCanvas.h"
 #include "qv/foundation/QLEnumInfo.h"
@@ -39,12 +40,7 @@ using TQVDataToolTipEvent =
     std::function<void(TQLPersistent* Sender, TPoint MousePoint, TQVRealPoint DataPoint, std::string& Text)>;
 using TKeyEvent = std::function<void(TQLPersistent* Sender, uint16_t& Key, TShiftState Shift)>;
 
-// Makes a drawing surface over a bitmap; a platform library provides one (qv::qt's
-// QLQtCanvasFactory). Without it the display still paints onto any canvas handed to
-// PaintToCanvas.
-using TQLCanvasFactory = std::function<std::unique_ptr<TQLCanvas>(TQLBitmap& ABitmap)>;
-
-class TQVDataDisplay : public TQVDisplayOwner {
+class TQVDataDisplay : public TQVDisplayOwner, public IQVElementHost {
 public:
     TQVDataDisplay();
     ~TQVDataDisplay() override;
@@ -63,7 +59,7 @@ public:
     bool GetHold() const override { return FHold; }
     void SetHold(bool AValue) override;
     bool GetVisible() const { return FVisible; }
-    void SetVisible(bool AValue);
+    virtual void SetVisible(bool AValue);
 
     // ---- Geometry ----
     float GetLeft() const { return FLeft; }
@@ -134,7 +130,8 @@ public:
     TQLCanvas* GetCanvas() const override { return FActiveCanvas ? FActiveCanvas : FBitmapCanvas.get(); }
     void SetCanvasFactory(TQLCanvasFactory AFactory);
     const TQLCanvasFactory& GetCanvasFactory() const { return FCanvasFactory; }
-    // Draws the control into a foreign surface at (AX, AY) with the given size.
+    // Draws the control into a foreign surface, AWidth by AHeight, at the layer origin
+    // (the top left corner unless an element places it); AX and AY scale device pixels.
     virtual void IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWidth, float AHeight, bool AStretch,
                          bool APrinting);
     // Renders the control, alpha-composed, into a caller's buffer of premultiplied 32-bit
@@ -201,8 +198,17 @@ public:
     // The position of an axis among all axes of the display; -1 when it has none.
     int32_t GetAxisIndex(const TQVDisplayAxis* AAxis) const override { return -1; }
     // A press on an axis title asks for the setup of the axis AIndex (GetAxisIndex); a
-    // display without setup dialogs has nothing to show.
+    // display without axes has nothing to show.
     void DoAxisClick(int32_t AIndex) override {}
+
+    // ---- Setup dialog ----
+    // The host's setup dialog over the display's settings, opened on AObject's page (the
+    // display's own when null). The platform fills the hook; without one nothing opens.
+    using TQVSetupDialogHook = std::function<void(TQLPersistent* AObject)>;
+    void ShowSetupDialog() { ShowSetupDialogFor(nullptr); }
+    void ShowSetupDialogFor(TQLPersistent* AObject);
+    void SetOnSetupDialog(TQVSetupDialogHook AHook) { FOnSetupDialog = std::move(AHook); }
+    const TQVSetupDialogHook& GetOnSetupDialog() const { return FOnSetupDialog; }
     // The index of an X (Y) axis among the X (Y) axes, and back; -1 and null when unknown.
     int32_t GetXAxisIndexOf(const TQVDisplayAxis* AAxis) const override { return -1; }
     TQVDisplayAxis* GetXAxisByIndex(int32_t AIndex) const override { return nullptr; }
@@ -241,6 +247,12 @@ public:
     // "%V" is the value, "%%" a percent sign; any other code is dropped.
     static std::string GetMeasurementLabelText(const std::string& AValue, const std::string& ALabelText,
                                                const std::string& ADefaultTemplate);
+
+    // ---- Hosted elements ----
+    // Displays and other elements drawn behind everything else, in index order.
+    TQVDisplayElements* GetElements() const { return FElements.get(); }
+    void InvalidateOwner() override { InvalidateRefresh(); }
+    const TQLCanvasFactory& GetElementCanvasFactory() const override { return FCanvasFactory; }
 
     // ---- Components and views ----
     const std::vector<TQVDisplayComponent*>& GetComponents() const { return FComponents; }
@@ -373,6 +385,8 @@ protected:
     void BeginDestroy();
     // The surface over the display's own picture; null without a canvas factory.
     TQLCanvas* GetBitmapCanvas() const { return FBitmapCanvas.get(); }
+    // Where IntDraw puts the picture on the foreign surface.
+    TPoint FLayerOrigin{0, 0};
 
     std::atomic<bool> FNeedsRecalc{true};
     std::atomic<bool> FRefreshImage{true};
@@ -404,6 +418,7 @@ private:
     TQVDisplayAxisList FYAxes;
     std::vector<TQVDisplayComponent*> FComponents;
     std::unique_ptr<TQVDisplayTitle> FTitle;
+    std::unique_ptr<TQVDisplayElements> FElements;
     std::unique_ptr<TQVDisplayZoom> FZooming;
     std::unique_ptr<TQVDisplayZoomList> FUndoList;
     std::unique_ptr<TQVDisplayZoomList> FRedoList;
@@ -442,6 +457,7 @@ private:
     std::function<void()> FOnInvalidate;
     std::function<void(TCursor)> FOnCursorChange;
     std::function<void()> FOnSetFocus;
+    TQVSetupDialogHook FOnSetupDialog;
 };
 
 } // namespace qv

@@ -20,6 +20,8 @@ TQVScope::TQVScope()
     // A new scope has one channel; a stored form without channels gives it back.
     FChannels->SetDefaultCount(1);
     FChannels->Add();
+    // Hosted elements draw behind everything else.
+    FElementFamilies.Set(ekExternalElements, GetElements());
 }
 
 TQVScope::~TQVScope()

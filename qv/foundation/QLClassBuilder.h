@@ -208,6 +208,14 @@ public:
         return *this;
     }
 
+    // The range the setter of the property declared last keeps its values in.
+    TQLClassBuilder& Limits(double ALow, double AHigh)
+    {
+        FProps.back().LowLimit = ALow;
+        FProps.back().HighLimit = AHigh;
+        return *this;
+    }
+
     TQLClassInfo Build() { return TQLClassInfo(std::move(FName), FParent, std::move(FProps)); }
 
 private:

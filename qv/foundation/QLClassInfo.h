@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -56,6 +57,10 @@ struct TQLPropertyInfo {
     int64_t MinValue = 0;              // integer range of the C++ type
     int64_t MaxValue = 0;
     bool Defined = false; // a defined property ("AxisIndex_"): stored, not shown
+    // The values a setter keeps (it clamps others into them); the setup dialogs refuse
+    // values outside them. Unbounded unless the class names limits.
+    double LowLimit = -std::numeric_limits<double>::infinity();
+    double HighLimit = std::numeric_limits<double>::infinity();
 
     std::function<TQLValue(const TQLPersistent&)> Get;
     std::function<void(TQLPersistent&, const TQLValue&)> Set; // empty: read-only

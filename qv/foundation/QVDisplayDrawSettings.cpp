@@ -4,6 +4,8 @@
 #include "qv/foundation/QVDisplayFont.h"
 #include "qv/foundation/QVDisplayPen.h"
 
+#include <limits>
+
 namespace qv {
 
 TQLPenStyle QVPenStyleOf(TQVStrokeDash ADash)
@@ -41,6 +43,7 @@ const TQLClassInfo& TQVDisplayPen::StaticClassInfo()
         TQLClassBuilder<TQVDisplayPen>("TQVDisplayPen", &TQLPersistentNotify::StaticClassInfo())
             .Color("Color", &TQVDisplayPen::GetColor, &TQVDisplayPen::SetColor, &TQVDisplayPen::GetColorDefault)
             .Property("Width", &TQVDisplayPen::GetWidth, &TQVDisplayPen::SetWidth, &TQVDisplayPen::GetWidthDefault)
+            .Limits(1, std::numeric_limits<int32_t>::max())
             .Property("Dash", &TQVDisplayPen::GetDash, &TQVDisplayPen::SetDash, sdSolid)
             .Build();
     return Info;
@@ -97,6 +100,7 @@ const TQLClassInfo& TQVDisplayFont::StaticClassInfo()
         TQLClassBuilder<TQVDisplayFont>("TQVDisplayFont", &TQLPersistentNotify::StaticClassInfo())
             .Property("Name", &TQVDisplayFont::GetName, &TQVDisplayFont::SetName, &TQVDisplayFont::GetNameDefault)
             .Property("Size", &TQVDisplayFont::GetSize, &TQVDisplayFont::SetSize, &TQVDisplayFont::GetSizeDefault)
+            .Limits(1, 1000)
             .Set("Style", &TQVDisplayFont::GetStyle, &TQVDisplayFont::SetStyle, &TQVDisplayFont::GetStyleDefault,
                  QVFontStylesInfo())
             .Color("Color", &TQVDisplayFont::GetColor, &TQVDisplayFont::SetColor, &TQVDisplayFont::GetColorDefault)

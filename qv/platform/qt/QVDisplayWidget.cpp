@@ -1,5 +1,6 @@
 #include "qv/platform/qt/QVDisplayWidget.h"
 
+#include "qv/dialogs/QVSetupDialog.h"
 #include "qv/foundation/QLKeys.h"
 #include "qv/platform/qt/QLQtCanvas.h"
 #include "qv/platform/qt/QLQtImage.h"
@@ -94,6 +95,7 @@ TQVDisplayWidget::TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWi
     });
     FDisplay->SetOnCursorChange([this](TCursor ACursor) { setCursor(QVQtCursorShape(ACursor)); });
     FDisplay->SetOnSetFocus([this] { setFocus(Qt::MouseFocusReason); });
+    FDisplay->SetOnSetupDialog([this](TQLPersistent* AObject) { ShowSetupDialog(AObject); });
     FDisplay->GetRefreshTimer().SetOnChange([this] { SyncTimer(); });
     FTimer.setTimerType(Qt::PreciseTimer);
     connect(&FTimer, &QTimer::timeout, this, [this] {
@@ -118,6 +120,7 @@ void TQVDisplayWidget::DetachDisplay()
     FDisplay->SetOnInvalidate({});
     FDisplay->SetOnCursorChange({});
     FDisplay->SetOnSetFocus({});
+    FDisplay->SetOnSetupDialog({});
     FDisplay->GetRefreshTimer().SetOnChange({});
     FDisplay->SetParentState(false, 0);
     FDisplay = nullptr;
@@ -146,6 +149,21 @@ void TQVDisplayWidget::SetRefreshInterval(int AValue)
         throw std::invalid_argument("TQVDisplayWidget::SetRefreshInterval: invalid interval " + std::to_string(AValue) +
                                     " ms");
     FDisplay->SetRefreshInterval(static_cast<uint32_t>(AValue));
+}
+
+bool TQVDisplayWidget::ShowSetupDialog(TQLPersistent* AObject)
+{
+    if (!FDisplay)
+        return false;
+    // The press that opened the dialog never sees its release.
+    if (QWidget::mouseGrabber() == this)
+        releaseMouse();
+    FPressedLeft = false;
+    TQVSetupDialog Dialog(*FDisplay, this);
+    Dialog.SelectObject(AObject ? AObject : FDisplay);
+    const QPoint TopRight = mapToGlobal(QPoint(width() - Dialog.width() - 20, 20));
+    Dialog.move(TopRight);
+    return Dialog.exec() == QDialog::Accepted;
 }
 
 void TQVDisplayWidget::SyncTimer()

@@ -50,6 +50,12 @@ public:
     bool GetHold() const { return FDisplay->GetHold(); }
     void SetHold(bool AValue) { FDisplay->SetHold(AValue); }
 
+    // The one entry to the setup dialog: modal, at the widget's top right corner, on the page
+    // of AObject (the display's own when null). The display's ShowSetupDialog, a press on an
+    // axis title, the tool bar's setup button and the legend all arrive here. Returns whether
+    // the user closed it with OK.
+    bool ShowSetupDialog(TQLPersistent* AObject = nullptr);
+
 protected:
     void paintEvent(QPaintEvent* AEvent) override;
     void resizeEvent(QResizeEvent* AEvent) override;
