@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests and the demo need, if any is missing.
+# Installs the Debian packages the build, the tests and the demo need, if any is missing
+# (FFTW is the demo's alone: it computes the spectrum its waterfall shows).
 set -euo pipefail
 packages=(cmake ninja-build g++ pkg-config qt6-base-dev libgl-dev libgtest-dev libgmock-dev
-          libbenchmark-dev fonts-liberation2 fontconfig)
+          libbenchmark-dev fonts-liberation2 fontconfig libfftw3-dev)
 if [ "${QV_WITH_PEER:-0}" = 1 ]; then packages+=(libqcustomplot-dev); fi
 missing=()
 for p in "${packages[@]}"; do
