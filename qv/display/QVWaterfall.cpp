@@ -234,8 +234,8 @@ TQVWaterfall::TQVWaterfall()
         const TQLLockPtr Lock = GetLock();
         auto Guard = Lock->AcquireWrite();
         FInputPin = std::make_shared<TQWSinkPin>(
-            std::initializer_list<TQVDataKind>{dkReal, dkSingle, dkInteger, dkCardinal, dkInt64, dkUInt64,
-                                               dkSmallInt, dkWord},
+            std::initializer_list<TQVDataKind>{dkReal, dkSingle, dkInteger, dkCardinal, dkInt64, dkUInt64, dkSmallInt,
+                                               dkWord},
             [this, Lock](TQWPin* APin, TQVDataKind AIID, const TQWOperation& AOperation, uint64_t AState) {
                 const auto* Sink = dynamic_cast<const TQWSinkPin*>(APin);
                 if (!Sink || Sink->IsClosed())
@@ -385,9 +385,10 @@ void TQVWaterfall::MainViewScrolled(bool AForceInvalidate)
 
 const TQLClassInfo& TQVWaterfall::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVWaterfall>("TQVWaterfall", &TQVBasicWaterfall::StaticClassInfo())
-                                         .Object("Levels", &TQVWaterfall::GetLevels)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVWaterfall>("TQVWaterfall", &TQVBasicWaterfall::StaticClassInfo())
+            .Object("Levels", &TQVWaterfall::GetLevels)
+            .Build();
     return Info;
 }
 

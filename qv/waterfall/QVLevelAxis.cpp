@@ -152,7 +152,8 @@ std::vector<TAlphaColor> TQVLevelDisplayColors::GetColorValues() const
 }
 
 TQVBasicLevelDisplayLabel::TQVBasicLevelDisplayLabel(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc AOnChange)
-    : TQVBasicOptionalLabel(AOwner, std::move(ALock), std::move(AOnChange), TQLCanvasFont{"Arial", 10, fsBold, 0xFFFFFFFF})
+    : TQVBasicOptionalLabel(AOwner, std::move(ALock), std::move(AOnChange),
+                            TQLCanvasFont{"Arial", 10, fsBold, 0xFFFFFFFF})
 {}
 
 const TQLClassInfo& TQVBasicLevelDisplayLabel::StaticClassInfo()

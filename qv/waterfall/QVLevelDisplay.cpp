@@ -16,8 +16,7 @@ namespace qv {
 TQVBasicLevelDisplayLevelView::TQVBasicLevelDisplayLevelView(TQVDisplayOwner* ADisplay, TQVLevelFunc AMinFunc,
                                                              TQVLevelFunc AMaxFunc, TQVGetValueAtFunc AGetValueAtFunc)
     : TQVTrackingOptionalAxis(ADisplay, vaRight), FMinFunc(std::move(AMinFunc)), FMaxFunc(std::move(AMaxFunc)),
-      FGetValueAtFunc(std::move(AGetValueAtFunc)),
-      FColors(std::make_unique<TQVLevelDisplayColors>(this, GetLock()))
+      FGetValueAtFunc(std::move(AGetValueAtFunc)), FColors(std::make_unique<TQVLevelDisplayColors>(this, GetLock()))
 {}
 
 TQVBasicLevelDisplayLevelView::~TQVBasicLevelDisplayLevelView() = default;
@@ -91,8 +90,7 @@ void TQVBasicLevelDisplayLevelView::MainViewScrolled(bool AForceInvalidate)
 {
     if (AForceInvalidate)
         InvalidateView();
-    if (FMouseIsIn && IsVisible() && GetTrackCursor() && FGetValueAtFunc &&
-        GetDataViewRect().Contains(FOldMousePos)) {
+    if (FMouseIsIn && IsVisible() && GetTrackCursor() && FGetValueAtFunc && GetDataViewRect().Contains(FOldMousePos)) {
         const double Value = FGetValueAtFunc(FOldMousePos.X, FOldMousePos.Y);
         if (Value != FCurrentLevelValue)
             FCurrentLevelValue = Value;
@@ -157,8 +155,8 @@ std::string TQVBasicLevelDisplayLevelView::GetTickText(double AValue) const
 {
     const TQVLevelAxis* Axis = GetAxis();
     const double Lo = GetMinLevel(), Hi = GetMaxLevel();
-    const int32_t Decimals = QVGetDecimalPoints(std::max(std::fabs(Lo), std::fabs(Hi)), Hi - Lo,
-                                                Axis->GetPrecision(), Axis->GetFixedPrecision());
+    const int32_t Decimals = QVGetDecimalPoints(std::max(std::fabs(Lo), std::fabs(Hi)), Hi - Lo, Axis->GetPrecision(),
+                                                Axis->GetFixedPrecision());
     char Buffer[64];
     std::snprintf(Buffer, sizeof Buffer, "%.*f", Decimals, AValue);
     return GetAxis()->CustomTickText(AValue, Buffer);
@@ -206,7 +204,8 @@ bool TQVBasicLevelDisplayLevelView::GetTrackPixel(int32_t& APixel) const
     const double P = std::nearbyint((Value - Low) / Range * E);
     if (std::fabs(P) > 1e8)
         return false;
-    const int32_t Pixel = GetIsVertical() ? View.Top + E - static_cast<int32_t>(P) : View.Left + static_cast<int32_t>(P);
+    const int32_t Pixel =
+        GetIsVertical() ? View.Top + E - static_cast<int32_t>(P) : View.Left + static_cast<int32_t>(P);
     APixel = Pixel;
     return GetIsVertical() ? View.Top <= Pixel && Pixel < View.Bottom : View.Left <= Pixel && Pixel < View.Right;
 }
@@ -260,8 +259,8 @@ void TQVBasicLevelDisplayLevelView::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas
     }
     // The track line, while the mouse is over the picture.
     int32_t P = 0;
-    if (GetTrackCursor() && !GetDisplay()->GetDesigning() && !APrinting && FMouseIsIn &&
-        View.Contains(FOldMousePos) && GetTrackPixel(P)) {
+    if (GetTrackCursor() && !GetDisplay()->GetDesigning() && !APrinting && FMouseIsIn && View.Contains(FOldMousePos) &&
+        GetTrackPixel(P)) {
         ACanvas.SetPenStyle(psSolid);
         ACanvas.GetPen().SetColor(GetTrackColor());
         switch (FAlign) {
@@ -288,8 +287,7 @@ void TQVBasicLevelDisplayLevelView::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas
     DrawLabel(ACanvas, APrinting);
 }
 
-void TQVBasicLevelDisplayLevelView::DrawEx(TQVDisplayDrawPart /*ADrawPart*/, TQLCanvas& /*ACanvas*/,
-                                           bool /*AVertical*/)
+void TQVBasicLevelDisplayLevelView::DrawEx(TQVDisplayDrawPart /*ADrawPart*/, TQLCanvas& /*ACanvas*/, bool /*AVertical*/)
 {}
 
 void TQVBasicLevelDisplayLevelView::DrawTicks(TQLCanvas& ACanvas, bool ADrawLine, bool /*AVertical*/)
@@ -328,8 +326,8 @@ void TQVBasicLevelDisplayLevelView::DrawTicks(TQLCanvas& ACanvas, bool ADrawLine
                     false);
     } else {
         const double Start = View.Left - std::nearbyint(Width * Ratio);
-        DownTickLines(this, Tick, false, ACanvas, static_cast<int32_t>(GetMaxTextLength()), true, Lo, Hi, Start,
-                      Scale, false);
+        DownTickLines(this, Tick, false, ACanvas, static_cast<int32_t>(GetMaxTextLength()), true, Lo, Hi, Start, Scale,
+                      false);
     }
 }
 
@@ -349,9 +347,7 @@ TRect TQVBasicLevelDisplayLevelView::GetLabelRect(TQLCanvas& ACanvas, int32_t& A
     case vaTop: return TRect{MidX - W / 2, R.Top + 2, MidX - W / 2 + W + 1, R.Top + 2 + H + 1};
     case vaBottom: return TRect{MidX - W / 2, R.Bottom - 2 - H - 1, MidX - W / 2 + W + 1, R.Bottom - 2};
     case vaLeft: AAngle = 90; return TRect{R.Left + 2 - 1, MidY - W / 2, R.Left + H + 2, MidY - W / 2 + W + 1};
-    case vaRight:
-        AAngle = 270;
-        return TRect{R.Right - 2 - H - 1, MidY - W / 2, R.Right - 2, MidY - W / 2 + W + 1};
+    case vaRight: AAngle = 270; return TRect{R.Right - 2 - H - 1, MidY - W / 2, R.Right - 2, MidY - W / 2 + W + 1};
     }
     return TRect{};
 }
@@ -512,11 +508,10 @@ TQVAxisDisplayLevelView::~TQVAxisDisplayLevelView() = default;
 
 const TQLClassInfo& TQVAxisDisplayLevelView::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVAxisDisplayLevelView>("TQVAxisDisplayLevelView",
-                                                 &TQVBasicLevelDisplayLevelView::StaticClassInfo())
-            .Object("Axis", &TQVAxisDisplayLevelView::GetAxis)
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVAxisDisplayLevelView>(
+                                         "TQVAxisDisplayLevelView", &TQVBasicLevelDisplayLevelView::StaticClassInfo())
+                                         .Object("Axis", &TQVAxisDisplayLevelView::GetAxis)
+                                         .Build();
     return Info;
 }
 
@@ -541,20 +536,18 @@ TQVWaterfallDisplayLevelView::TQVWaterfallDisplayLevelView(TQVDisplayOwner* ADis
                                                            TQVLevelFunc AMinFunc, TQVLevelFunc AMaxFunc,
                                                            TQVGetValueAtFunc AGetValueAtFunc)
     : TQVDisplayLevelView(ADisplay, std::move(AMinFunc), std::move(AMaxFunc), std::move(AGetValueAtFunc)),
-      FWaterfall(AWaterfall), FButton(std::make_unique<TQVViewButtonSettings>(this, GetLock(), [this] {
-          InvalidateView();
-      }))
+      FWaterfall(AWaterfall),
+      FButton(std::make_unique<TQVViewButtonSettings>(this, GetLock(), [this] { InvalidateView(); }))
 {}
 
 TQVWaterfallDisplayLevelView::~TQVWaterfallDisplayLevelView() = default;
 
 const TQLClassInfo& TQVWaterfallDisplayLevelView::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVWaterfallDisplayLevelView>("TQVWaterfallDisplayLevelView",
-                                                      &TQVDisplayLevelView::StaticClassInfo())
-            .Object("Button", &TQVWaterfallDisplayLevelView::GetButton)
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVWaterfallDisplayLevelView>(
+                                         "TQVWaterfallDisplayLevelView", &TQVDisplayLevelView::StaticClassInfo())
+                                         .Object("Button", &TQVWaterfallDisplayLevelView::GetButton)
+                                         .Build();
     return Info;
 }
 

@@ -39,9 +39,23 @@ void TQVNearestResampler::Prepare(int32_t ASourceWidth, int32_t ASourceHeight, d
     Fill(FLines, ADestHeight, ASourceHeight, AYCentre, ASpanHeight);
 }
 
+void TQVNearestResampler::Turn(bool AAlongColumns, int32_t AOrigin, int32_t ASlots)
+{
+    const std::vector<int32_t>& Logical = AAlongColumns ? FColumns : FLines;
+    std::vector<int32_t>& Physical = AAlongColumns ? FPhysicalColumns : FPhysicalLines;
+    (AAlongColumns ? FPhysicalLines : FPhysicalColumns) = AAlongColumns ? FLines : FColumns;
+    Physical.resize(Logical.size());
+    for (size_t I = 0; I < Logical.size(); ++I) {
+        const int32_t P = Logical[I] + AOrigin;
+        Physical[I] = P >= ASlots ? P - ASlots : P;
+    }
+}
+
 void TQVNearestResampler::Resample(const uint32_t* ASource, int32_t AStride, TQLBitmap& ADest, int32_t ALeft,
                                    int32_t ATop) const
 {
+    const std::vector<int32_t>& FColumns = FPhysicalColumns;
+    const std::vector<int32_t>& FLines = FPhysicalLines;
     const int32_t Width = static_cast<int32_t>(FColumns.size());
     const int32_t Height = static_cast<int32_t>(FLines.size());
     const int32_t X0 = std::max(0, -ALeft), X1 = std::min(Width, ADest.GetWidth() - ALeft);
@@ -92,10 +106,12 @@ void TQVBasicWaterfallDataView::Repopulate()
     ImageGeometry(Width, Height, FStride);
     FBufferSize = FStride * Height * 4;
     FImage.assign(static_cast<size_t>(FStride) * Height, 0xFF000000);
+    FOrigin = 0;
     Populate(0);
 }
 
-void TQVBasicWaterfallDataView::Populate(int32_t /*AStartIndex*/) {}
+void TQVBasicWaterfallDataView::Populate(int32_t /*AStartIndex*/)
+{}
 
 void TQVBasicWaterfallDataView::PopulateOne(int32_t AStartIndex, double AMin, double AMax, bool ALogarithmic,
                                             const TQPRealBufferList& ABufferList, const TQVLevelColorMap& AColors,
@@ -120,7 +136,7 @@ void TQVBasicWaterfallDataView::PopulateOne(int32_t AStartIndex, double AMin, do
     // Along a row: one line up (sample 0 at the bottom), or one pixel right when Vertical.
     const ptrdiff_t SampleStep = Vertical ? 1 : -static_cast<ptrdiff_t>(FStride);
     for (int32_t R = std::max(AStartIndex, 0); R < Count; ++R) {
-        const int32_t Place = Reversed ? S - 1 - R : R;
+        const int32_t Place = Physical(Reversed ? S - 1 - R : R, S);
         uint32_t* Out = Vertical ? FImage.data() + static_cast<size_t>(Place) * FStride
                                  : FImage.data() + static_cast<size_t>(Height - 1) * FStride + Place;
         const IQVRealBuffer& Row = *ABufferList.GetItem(R);
@@ -163,6 +179,22 @@ bool TQVBasicWaterfallDataView::TestSetNeedsRedraw()
     return true;
 }
 
+int32_t TQVBasicWaterfallDataView::Physical(int32_t ASlot, int32_t ASlots) const
+{
+    const int32_t P = ASlot + FOrigin;
+    return P >= ASlots ? P - ASlots : P;
+}
+
+uint32_t TQVBasicWaterfallDataView::GetImagePixel(int32_t AColumn, int32_t ALine) const
+{
+    const int32_t S = FBasicWaterfall->GetWaterfallXAxis()->GetSamples();
+    if (GetDisplay()->GetIsVertical())
+        ALine = Physical(ALine, S);
+    else
+        AColumn = Physical(AColumn, S);
+    return FImage[static_cast<size_t>(ALine) * FStride + AColumn];
+}
+
 void TQVBasicWaterfallDataView::FillEmpty(int32_t ACount)
 {
     const int32_t S = FBasicWaterfall->GetWaterfallXAxis()->GetSamples();
@@ -174,12 +206,18 @@ void TQVBasicWaterfallDataView::FillEmpty(int32_t ACount)
     const int32_t First = Reversed ? 0 : ACount;
     const int32_t Empty = S - ACount;
     const int32_t Lines = static_cast<int32_t>(FImage.size()) / FStride;
-    if (Vertical) {
-        for (int32_t L = First; L < First + Empty; ++L)
-            std::fill_n(FImage.data() + static_cast<size_t>(L) * FStride, FStride, Colour);
-    } else {
-        for (int32_t L = 0; L < Lines; ++L)
-            std::fill_n(FImage.data() + static_cast<size_t>(L) * FStride + First, Empty, Colour);
+    // The empty slots, in at most two runs of the ring.
+    for (int32_t Slot = First; Slot < First + Empty;) {
+        const int32_t Start = Physical(Slot, S);
+        const int32_t Run = std::min(First + Empty - Slot, S - Start);
+        if (Vertical) {
+            for (int32_t L = Start; L < Start + Run; ++L)
+                std::fill_n(FImage.data() + static_cast<size_t>(L) * FStride, FStride, Colour);
+        } else {
+            for (int32_t L = 0; L < Lines; ++L)
+                std::fill_n(FImage.data() + static_cast<size_t>(L) * FStride + Start, Run, Colour);
+        }
+        Slot += Run;
     }
 }
 
@@ -212,8 +250,9 @@ void TQVBasicWaterfallDataView::DirectDraw(TQLBitmap& ABitmap)
         int32_t Width, Height, Stride;
         ImageGeometry(Width, Height, Stride);
         bool Rebuilt = false;
-        if (FImage.empty() || FBufferSize != Stride * Height * 4) {
+        if (FImage.empty() || FBufferSize != Stride * Height * 4 || FStride != Stride) {
             FStride = Stride;
+            FOrigin = 0;
             FBufferSize = Stride * Height * 4;
             FImage.assign(static_cast<size_t>(Stride) * Height, 0xFF000000);
             Rebuilt = true;
@@ -223,17 +262,11 @@ void TQVBasicWaterfallDataView::DirectDraw(TQLBitmap& ABitmap)
         if (!TestSetNeedsRedraw() && New < S && !Rebuilt) {
             First = std::max(Count - New, 0);
             if (FOldBufferFill + New > S) {
-                // The history is full: the old pixels move along by the rows that left, in
-                // one block; the columns carried across a line's end are coloured anew below.
-                const int32_t Shift = FOldBufferFill + New - S;
-                const size_t Pixels = Vertical ? static_cast<size_t>(Shift) * FStride : static_cast<size_t>(Shift);
-                if (Pixels < FImage.size()) {
-                    const size_t Move = FImage.size() - Pixels;
-                    if (!Reversed)
-                        std::memmove(FImage.data(), FImage.data() + Pixels, Move * 4);
-                    else
-                        std::memmove(FImage.data() + Pixels, FImage.data(), Move * 4);
-                }
+                // The history is full: the rows that left make room by turning the ring,
+                // whatever the history's length; the slots they free are coloured anew
+                // below.
+                const int32_t Shift = (FOldBufferFill + New - S) % S;
+                FOrigin = Reversed ? (FOrigin - Shift + S) % S : (FOrigin + Shift) % S;
                 FBasicWaterfall->MainViewScrolled(false);
             }
         }
@@ -252,6 +285,7 @@ void TQVBasicWaterfallDataView::DirectDraw(TQLBitmap& ABitmap)
     const double YCentre = SpanY + SpanH / 2.0 + (Vertical ? (Reversed ? -0.5 : 0.5) : -0.5);
     FResampler.Prepare(SourceW, SourceH, XCentre, YCentre, SpanW, SpanH, Dest.Right - Dest.Left,
                        Dest.Bottom - Dest.Top);
+    FResampler.Turn(!Vertical, FOrigin, Vertical ? SourceH : SourceW);
     FResampler.Resample(FImage.data(), FStride, ABitmap, Dest.Left, Dest.Top);
 }
 
@@ -552,7 +586,8 @@ void TQVBasicWaterfallDataView::DrawMouseSelction(TQLCanvas& ACanvas)
     ACanvas.SetPenStyle(psSolid);
     ACanvas.GetBrush().SetStyle(bsClear);
     const TPoint A = FLeftMouseDownPoint, B = FCurrentMousePoint;
-    ACanvas.RectangleRect(TRect{std::min(A.X, B.X), std::min(A.Y, B.Y), std::max(A.X, B.X) + 1, std::max(A.Y, B.Y) + 1});
+    ACanvas.RectangleRect(
+        TRect{std::min(A.X, B.X), std::min(A.Y, B.Y), std::max(A.X, B.X) + 1, std::max(A.Y, B.Y) + 1});
 }
 
 const TQLClassInfo& TQVBasicWaterfallDataView::StaticClassInfo()

@@ -1,15 +1,17 @@
 #pragma once
 // The picture of a waterfall. It does not draw through the canvas: it keeps a private image
-// of exactly one pixel per sample of the history, colours only the rows that are new, moves
-// the old pixels along with one block move once the history is full, and then resamples the
-// visible span of that image, nearest neighbour, straight into the target bitmap. A refresh
-// therefore costs in proportion to the new rows and the view's size, not to the history.
+// of exactly one pixel per sample of the history, colours only the rows that are new, and
+// resamples the visible span of that image, nearest neighbour, straight into the target
+// bitmap. Once the history is full the image scrolls without moving a pixel: it is a ring of
+// row slots whose origin turns by the rows that left, and the resampling reads through the
+// origin. A refresh therefore costs in proportion to the new rows and the view's size, not
+// to the history's length.
 //
 // The image: 32-bit pixels (blue, green, red, alpha in memory). With S rows (XAxis.Samples)
 // and N samples a row, it is S wide and N high (Vertical: N wide and S high), its lines
-// padded to a multiple of 4 pixels. Row r lies in column r (line r when Vertical), or S-1-r
-// with XAxis.Reversed; sample j lies on line N-1-j, sample 0 at the bottom (column j when
-// Vertical).
+// padded to a multiple of 4 pixels. Row r lies in slot r (a column; a line when Vertical),
+// or S-1-r with XAxis.Reversed, slot p at column (line) p + origin modulo S; sample j lies
+// on line N-1-j, sample 0 at the bottom (column j when Vertical).
 //
 // The view also turns a pixel or a scale value back into a sample, and runs the mouse in
 // the picture: a box drag zooms (a drag under 5 pixels is a click), a drag in pan mode pans.
@@ -42,6 +44,9 @@ public:
     // Prepares the tables; cheap when nothing changed.
     void Prepare(int32_t ASourceWidth, int32_t ASourceHeight, double AXCentre, double AYCentre, double ASpanWidth,
                  double ASpanHeight, int32_t ADestWidth, int32_t ADestHeight);
+    // The image is a ring along one direction (columns with AAlongColumns, else lines) of
+    // ASlots slots, whose logical slot 0 lies at AOrigin: the tables turn with it.
+    void Turn(bool AAlongColumns, int32_t AOrigin, int32_t ASlots);
     // Copies the source (AStride pixels a line) into ADest at (ALeft, ATop), clipped to it.
     void Resample(const uint32_t* ASource, int32_t AStride, TQLBitmap& ADest, int32_t ALeft, int32_t ATop) const;
     const std::vector<int32_t>& GetSourceColumns() const { return FColumns; }
@@ -51,6 +56,8 @@ private:
     static void Fill(std::vector<int32_t>& ATable, int32_t ACount, int32_t ASourceSize, double ACentre, double ASpan);
     std::vector<int32_t> FColumns;
     std::vector<int32_t> FLines;
+    std::vector<int32_t> FPhysicalColumns;
+    std::vector<int32_t> FPhysicalLines;
     struct TKey {
         int32_t SW = -1, SH = -1, DW = -1, DH = -1;
         double XC = 0, YC = 0, W = 0, H = 0;
@@ -82,6 +89,8 @@ public:
     // The image as it stands, for inspection; empty before the first draw with rows.
     const std::vector<uint32_t>& GetImage() const { return FImage; }
     int32_t GetImageStride() const { return FStride; }
+    // The pixel of the image at a column and line as if the ring had not turned.
+    uint32_t GetImagePixel(int32_t AColumn, int32_t ALine) const;
     bool HasImage() const { return !FImage.empty(); }
     // The next draw treats every row as new (a clear).
     void ResetBufferFill() { FOldBufferFill = 0; }
@@ -123,15 +132,18 @@ protected:
     // Pixel geometry of the image for the present S, N and Vertical.
     void ImageGeometry(int32_t& AWidth, int32_t& AHeight, int32_t& AStride) const;
     void FillEmpty(int32_t ACount);
+    // The physical slot of logical slot ASlot in a ring of ASlots.
+    int32_t Physical(int32_t ASlot, int32_t ASlots) const;
 
     TQVWaterfallOwner* FBasicWaterfall;
     std::vector<uint32_t> FImage;
-    int32_t FStride = 0; // pixels a line
+    int32_t FStride = 0;     // pixels a line
     int32_t FBufferSize = 0; // bytes
     mutable bool FMouseAfterLastBuffer = false;
     TPoint FHighlightedPoint{0, 0};
     bool FIsHighlighted = false;
     int32_t FOldBufferFill = 0;
+    int32_t FOrigin = 0; // the physical slot of logical slot 0
     bool FViewMouseMoved = false;
     bool FLeftMouseItemDown = false;
     TQVNearestResampler FResampler;

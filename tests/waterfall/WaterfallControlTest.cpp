@@ -130,11 +130,8 @@ TEST(WaterfallControl, LabelTemplates)
         const char* Text;
     };
     const TCase Cases[] = {
-        {"", "%X : %Y : %Z", "1 : 2 : 4"},
-        {"%x/%y/%z", "", "1/2/4"},
-        {"%Q%%", "", "%"},
-        {"[%d]", "v=%Z", "[v=4]"},
-        {"end %", "", "end "},
+        {"", "%X : %Y : %Z", "1 : 2 : 4"}, {"%x/%y/%z", "", "1/2/4"}, {"%Q%%", "", "%"},
+        {"[%d]", "v=%Z", "[v=4]"},         {"end %", "", "end "},
     };
     F.Waterfall.GetLevels()->GetAxis()->SetPrecision(0);
     F.Waterfall.GetLevels()->GetAxis()->SetFixedPrecision(true);

@@ -45,17 +45,15 @@ struct TFixture {
     // The image's pixels that are shown (padding left out).
     std::vector<uint32_t> Shown(int32_t AWidth, int32_t AHeight) const
     {
-        const auto& View = *Waterfall.GetDataView();
         std::vector<uint32_t> Result;
         for (int32_t Y = 0; Y < AHeight; ++Y)
             for (int32_t X = 0; X < AWidth; ++X)
-                Result.push_back(View.GetImage()[static_cast<size_t>(Y) * View.GetImageStride() + X]);
+                Result.push_back(Pixel(X, Y));
         return Result;
     }
     uint32_t Pixel(int32_t AColumn, int32_t ALine) const
     {
-        const auto& View = *Waterfall.GetDataView();
-        return View.GetImage()[static_cast<size_t>(ALine) * View.GetImageStride() + AColumn];
+        return Waterfall.GetDataView()->GetImagePixel(AColumn, ALine);
     }
 };
 
@@ -76,8 +74,11 @@ std::vector<std::vector<double>> RandomRows(int32_t ACount, int32_t ASize)
 // the same picture as the last 1000 rows coloured at once.
 TEST(WaterfallRender, IncrementalPictureEqualsOneDrawnFromScratch)
 {
-    const TSetup Setups[] = {{1000, false, false, false}, {998, false, true, false}, {1000, true, false, false},
-                             {998, true, true, false}, {1000, false, false, true}};
+    const TSetup Setups[] = {{1000, false, false, false},
+                             {998, false, true, false},
+                             {1000, true, false, false},
+                             {998, true, true, false},
+                             {1000, false, false, true}};
     constexpr int32_t CSize = 24;
     const auto Rows = RandomRows(1500, CSize);
     for (const TSetup& S : Setups) {
@@ -99,7 +100,8 @@ TEST(WaterfallRender, IncrementalPictureEqualsOneDrawnFromScratch)
         ASSERT_EQ(Incremental.Waterfall.GetDataView()->GetDrawRect(), View);
         for (int32_t Y = View.Top; Y < View.Bottom; ++Y)
             ASSERT_TRUE(std::equal(Incremental.Bitmap.GetScanLine(Y) + View.Left,
-                                   Incremental.Bitmap.GetScanLine(Y) + View.Right, Scratch.Bitmap.GetScanLine(Y) + View.Left))
+                                   Incremental.Bitmap.GetScanLine(Y) + View.Right,
+                                   Scratch.Bitmap.GetScanLine(Y) + View.Left))
                 << S.Samples << S.Vertical << S.Reversed << " line " << Y;
     }
 }
@@ -117,10 +119,11 @@ TEST(WaterfallRender, ColoursAtTheEndsOfTheRange)
         std::vector<TAlphaColor> Expected;
     };
     const TCase Cases[] = {
-        {"linear", false, 100,
-         {Black, Black, 0xFF00FF3F, QVLevelBuiltInColor(1394), Top, Top, Top, Black, Black}},
+        {"linear", false, 100, {Black, Black, 0xFF00FF3F, QVLevelBuiltInColor(1394), Top, Top, Top, Black, Black}},
         // 0 to 999 is 0 to 3 decades; 99 lies at 2 of them: step Round(2 / 3 * 1408) = 939.
-        {"logarithmic", true, 999,
+        {"logarithmic",
+         true,
+         999,
          {Black, Black, QVLevelBuiltInColor(int32_t(std::nearbyint(std::log10(51.0) / 3 * 1408))),
           QVLevelBuiltInColor(939), QVLevelBuiltInColor(int32_t(std::nearbyint(std::log10(101.0) / 3 * 1408))), Top,
           Top, Black, Black}},

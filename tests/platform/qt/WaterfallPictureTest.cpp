@@ -40,9 +40,9 @@ TEST(WaterfallPicture, ImageLevelStripAndAxesLandWhereTheLayoutPutsThem)
 
     const TRect View = Waterfall.GetDataView()->GetDrawRect();
     const TRect Levels = Waterfall.GetLevels()->GetDrawRect();
-    EXPECT_GT(View.Left, 20);                 // the Y axis' strip
-    EXPECT_LT(View.Bottom, 400 - 15);         // the X axis' strip
-    EXPECT_GE(Levels.Left, View.Right);       // the level strip to the right
+    EXPECT_GT(View.Left, 20);           // the Y axis' strip
+    EXPECT_LT(View.Bottom, 400 - 15);   // the X axis' strip
+    EXPECT_GE(Levels.Left, View.Right); // the level strip to the right
     EXPECT_EQ(Waterfall.GetYAxis()->GetAxisLabelText(), "kHz");
     // The image holds many colours; the level bar runs from the bottom colour at the view's
     // bottom to the top colour at its top.
