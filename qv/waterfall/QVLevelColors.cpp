@@ -1,5 +1,8 @@
 #include "qv/waterfall/QVLevelColors.h"
 
+#include "qv/foundation/QVLog10a.h"
+
+#include <array>
 #include <cmath>
 
 namespace qv {
@@ -23,6 +26,13 @@ double Ratio(double AValue, double MaxValue)
 TAlphaColor Rgb(uint32_t ARed, uint32_t AGreen, uint32_t ABlue)
 {
     return CAlpha | ((ARed & 0xFF) << 16) | ((AGreen & 0xFF) << 8) | (ABlue & 0xFF);
+}
+// Round to nearest, ties to even, for |AValue| below 2^51, without a library call: adding
+// and taking away 1.5 * 2^52 leaves the value rounded in the current (nearest-even) mode.
+inline double FastRound(double AValue)
+{
+    constexpr double CMagic = 6755399441055744.0;
+    return (AValue + CMagic) - CMagic;
 }
 } // namespace
 
@@ -89,6 +99,51 @@ TAlphaColor TQVLevelColorMap::Gradient(double AValue, double MaxValue) const
         Result |= (static_cast<uint32_t>(V) & 0xFF) << Shift;
     }
     return Result;
+}
+
+void TQVLevelColorMap::ColourRun(const double* AValues, int32_t ACount, uint32_t* AOut, double ALow, double AHigh,
+                                 double ARange, bool ALogarithmic) const
+{
+    // The value clamped into the levels, as the distance from the low end.
+    const auto Clamped = [ALow, AHigh, ALogarithmic](double AValue) {
+        if (ALogarithmic)
+            AValue = QVLog10a(AValue);
+        if (std::isnan(AValue) || ALow > AValue)
+            AValue = ALow;
+        else if (AValue > AHigh)
+            AValue = AHigh;
+        return AValue - ALow;
+    };
+    // A ratio outside 0..1 (levels given upside down) goes the slow way, where every rule
+    // keeps it in hand.
+    const auto Table = [&](const auto& ATable, double AScale) {
+        const int32_t Last = static_cast<int32_t>(ATable.size()) - 1;
+        for (int32_t J = 0; J < ACount; ++J) {
+            const double V = Clamped(AValues[J]);
+            const double T = FastRound(V / ARange * AScale);
+            AOut[J] = T >= 0.0 && T <= Last ? ATable[static_cast<size_t>(T)] : ValueToColorGBR(V, ARange);
+        }
+    };
+    if (FGrayScale) {
+        static const std::array<TAlphaColor, 256> Grays = [] {
+            std::array<TAlphaColor, 256> A{};
+            for (uint32_t G = 0; G < 256; ++G)
+                A[G] = Rgb(G, G, G);
+            return A;
+        }();
+        Table(Grays, 255.0);
+    } else if (FColors.size() > 1) {
+        for (int32_t J = 0; J < ACount; ++J)
+            AOut[J] = Gradient(Clamped(AValues[J]), ARange);
+    } else {
+        static const std::array<TAlphaColor, 1409> BuiltIns = [] {
+            std::array<TAlphaColor, 1409> A{};
+            for (int32_t I = 0; I <= 1408; ++I)
+                A[static_cast<size_t>(I)] = QVLevelBuiltInColor(I);
+            return A;
+        }();
+        Table(BuiltIns, 1408.0);
+    }
 }
 
 TAlphaColor TQVLevelColorMap::ValueToColorGBR(double AValue, double MaxValue) const

@@ -35,6 +35,11 @@ public:
     // The colour of the level bar.
     TAlphaColor ValueToColor(double AValue, double MaxValue) const;
 
+    // Colours ACount values of a row: each (its QVLog10a with ALogarithmic) clamped to
+    // ALow..AHigh (a NaN to ALow) and coloured as ValueToColorGBR(value - ALow, ARange).
+    void ColourRun(const double* AValues, int32_t ACount, uint32_t* AOut, double ALow, double AHigh, double ARange,
+                   bool ALogarithmic) const;
+
     TAlphaColor Gray(double AValue, double MaxValue) const;
     TAlphaColor BuiltIn(double AValue, double MaxValue) const;
     TAlphaColor Fade(double AValue, double MaxValue) const;

@@ -39,40 +39,94 @@ void TQVNearestResampler::Prepare(int32_t ASourceWidth, int32_t ASourceHeight, d
     Fill(FLines, ADestHeight, ASourceHeight, AYCentre, ASpanHeight);
 }
 
-void TQVNearestResampler::Turn(bool AAlongColumns, int32_t AOrigin, int32_t ASlots)
+void TQVNearestResampler::Place(bool AColumnsAreSlots, int32_t AOrigin, int32_t ASlots, int32_t AStride,
+                                int32_t ALastSample)
 {
-    const std::vector<int32_t>& Logical = AAlongColumns ? FColumns : FLines;
-    std::vector<int32_t>& Physical = AAlongColumns ? FPhysicalColumns : FPhysicalLines;
-    (AAlongColumns ? FPhysicalLines : FPhysicalColumns) = AAlongColumns ? FLines : FColumns;
-    Physical.resize(Logical.size());
-    for (size_t I = 0; I < Logical.size(); ++I) {
-        const int32_t P = Logical[I] + AOrigin;
-        Physical[I] = P >= ASlots ? P - ASlots : P;
+    const auto Slot = [AOrigin, ASlots](int32_t ALogical) {
+        const int32_t P = ALogical + AOrigin;
+        return P >= ASlots ? P - ASlots : P;
+    };
+    FColumnsAreSlots = AColumnsAreSlots;
+    FStride = AStride;
+    FColumnOffsets.resize(FColumns.size());
+    FLineOffsets.resize(FLines.size());
+    for (size_t I = 0; I < FColumns.size(); ++I)
+        FColumnOffsets[I] = AColumnsAreSlots ? Slot(FColumns[I]) : FColumns[I];
+    for (size_t I = 0; I < FLines.size(); ++I)
+        FLineOffsets[I] =
+            AColumnsAreSlots ? ALastSample - FLines[I] : static_cast<ptrdiff_t>(Slot(FLines[I])) * AStride;
+    if (!AColumnsAreSlots)
+        return;
+    // The slot columns sampled at these lines are kept while the lines stay the same.
+    const size_t Size = static_cast<size_t>(ASlots) * FLines.size();
+    if (FCachedLines != FLineOffsets || FColumnCache.size() != Size) {
+        FCachedLines = FLineOffsets;
+        FColumnCache.resize(Size);
+        FColumnValid.assign(static_cast<size_t>(ASlots), false);
     }
 }
 
-void TQVNearestResampler::Resample(const uint32_t* ASource, int32_t AStride, TQLBitmap& ADest, int32_t ALeft,
-                                   int32_t ATop) const
+void TQVNearestResampler::InvalidateSlot(int32_t APhysicalSlot)
 {
-    const std::vector<int32_t>& FColumns = FPhysicalColumns;
-    const std::vector<int32_t>& FLines = FPhysicalLines;
-    const int32_t Width = static_cast<int32_t>(FColumns.size());
-    const int32_t Height = static_cast<int32_t>(FLines.size());
+    if (APhysicalSlot >= 0 && static_cast<size_t>(APhysicalSlot) < FColumnValid.size())
+        FColumnValid[static_cast<size_t>(APhysicalSlot)] = false;
+}
+
+void TQVNearestResampler::InvalidateAll()
+{
+    FColumnValid.assign(FColumnValid.size(), false);
+}
+
+void TQVNearestResampler::Resample(const uint32_t* ASource, TQLBitmap& ADest, int32_t ALeft, int32_t ATop)
+{
+    const int32_t Width = static_cast<int32_t>(FColumnOffsets.size());
+    const int32_t Height = static_cast<int32_t>(FLineOffsets.size());
     const int32_t X0 = std::max(0, -ALeft), X1 = std::min(Width, ADest.GetWidth() - ALeft);
     const int32_t Y0 = std::max(0, -ATop), Y1 = std::min(Height, ADest.GetHeight() - ATop);
-    if (X0 >= X1)
+    if (X0 >= X1 || Y0 >= Y1)
         return;
-    const int32_t* Columns = FColumns.data();
-    for (int32_t Y = Y0; Y < Y1; ++Y) {
-        uint32_t* Out = ADest.GetScanLine(ATop + Y) + ALeft;
-        // A line that repeats the source line of the one above is a copy of it.
-        if (Y > Y0 && FLines[static_cast<size_t>(Y)] == FLines[static_cast<size_t>(Y - 1)]) {
-            std::memcpy(Out + X0, ADest.GetScanLine(ATop + Y - 1) + ALeft + X0, size_t(X1 - X0) * 4);
-            continue;
+    if (!FColumnsAreSlots) {
+        // Each destination line reads one slot.
+        const ptrdiff_t* Columns = FColumnOffsets.data();
+        for (int32_t Y = Y0; Y < Y1; ++Y) {
+            uint32_t* Out = ADest.GetScanLine(ATop + Y) + ALeft;
+            // A line that repeats the slot of the one above is a copy of it.
+            if (Y > Y0 && FLineOffsets[static_cast<size_t>(Y)] == FLineOffsets[static_cast<size_t>(Y - 1)]) {
+                std::memcpy(Out + X0, ADest.GetScanLine(ATop + Y - 1) + ALeft + X0, size_t(X1 - X0) * 4);
+                continue;
+            }
+            const uint32_t* In = ASource + FLineOffsets[static_cast<size_t>(Y)];
+            for (int32_t X = X0; X < X1; ++X)
+                Out[X] = In[Columns[X]];
         }
-        const uint32_t* In = ASource + static_cast<size_t>(FLines[static_cast<size_t>(Y)]) * AStride;
-        for (int32_t X = X0; X < X1; ++X)
-            Out[X] = In[Columns[X]];
+        return;
+    }
+    // Each destination column shows one slot. The slot sampled at the destination lines is
+    // kept as a compact column, made once for each slot coloured, so that a frame reads
+    // what it shows and not the slots' full length, however many rows the history has.
+    const size_t Lines = FLineOffsets.size();
+    for (int32_t X = X0; X < X1; ++X) {
+        const size_t Slot = static_cast<size_t>(FColumnOffsets[static_cast<size_t>(X)]);
+        if (FColumnValid[Slot])
+            continue;
+        const uint32_t* In = ASource + Slot * static_cast<size_t>(FStride);
+        uint32_t* Column = FColumnCache.data() + Slot * Lines;
+        for (size_t Y = 0; Y < Lines; ++Y)
+            Column[Y] = In[FLineOffsets[Y]];
+        FColumnValid[Slot] = true;
+    }
+    // Columns in blocks of 16: each destination line gets a whole cache line at a time.
+    constexpr int32_t CBlock = 16;
+    const uint32_t* Columns[CBlock];
+    for (int32_t Bx = X0; Bx < X1; Bx += CBlock) {
+        const int32_t Bn = std::min(CBlock, X1 - Bx);
+        for (int32_t I = 0; I < Bn; ++I)
+            Columns[I] = FColumnCache.data() + static_cast<size_t>(FColumnOffsets[static_cast<size_t>(Bx + I)]) * Lines;
+        for (int32_t Y = Y0; Y < Y1; ++Y) {
+            uint32_t* Out = ADest.GetScanLine(ATop + Y) + ALeft + Bx;
+            for (int32_t I = 0; I < Bn; ++I)
+                Out[I] = Columns[I][Y];
+        }
     }
 }
 
@@ -87,14 +141,15 @@ TQVBasicWaterfallDataView::TQVBasicWaterfallDataView(TQVDisplayOwner* ADisplay, 
 
 TQVBasicWaterfallDataView::~TQVBasicWaterfallDataView() = default;
 
-void TQVBasicWaterfallDataView::ImageGeometry(int32_t& AWidth, int32_t& AHeight, int32_t& AStride) const
+void TQVBasicWaterfallDataView::ImageGeometry(int32_t& ASlots, int32_t& AStride) const
 {
-    const int32_t S = FBasicWaterfall->GetWaterfallXAxis()->GetSamples();
-    const int32_t N = FBasicWaterfall->GetWaterfallBuffers().GetBufferSize();
-    const bool Vertical = GetDisplay()->GetIsVertical();
-    AWidth = Vertical ? N : S;
-    AHeight = Vertical ? S : N;
-    AStride = (AWidth + 3) / 4 * 4;
+    ASlots = FBasicWaterfall->GetWaterfallXAxis()->GetSamples();
+    AStride = (FBasicWaterfall->GetWaterfallBuffers().GetBufferSize() + 3) / 4 * 4;
+    // Slots a whole number of 4 KB apart would fall on the same cache sets, and reading one
+    // pixel from each of many slots, as the resampling does, would thrash: 64 bytes more
+    // keep them apart.
+    if (AStride % 1024 == 0)
+        AStride += 16;
 }
 
 void TQVBasicWaterfallDataView::Repopulate()
@@ -102,11 +157,12 @@ void TQVBasicWaterfallDataView::Repopulate()
     TQWCriticalSectionLock Lock(FBasicWaterfall->GetBufferSection());
     if (FBasicWaterfall->GetWaterfallBuffers().GetBuffersCount() == 0)
         return;
-    int32_t Width, Height;
-    ImageGeometry(Width, Height, FStride);
-    FBufferSize = FStride * Height * 4;
-    FImage.assign(static_cast<size_t>(FStride) * Height, 0xFF000000);
+    int32_t Slots;
+    ImageGeometry(Slots, FStride);
+    FBufferSize = FStride * Slots * 4;
+    FImage.assign(static_cast<size_t>(FStride) * Slots, 0xFF000000);
     FOrigin = 0;
+    FResampler.InvalidateAll();
     Populate(0);
 }
 
@@ -129,21 +185,23 @@ void TQVBasicWaterfallDataView::PopulateOne(int32_t AStartIndex, double AMin, do
         return;
     const int32_t S = FBasicWaterfall->GetWaterfallXAxis()->GetSamples();
     const int32_t N = ABufferList.GetItem(0)->GetSize();
-    const bool Vertical = GetDisplay()->GetIsVertical();
     const bool Reversed = FBasicWaterfall->GetWaterfallXAxis()->GetReversed();
-    const int32_t Height = Vertical ? S : N;
     const int32_t Count = std::min(ABufferList.GetCount(), S);
-    // Along a row: one line up (sample 0 at the bottom), or one pixel right when Vertical.
-    const ptrdiff_t SampleStep = Vertical ? 1 : -static_cast<ptrdiff_t>(FStride);
     for (int32_t R = std::max(AStartIndex, 0); R < Count; ++R) {
-        const int32_t Place = Physical(Reversed ? S - 1 - R : R, S);
-        uint32_t* Out = Vertical ? FImage.data() + static_cast<size_t>(Place) * FStride
-                                 : FImage.data() + static_cast<size_t>(Height - 1) * FStride + Place;
+        // A row fills its slot, sample after sample.
+        const int32_t Slot = Physical(Reversed ? S - 1 - R : R, S);
+        FResampler.InvalidateSlot(Slot);
+        uint32_t* Out = FImage.data() + static_cast<size_t>(Slot) * FStride;
         const IQVRealBuffer& Row = *ABufferList.GetItem(R);
         const double* In = Row.Read();
         // Every row is as long as the first; a shorter one (never accepted) would end early.
         const int32_t Samples = std::min(N, Row.GetSize());
-        for (int32_t J = 0; J < Samples; ++J, Out += SampleStep) {
+        if (!AMerge) {
+            AColors.ColourRun(In, Samples, Out, Lo, Hi, Range, ALogarithmic);
+            continue;
+        }
+        // Merging keeps in each colour byte the greater of the old and the new value.
+        for (int32_t J = 0; J < Samples; ++J, ++Out) {
             double V = In[J];
             if (ALogarithmic)
                 V = QVLog10a(V);
@@ -152,14 +210,11 @@ void TQVBasicWaterfallDataView::PopulateOne(int32_t AStartIndex, double AMin, do
             else if (V > Hi)
                 V = Hi;
             const TAlphaColor Colour = AColors.ValueToColorGBR(V - Lo, Range);
-            if (AMerge) {
-                const uint32_t Old = *Out;
-                uint32_t New = Old & 0xFF000000;
-                for (int Shift = 0; Shift <= 16; Shift += 8)
-                    New |= std::max((Old >> Shift) & 0xFF, (Colour >> Shift) & 0xFF) << Shift;
-                *Out = New;
-            } else
-                *Out = Colour;
+            const uint32_t Old = *Out;
+            uint32_t New = Old & 0xFF000000;
+            for (int Shift = 0; Shift <= 16; Shift += 8)
+                New |= std::max((Old >> Shift) & 0xFF, (Colour >> Shift) & 0xFF) << Shift;
+            *Out = New;
         }
     }
 }
@@ -189,10 +244,9 @@ uint32_t TQVBasicWaterfallDataView::GetImagePixel(int32_t AColumn, int32_t ALine
 {
     const int32_t S = FBasicWaterfall->GetWaterfallXAxis()->GetSamples();
     if (GetDisplay()->GetIsVertical())
-        ALine = Physical(ALine, S);
-    else
-        AColumn = Physical(AColumn, S);
-    return FImage[static_cast<size_t>(ALine) * FStride + AColumn];
+        return FImage[static_cast<size_t>(Physical(ALine, S)) * FStride + AColumn];
+    const int32_t N = FBasicWaterfall->GetWaterfallBuffers().GetBufferSize();
+    return FImage[static_cast<size_t>(Physical(AColumn, S)) * FStride + (N - 1 - ALine)];
 }
 
 void TQVBasicWaterfallDataView::FillEmpty(int32_t ACount)
@@ -201,23 +255,12 @@ void TQVBasicWaterfallDataView::FillEmpty(int32_t ACount)
     if (ACount >= S)
         return;
     const TAlphaColor Colour = GetDisplay()->GetColor() | 0xFF000000;
-    const bool Vertical = GetDisplay()->GetIsVertical();
     const bool Reversed = FBasicWaterfall->GetWaterfallXAxis()->GetReversed();
     const int32_t First = Reversed ? 0 : ACount;
-    const int32_t Empty = S - ACount;
-    const int32_t Lines = static_cast<int32_t>(FImage.size()) / FStride;
-    // The empty slots, in at most two runs of the ring.
-    for (int32_t Slot = First; Slot < First + Empty;) {
-        const int32_t Start = Physical(Slot, S);
-        const int32_t Run = std::min(First + Empty - Slot, S - Start);
-        if (Vertical) {
-            for (int32_t L = Start; L < Start + Run; ++L)
-                std::fill_n(FImage.data() + static_cast<size_t>(L) * FStride, FStride, Colour);
-        } else {
-            for (int32_t L = 0; L < Lines; ++L)
-                std::fill_n(FImage.data() + static_cast<size_t>(L) * FStride + Start, Run, Colour);
-        }
-        Slot += Run;
+    for (int32_t Slot = First; Slot < First + S - ACount; ++Slot) {
+        const int32_t P = Physical(Slot, S);
+        FResampler.InvalidateSlot(P);
+        std::fill_n(FImage.data() + static_cast<size_t>(P) * FStride, FStride, Colour);
     }
 }
 
@@ -247,14 +290,15 @@ void TQVBasicWaterfallDataView::DirectDraw(TQLBitmap& ABitmap)
             SourceW = S, SourceH = N;
             SpanX = RowStart, SpanW = XMax - XMin, SpanY = N - YMax, SpanH = YMax - YMin;
         }
-        int32_t Width, Height, Stride;
-        ImageGeometry(Width, Height, Stride);
+        int32_t Slots, Stride;
+        ImageGeometry(Slots, Stride);
         bool Rebuilt = false;
-        if (FImage.empty() || FBufferSize != Stride * Height * 4 || FStride != Stride) {
+        if (FImage.empty() || FBufferSize != Stride * Slots * 4 || FStride != Stride) {
             FStride = Stride;
             FOrigin = 0;
-            FBufferSize = Stride * Height * 4;
-            FImage.assign(static_cast<size_t>(Stride) * Height, 0xFF000000);
+            FBufferSize = Stride * Slots * 4;
+            FImage.assign(static_cast<size_t>(Stride) * Slots, 0xFF000000);
+            FResampler.InvalidateAll();
             Rebuilt = true;
         }
         int32_t First = 0;
@@ -285,8 +329,8 @@ void TQVBasicWaterfallDataView::DirectDraw(TQLBitmap& ABitmap)
     const double YCentre = SpanY + SpanH / 2.0 + (Vertical ? (Reversed ? -0.5 : 0.5) : -0.5);
     FResampler.Prepare(SourceW, SourceH, XCentre, YCentre, SpanW, SpanH, Dest.Right - Dest.Left,
                        Dest.Bottom - Dest.Top);
-    FResampler.Turn(!Vertical, FOrigin, Vertical ? SourceH : SourceW);
-    FResampler.Resample(FImage.data(), FStride, ABitmap, Dest.Left, Dest.Top);
+    FResampler.Place(!Vertical, FOrigin, Vertical ? SourceH : SourceW, FStride, (Vertical ? SourceW : SourceH) - 1);
+    FResampler.Resample(FImage.data(), ABitmap, Dest.Left, Dest.Top);
 }
 
 // ---- Lookup ----

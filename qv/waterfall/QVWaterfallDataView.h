@@ -7,11 +7,11 @@
 // origin. A refresh therefore costs in proportion to the new rows and the view's size, not
 // to the history's length.
 //
-// The image: 32-bit pixels (blue, green, red, alpha in memory). With S rows (XAxis.Samples)
-// and N samples a row, it is S wide and N high (Vertical: N wide and S high), its lines
-// padded to a multiple of 4 pixels. Row r lies in slot r (a column; a line when Vertical),
-// or S-1-r with XAxis.Reversed, slot p at column (line) p + origin modulo S; sample j lies
-// on line N-1-j, sample 0 at the bottom (column j when Vertical).
+// The image: 32-bit pixels (blue, green, red, alpha in memory), one slot of N pixels (padded
+// to a multiple of 4) for each of the S rows (XAxis.Samples), sample j at pixel j of its
+// slot, so that a row is coloured by one sequential run. Row r lies in slot r, or S-1-r with
+// XAxis.Reversed; slot p is stored at p + origin modulo S. Seen as a picture, slots are the
+// columns and sample 0 the bottom line (Vertical: slots are lines and samples columns).
 //
 // The view also turns a pixel or a scale value back into a sample, and runs the mouse in
 // the picture: a box drag zooms (a drag under 5 pixels is a click), a drag in pan mode pans.
@@ -44,11 +44,16 @@ public:
     // Prepares the tables; cheap when nothing changed.
     void Prepare(int32_t ASourceWidth, int32_t ASourceHeight, double AXCentre, double AYCentre, double ASpanWidth,
                  double ASpanHeight, int32_t ADestWidth, int32_t ADestHeight);
-    // The image is a ring along one direction (columns with AAlongColumns, else lines) of
-    // ASlots slots, whose logical slot 0 lies at AOrigin: the tables turn with it.
-    void Turn(bool AAlongColumns, int32_t AOrigin, int32_t ASlots);
-    // Copies the source (AStride pixels a line) into ADest at (ALeft, ATop), clipped to it.
-    void Resample(const uint32_t* ASource, int32_t AStride, TQLBitmap& ADest, int32_t ALeft, int32_t ATop) const;
+    // Where the source pixels lie in memory: the image is a ring of ASlots row slots of
+    // AStride pixels, logical slot 0 at AOrigin. With AColumnsAreSlots the source columns are
+    // the slots and source line l is sample ALastSample - l; otherwise the lines are the
+    // slots and the columns the samples.
+    void Place(bool AColumnsAreSlots, int32_t AOrigin, int32_t ASlots, int32_t AStride, int32_t ALastSample);
+    // Copies the source into ADest at (ALeft, ATop), clipped to it.
+    void Resample(const uint32_t* ASource, TQLBitmap& ADest, int32_t ALeft, int32_t ATop);
+    // A slot's pixels changed (it was coloured or filled), or all of them did.
+    void InvalidateSlot(int32_t APhysicalSlot);
+    void InvalidateAll();
     const std::vector<int32_t>& GetSourceColumns() const { return FColumns; }
     const std::vector<int32_t>& GetSourceLines() const { return FLines; }
 
@@ -56,8 +61,17 @@ private:
     static void Fill(std::vector<int32_t>& ATable, int32_t ACount, int32_t ASourceSize, double ACentre, double ASpan);
     std::vector<int32_t> FColumns;
     std::vector<int32_t> FLines;
-    std::vector<int32_t> FPhysicalColumns;
-    std::vector<int32_t> FPhysicalLines;
+    // Offsets of the destination's columns and lines in the image: with FColumnsAreSlots
+    // the columns give physical slots and the lines samples, else the columns give samples
+    // and the lines slot offsets.
+    std::vector<ptrdiff_t> FColumnOffsets;
+    std::vector<ptrdiff_t> FLineOffsets;
+    bool FColumnsAreSlots = false;
+    int32_t FStride = 0;
+    // Each slot sampled at the destination lines (FCachedLines), and which are up to date.
+    std::vector<uint32_t> FColumnCache;
+    std::vector<ptrdiff_t> FCachedLines;
+    std::vector<bool> FColumnValid;
     struct TKey {
         int32_t SW = -1, SH = -1, DW = -1, DH = -1;
         double XC = 0, YC = 0, W = 0, H = 0;
@@ -130,7 +144,7 @@ public:
 
 protected:
     // Pixel geometry of the image for the present S, N and Vertical.
-    void ImageGeometry(int32_t& AWidth, int32_t& AHeight, int32_t& AStride) const;
+    void ImageGeometry(int32_t& ASlots, int32_t& AStride) const;
     void FillEmpty(int32_t ACount);
     // The physical slot of logical slot ASlot in a ring of ASlots.
     int32_t Physical(int32_t ASlot, int32_t ASlots) const;

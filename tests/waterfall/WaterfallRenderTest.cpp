@@ -143,15 +143,15 @@ TEST(WaterfallRender, ColoursAtTheEndsOfTheRange)
 }
 
 // Where rows land in the picture: the oldest at the left (right when reversed), the empty
-// part behind the newest; lines padded to 4 pixels.
+// part behind the newest; row slots padded to 4 pixels.
 TEST(WaterfallRender, RowsFillThePictureFromTheirStart)
 {
     for (const bool Reversed : {false, true}) {
         TFixture F({10, false, Reversed, false});
-        F.Add(std::vector<double>(8, 100.0));
-        F.Add(std::vector<double>(8, 50.0));
+        F.Add(std::vector<double>(6, 100.0));
+        F.Add(std::vector<double>(6, 50.0));
         F.Paint();
-        EXPECT_EQ(F.Waterfall.GetDataView()->GetImageStride(), 12);
+        EXPECT_EQ(F.Waterfall.GetDataView()->GetImageStride(), 8);
         const TRect View = F.Waterfall.GetDataView()->GetDrawRect();
         const int32_t Line = (View.Top + View.Bottom) / 2;
         const uint32_t Left = F.Bitmap.GetPixel(View.Left, Line), Right = F.Bitmap.GetPixel(View.Right - 1, Line);
