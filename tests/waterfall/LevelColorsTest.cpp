@@ -115,3 +115,32 @@ TEST(LevelColors, StripThickness)
         EXPECT_EQ(R.Right - R.Left, C.Thickness) << C.AxisVisible << C.LabelVisible;
     }
 }
+
+// The track line follows the value under the mouse: over a filled column at its value's
+// height, over the empty columns at the low end.
+TEST(LevelColors, TheTrackLineFollowsTheValueUnderTheMouse)
+{
+    TQVWaterfall Waterfall;
+    TQLBitmap Bitmap(300, 200);
+    TQLRecordingCanvas Canvas;
+    Waterfall.SetBounds(0, 0, 300, 200);
+    Waterfall.GetXAxis()->SetSamples(10);
+    TQVLevelAxis& Axis = *Waterfall.GetLevels()->GetAxis();
+    Axis.SetAutoscale(false);
+    Axis.SetMin(0);
+    Axis.SetMax(100);
+    const double Row[] = {100, 100};
+    Waterfall.GetData()->AddData(Row, 2);
+    Waterfall.PaintToCanvas(Bitmap, Canvas, false);
+    const TRect View = Waterfall.GetDataView()->GetDrawRect();
+    TQVWaterfallDisplayLevelView& Levels = *Waterfall.GetLevels();
+    int32_t Pixel = 0;
+    Waterfall.MouseMove(0, float(View.Left + 1), float(View.Top + 5));
+    EXPECT_EQ(Levels.GetCurrentLevelValue(), 100.0);
+    ASSERT_TRUE(Levels.GetTrackPixel(Pixel));
+    EXPECT_EQ(Pixel, View.Top); // the top level at the top
+    Waterfall.MouseMove(0, float(View.Right - 2), float(View.Top + 5));
+    EXPECT_EQ(Levels.GetCurrentLevelValue(), 0.0);
+    ASSERT_TRUE(Levels.GetTrackPixel(Pixel));
+    EXPECT_EQ(Pixel, View.Bottom - 1); // the low end
+}

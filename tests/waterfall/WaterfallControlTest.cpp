@@ -202,3 +202,52 @@ TEST(WaterfallControl, HoldAndClearWhileRowsArrive)
     F.Paint();
     EXPECT_EQ(F.Waterfall.GetDrawData().size(), 10u);
 }
+
+// The input pin: a start names the rate and the domain and clears; blocks become rows.
+TEST(WaterfallControl, TheInputPinTakesStartsAndRows)
+{
+    TFixture F;
+    TQWSourcePin Source(dkReal);
+    Source.Connect(*F.Waterfall.GetInputPin());
+    Source.Notify(TQWStartSpectrumOperation(48000.0));
+    EXPECT_EQ(F.Waterfall.GetData()->GetSampleRate(), 48000.0);
+    EXPECT_TRUE(F.Waterfall.IsFrequencyDomain());
+    EXPECT_TRUE(F.Waterfall.GetData()->GetData().empty());
+    const double Row[] = {1, 2, 3};
+    Source.Notify(TQWSuppliedBufferOperation(std::make_shared<TQVRealBuffer>(Row, 3)));
+    ASSERT_EQ(F.Waterfall.GetData()->GetData().size(), 1u);
+    EXPECT_EQ(F.Waterfall.GetData()->GetData()[0]->GetItem(2), 3.0);
+    Source.Notify(TQWStartOperation());
+    EXPECT_EQ(F.Waterfall.GetData()->GetSampleRate(), 10000.0);
+    EXPECT_FALSE(F.Waterfall.IsFrequencyDomain());
+}
+
+namespace {
+// A printer that notes whether the waterfall was held while it printed.
+struct TPrinter : IQLPictureServices, IQLPrinter {
+    TQVWaterfall* Waterfall = nullptr;
+    bool HeldWhilePrinting = false;
+    IQLPrinter* GetPrinter() override { return this; }
+    void CopyBitmapToClipboard(const TQLBitmap&) override {}
+    void SaveBitmapToFile(const TQLBitmap&, const std::string&) override {}
+    void SaveBitmapToJpeg(const TQLBitmap&, const std::string&) override {}
+    void BeginDoc() override {}
+    void EndDoc() override {}
+    int32_t GetPageWidth() const override { return 400; }
+    int32_t GetPageHeight() const override { return 300; }
+    void StretchDrawBitmap(const TRect&, const TQLBitmap&) override { HeldWhilePrinting = Waterfall->GetHold(); }
+};
+} // namespace
+
+TEST(WaterfallControl, PrintsHeldAndPutsHoldBack)
+{
+    TFixture F;
+    F.Waterfall.SetCanvasFactory(
+        [](TQLBitmap&) -> std::unique_ptr<TQLCanvas> { return std::make_unique<TQLRecordingCanvas>(); });
+    auto Printer = std::make_shared<TPrinter>();
+    Printer->Waterfall = &F.Waterfall;
+    F.Waterfall.SetPictureServices(Printer);
+    F.Waterfall.Print();
+    EXPECT_TRUE(Printer->HeldWhilePrinting);
+    EXPECT_FALSE(F.Waterfall.GetHold());
+}

@@ -163,3 +163,17 @@ TEST(WaterfallRender, RowsFillThePictureFromTheirStart)
         EXPECT_EQ(F.Pixel(Column, 0), 0xFF00FF3Fu) << Reversed;
     }
 }
+
+// Rows all of one value with Autoscale: a range of no width colours with a range of 1, so
+// every pixel takes the bottom colour.
+TEST(WaterfallRender, ARangeOfNoWidthColoursEveryPixelAtTheBottom)
+{
+    TFixture F({10, false, false, true});
+    F.Add(std::vector<double>(4, 7.0));
+    F.Add(std::vector<double>(4, 7.0));
+    F.Paint();
+    EXPECT_EQ(F.Waterfall.GetCurrentMinLevel(), F.Waterfall.GetCurrentMaxLevel());
+    for (int32_t Column : {0, 1})
+        for (int32_t Line = 0; Line < 4; ++Line)
+            EXPECT_EQ(F.Pixel(Column, Line), 0xFF000000u);
+}
