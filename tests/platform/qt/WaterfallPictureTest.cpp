@@ -55,3 +55,33 @@ TEST(WaterfallPicture, ImageLevelStripAndAxesLandWhereTheLayoutPutsThem)
     EXPECT_EQ(Picture.GetPixel(BarX, View.Bottom - 1), Waterfall.GetLevels()->ValueToColor(0, 1));
     EXPECT_EQ(Picture.GetPixel(BarX, View.Top), Waterfall.GetLevels()->ValueToColor(1, 1));
 }
+
+// Turned, the rows run down the picture: the first at the top, samples from left to right.
+TEST(WaterfallPicture, TurnedRowsRunDownThePicture)
+{
+    TQVWaterfall Waterfall;
+    Waterfall.SetCanvasFactory(QLQtCanvasFactory());
+    Waterfall.SetBounds(0, 0, 400, 400);
+    Waterfall.SetVertical(true);
+    Waterfall.GetXAxis()->SetSamples(100);
+    TQVLevelAxis& Axis = *Waterfall.GetLevels()->GetAxis();
+    Axis.SetAutoscale(false);
+    Axis.SetMax(100);
+    std::vector<double> Row(64);
+    for (int32_t R = 0; R < 50; ++R) {
+        for (int32_t J = 0; J < 64; ++J)
+            Row[size_t(J)] = R < 10 ? 100.0 : J; // ten rows at the top level, then ramps
+        Waterfall.GetData()->AddData(Row.data(), 64);
+    }
+    Waterfall.Paint();
+    const TQLBitmap& Picture = Waterfall.GetBitmap();
+    qvtest::KeepPicture(Picture, "WaterfallTurned.png");
+    const TRect View = Waterfall.GetDataView()->GetDrawRect();
+    const TAlphaColor Top = Waterfall.GetLevels()->ValueToColorGBR(1, 1);
+    EXPECT_EQ(Picture.GetPixel((View.Left + View.Right) / 2, View.Top + 2), Top);
+    const int32_t Middle = (View.Top + View.Bottom) / 2 - 20; // in the ramps
+    EXPECT_EQ(Picture.GetPixel(View.Left + 1, Middle), Waterfall.GetLevels()->ValueToColorGBR(0, 1));
+    EXPECT_NE(Picture.GetPixel(View.Right - 2, Middle), Waterfall.GetLevels()->ValueToColorGBR(0, 1));
+    // Below the rows the picture is empty.
+    EXPECT_EQ(Picture.GetPixel(View.Left + 1, View.Bottom - 2), Waterfall.GetColor());
+}
