@@ -16,7 +16,7 @@ constexpr int CHop = 1024;
 struct TSpectrum::TImpl {
     qv::TQVWaterfall& Waterfall;
     std::vector<double> History = std::vector<double>(CPoints, 0.0); // a ring of the last CPoints samples
-    int Next = 0;                                                     // the ring's oldest sample
+    int Next = 0;                                                    // the ring's oldest sample
     std::vector<double> Window = std::vector<double>(CPoints);
     double* In = fftw_alloc_real(CPoints);
     fftw_complex* Out = fftw_alloc_complex(CPoints / 2 + 1);
