@@ -115,14 +115,26 @@ void TQVNearestResampler::Resample(const uint32_t* ASource, TQLBitmap& ADest, in
             Column[Y] = In[FLineOffsets[Y]];
         FColumnValid[Slot] = true;
     }
-    // Columns in blocks of 16: each destination line gets a whole cache line at a time.
+    // Columns in blocks of 16: each destination line gets a whole cache line at a time, and
+    // at most 16 columns are read side by side.
     constexpr int32_t CBlock = 16;
     const uint32_t* Columns[CBlock];
+    const uint32_t* Next[CBlock];
+    const auto Column = [&](int32_t AX) {
+        return FColumnCache.data() + static_cast<size_t>(FColumnOffsets[static_cast<size_t>(AX)]) * Lines;
+    };
     for (int32_t Bx = X0; Bx < X1; Bx += CBlock) {
         const int32_t Bn = std::min(CBlock, X1 - Bx);
+        const int32_t Nn = std::max(0, std::min(CBlock, X1 - Bx - CBlock));
         for (int32_t I = 0; I < Bn; ++I)
-            Columns[I] = FColumnCache.data() + static_cast<size_t>(FColumnOffsets[static_cast<size_t>(Bx + I)]) * Lines;
+            Columns[I] = Column(Bx + I);
+        for (int32_t I = 0; I < Nn; ++I)
+            Next[I] = Column(Bx + CBlock + I);
         for (int32_t Y = Y0; Y < Y1; ++Y) {
+            // The next block's columns are fetched while this one is copied.
+            if ((Y & 15) == 0)
+                for (int32_t I = 0; I < Nn; ++I)
+                    __builtin_prefetch(Next[I] + Y);
             uint32_t* Out = ADest.GetScanLine(ATop + Y) + ALeft + Bx;
             for (int32_t I = 0; I < Bn; ++I)
                 Out[I] = Columns[I][Y];
