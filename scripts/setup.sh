@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests and the demo need, if any is missing.
+# Installs the Debian packages the build, the tests and the demo need, if any is missing
+# (FFTW is the demo's alone: it computes the spectrum its waterfall shows).
 set -euo pipefail
 # qt6-svg-dev gives SVG output, qt6-tools-dev the Designer plugin, libfftw3-dev the spectrum
 # example; each is skipped by the build when missing.

@@ -1,4 +1,5 @@
-// QVScope demo: a live scope fed from a producer thread.
+// QVScope demo: a live scope fed from a producer thread, and beside it a waterfall of the
+// chirp's spectrum (Spectrum.h).
 //
 // Three channels at 100,000 samples per second each: a noisy sine, a square wave that drops
 // out now and then (its line breaks there), and a repeating chirp. The scope keeps the last
@@ -9,15 +10,20 @@
 //
 // With a display it opens a window. With --offscreen (the platform needs no display) it runs
 // for N seconds (default 3) and writes DIR/scope-1.png, DIR/scope-2.png, ... one a second,
-// DIR/scope.png at the end, and DIR/scope-zoomed.png after a box drag over the middle of the
-// plot (DIR defaults to the current directory).
+// DIR/scope.png and DIR/waterfall.png and the whole window as DIR/window.png at the end, and
+// DIR/scope-zoomed.png after a box drag over the middle of the plot (DIR defaults to the
+// current directory).
 
 #include <qv/QVScope.h>
 #include <qv/qt/QLQtImage.h>
 #include <qv/qt/QVScopeWidget.h>
+#include <qv/qt/QVWaterfallWidget.h>
+
+#include "Spectrum.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QHBoxLayout>
 #include <QTimer>
 
 #include <atomic>
@@ -45,7 +51,8 @@ constexpr int BlockSamples = int(SampleRate) * BlockMs / 1000;
 // takes samples from any thread and never makes the producer wait for a paint.
 class TProducer {
 public:
-    explicit TProducer(TQVScope& AScope) : FScope(AScope), FThread([this] { Run(); }) {}
+    // AChirp, when given, also takes every block of the chirp.
+    TProducer(TQVScope& AScope, demo::TSpectrum* AChirp) : FScope(AScope), FChirp(AChirp), FThread([this] { Run(); }) {}
     ~TProducer()
     {
         FStop = true;
@@ -76,12 +83,15 @@ private:
             if (++Block % 40 != 0)
                 Channels.GetItem(1)->GetData()->AddYData(Square.data(), BlockSamples, Block % 40 == 1);
             Channels.GetItem(2)->GetData()->AddYData(Chirp.data(), BlockSamples);
+            if (FChirp)
+                FChirp->Add(Chirp.data(), BlockSamples);
             Next += std::chrono::milliseconds(BlockMs);
             std::this_thread::sleep_until(Next);
         }
     }
 
     TQVScope& FScope;
+    demo::TSpectrum* FChirp;
     std::atomic<bool> FStop{false};
     std::thread FThread;
 };
@@ -174,19 +184,28 @@ int main(int argc, char** argv)
     try {
         if (!OutDir.isEmpty() && !QDir().mkpath(OutDir))
             throw std::runtime_error("cannot make the directory '" + OutDir.toStdString() + "'");
-        TQVScopeWidget Widget;
-        Widget.setWindowTitle(QStringLiteral("QVScope demo"));
-        Widget.resize(1000, 600);
-        TQVScope& Scope = Widget.GetScope();
+        // The scope and, beside it, the waterfall of the chirp's spectrum.
+        QWidget Window;
+        Window.setWindowTitle(QStringLiteral("QVScope demo"));
+        auto* Layout = new QHBoxLayout(&Window);
+        auto* Widget = new TQVScopeWidget(&Window);
+        auto* WaterfallWidget = new TQVWaterfallWidget(&Window);
+        Layout->addWidget(Widget, 3);
+        Layout->addWidget(WaterfallWidget, 2);
+        Window.resize(1600, 600);
+        TQVScope& Scope = Widget->GetScope();
+        TQVWaterfall& Waterfall = WaterfallWidget->GetWaterfall();
         SetUpScope(Scope);
         SetUpUndo(Scope);
-        TProducer Producer(Scope);
-        Widget.show();
+        demo::SetUpWaterfall(Waterfall, SampleRate);
+        demo::TSpectrum Spectrum(Waterfall, SampleRate);
+        TProducer Producer(Scope, &Spectrum);
+        Window.show();
 
         // Pictures of what is on screen: one a second, and the last one as scope.png.
         int Shot = 0;
         auto Save = [&](const QString& AName) {
-            Widget.repaint();
+            Widget->repaint();
             const QString Path = QDir(OutDir).filePath(AName);
             qt::QLSaveBitmapPng(Scope.GetBitmap(), Path);
             std::printf("wrote %s\n", qPrintable(QDir::toNativeSeparators(Path)));
@@ -197,6 +216,10 @@ int main(int argc, char** argv)
                 Save(QStringLiteral("scope-%1.png").arg(++Shot));
                 if (Offscreen && Shot >= Seconds) {
                     Save(QStringLiteral("scope.png"));
+                    WaterfallWidget->repaint();
+                    qt::QLSaveBitmapPng(Waterfall.GetBitmap(), QDir(OutDir).filePath(QStringLiteral("waterfall.png")));
+                    Window.grab().save(QDir(OutDir).filePath(QStringLiteral("window.png")));
+                    std::printf("wrote waterfall.png and window.png\n");
                     DragZoomBox(Scope);
                     Scope.SetHold(true); // the zoomed picture shows the same data
                     Scope.RefreshView();

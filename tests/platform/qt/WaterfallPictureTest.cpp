@@ -1,0 +1,87 @@
+// A whole waterfall rendered by QPainter: a drifting tone over noise, the level strip on the
+// right with its gradient, the axes. The picture is kept as WaterfallPicture.png when
+// QV_WRITE_PICTURES names a folder; the test checks the parts landed where the layout put
+// them and that the widget hosts the control.
+#include <qv/QVWaterfall.h>
+#include <qv/qt/QVWaterfallWidget.h>
+
+#include "platform/qt/KeepPicture.h"
+
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+#include <vector>
+
+using namespace qv;
+
+TEST(WaterfallPicture, ImageLevelStripAndAxesLandWhereTheLayoutPutsThem)
+{
+    TQVWaterfallWidget Widget;
+    TQVWaterfall& Waterfall = Widget.GetWaterfall();
+    Waterfall.SetCanvasFactory(QLQtCanvasFactory());
+    Waterfall.SetBounds(0, 0, 640, 400);
+    Waterfall.GetXAxis()->SetSamples(300);
+    Waterfall.GetLevels()->GetLevelLabel()->SetText("dB");
+    Waterfall.GetData()->SetSampleRate(48000);
+    Waterfall.SetDomains(true, false);
+    std::vector<double> Row(256);
+    for (int32_t R = 0; R < 400; ++R) {
+        const double Peak = 128 + 100 * std::sin(R / 40.0);
+        for (int32_t J = 0; J < 256; ++J)
+            Row[size_t(J)] = -60 + 50 * std::exp(-std::pow((J - Peak) / 6.0, 2)) + 3 * std::sin(J * 7.3 + R);
+        Waterfall.GetData()->AddData(Row.data(), 256);
+    }
+    Waterfall.Paint();
+    const TQLBitmap& Picture = Waterfall.GetBitmap();
+    qvtest::KeepPicture(Picture, "WaterfallPicture.png");
+
+    const TRect View = Waterfall.GetDataView()->GetDrawRect();
+    const TRect Levels = Waterfall.GetLevels()->GetDrawRect();
+    EXPECT_GT(View.Left, 20);           // the Y axis' strip
+    EXPECT_LT(View.Bottom, 400 - 15);   // the X axis' strip
+    EXPECT_GE(Levels.Left, View.Right); // the level strip to the right
+    EXPECT_EQ(Waterfall.GetYAxis()->GetAxisLabelText(), "kHz");
+    // The image holds many colours; the level bar runs from the bottom colour at the view's
+    // bottom to the top colour at its top.
+    std::set<uint32_t> Colours;
+    for (int32_t Y = View.Top; Y < View.Bottom; Y += 3)
+        for (int32_t X = View.Left; X < View.Right; X += 3)
+            Colours.insert(Picture.GetPixel(X, Y));
+    EXPECT_GT(Colours.size(), 100u);
+    const int32_t BarX = Levels.Left + 2 + 7;
+    EXPECT_EQ(Picture.GetPixel(BarX, View.Bottom - 1), Waterfall.GetLevels()->ValueToColor(0, 1));
+    EXPECT_EQ(Picture.GetPixel(BarX, View.Top), Waterfall.GetLevels()->ValueToColor(1, 1));
+}
+
+// Turned, the rows run down the picture: the first at the top, samples from left to right.
+TEST(WaterfallPicture, TurnedRowsRunDownThePicture)
+{
+    TQVWaterfall Waterfall;
+    Waterfall.SetCanvasFactory(QLQtCanvasFactory());
+    Waterfall.SetBounds(0, 0, 400, 400);
+    Waterfall.SetVertical(true);
+    Waterfall.GetXAxis()->SetSamples(100);
+    TQVLevelAxis& Axis = *Waterfall.GetLevels()->GetAxis();
+    Axis.SetAutoscale(false);
+    Axis.SetMax(100);
+    std::vector<double> Row(64);
+    for (int32_t R = 0; R < 50; ++R) {
+        for (int32_t J = 0; J < 64; ++J)
+            Row[size_t(J)] = R < 10 ? 100.0 : J; // ten rows at the top level, then ramps
+        Waterfall.GetData()->AddData(Row.data(), 64);
+    }
+    Waterfall.Paint();
+    const TQLBitmap& Picture = Waterfall.GetBitmap();
+    qvtest::KeepPicture(Picture, "WaterfallTurned.png");
+    const TRect View = Waterfall.GetDataView()->GetDrawRect();
+    const TAlphaColor Top = Waterfall.GetLevels()->ValueToColorGBR(1, 1);
+    EXPECT_EQ(Picture.GetPixel((View.Left + View.Right) / 2, View.Top + 2), Top);
+    const int32_t Middle = (View.Top + View.Bottom) / 2 - 20; // in the ramps
+    EXPECT_EQ(Picture.GetPixel(View.Left + 1, Middle), Waterfall.GetLevels()->ValueToColorGBR(0, 1));
+    EXPECT_NE(Picture.GetPixel(View.Right - 2, Middle), Waterfall.GetLevels()->ValueToColorGBR(0, 1));
+    // Below the rows the picture is empty.
+    EXPECT_EQ(Picture.GetPixel(View.Left + 1, View.Bottom - 2), Waterfall.GetColor());
+}
