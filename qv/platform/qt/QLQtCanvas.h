@@ -51,6 +51,7 @@
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
+#include <QPolygon>
 #include <QRect>
 #include <QRegion>
 
@@ -101,6 +102,8 @@ public:
     void ClearClipRegion() override;
     // An empty region clips everything away.
     void SetClipRegion(const TQLRegion& ARegion) override;
+    void IntersectClipPolygon(const TPoint* APoints, int32_t AHigh) override;
+    void IntersectClipEllipse(const TRect& ARect) override;
     void DrawBitmap(int32_t AX, int32_t AY, const TQLBitmap& ABitmap) override;
     // Nearest-neighbour scaling, alpha-composed.
     void StretchDrawBitmap(const TRect& ADest, const TQLBitmap& ASource) override;
@@ -125,6 +128,8 @@ private:
     void BeginOnBitmap();
     void PreparePainter();
     void ApplyClip();
+    // The clip in force narrowed to ARegion.
+    void IntersectClip(const QRegion& ARegion);
     void SyncPen();
     void SyncBrush();
     void SyncFont();
