@@ -2,7 +2,7 @@
 // on a ramp channel of 1,000 and of 10,000,000 samples in a 1000-pixel-wide view. The first
 // lookup after a frame fills nothing in: a downsampled frame's lookups map single samples.
 //
-// HitTest: the mouse walks along the line, one column per call.
+// HitTest: the mouse walks along the line, on a plotted point each call.
 // Crossings: a vertical cursor's crossings (GetYPointsAtValue), at a value that moves.
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVChannelData.h"
@@ -71,11 +71,18 @@ void HitTest(benchmark::State& AState)
     const int32_t N = int32_t(AState.range(0));
     TBenchScope Scope(N);
     TQVScopeChannel* Channel = Scope.Channel();
-    int32_t Column = 0, Hits = 0;
+    // Mouse points on the line: every other plotted point, which for a downsampled frame is a
+    // column's lowest pixel.
+    const IQVIntegerBuffer& PX = *Channel->GetDownsampledIntDrawBufferX();
+    const IQVIntegerBuffer& PY = *Channel->GetDownsampledIntDrawBufferY();
+    std::vector<TPoint> Mouse;
+    for (int32_t i = 0; i < PY.GetSize(); i += 2)
+        Mouse.push_back(TPoint{PX.GetItem(i), PY.GetItem(i)});
+    size_t Next = 0;
+    int32_t Hits = 0;
     for (auto _ : AState) {
-        // The mouse on the line at this column: the middle of the column's plotted extent.
-        const int32_t X = kView.Left + 1 + Column;
-        const int32_t Y = 300 - int32_t(std::lround(std::sin(6.0 * Column / 1000.0) * 150.0));
+        const int32_t X = Mouse[Next].X, Y = Mouse[Next].Y;
+        Next = (Next + 7) % Mouse.size();
         TPoint Point{};
         TQVHitDetectDirection Direction = hddBoth;
         double Fraction = 0.0;
@@ -83,7 +90,6 @@ void HitTest(benchmark::State& AState)
         const double D = Channel->HitTest(X, Y, Point, Direction, Fraction, Begin, End);
         Hits += D < 3.0;
         benchmark::DoNotOptimize(D);
-        Column = (Column + 7) % 997;
     }
     AState.counters["hit share"] = double(Hits) / double(AState.iterations());
 }

@@ -9,6 +9,7 @@
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/component/QVDisplayComponent.h"
 #include "qv/component/QVDisplayOwner.h"
+#include "qv/foundation/QVBlockExtremes.h"
 #include "qv/foundation/QVLog10a.h"
 
 #include <algorithm>
@@ -150,9 +151,9 @@ void TQVDisplayChannel::CalcVIntersections(const TQVIntersectionCallback& ACallb
         } else {
             Across = Falling ? Interpolate(C2, C1, F) : Interpolate(C1, C2, F);
             if (YLog)
-                YValue = YAxis->ScaleTickToData(YAxis->GetPositionFromMouse(
-                    Across, YAxis->GetScaleTick().GetZoomed().GetMin().GetValue(),
-                    YAxis->GetScaleTick().GetZoomed().GetMax().GetValue(), View));
+                YValue = YAxis->ScaleTickToData(
+                    YAxis->GetPositionFromMouse(Across, YAxis->GetScaleTick().GetZoomed().GetMin().GetValue(),
+                                                YAxis->GetScaleTick().GetZoomed().GetMax().GetValue(), View));
             else
                 YValue = YS[i] + F * (YS[i + 1] - YS[i]);
         }
@@ -209,9 +210,9 @@ void TQVDisplayChannel::CalcHIntersections(const TQVIntersectionCallback& ACallb
         } else {
             Along = Falling ? Interpolate(A2, A1, F) : Interpolate(A1, A2, F);
             if (XLog)
-                XValue = XAxis->ScaleTickToData(XAxis->GetPositionFromMouse(
-                    Along, XAxis->GetScaleTick().GetZoomed().GetMin().GetValue(),
-                    XAxis->GetScaleTick().GetZoomed().GetMax().GetValue(), View));
+                XValue = XAxis->ScaleTickToData(
+                    XAxis->GetPositionFromMouse(Along, XAxis->GetScaleTick().GetZoomed().GetMin().GetValue(),
+                                                XAxis->GetScaleTick().GetZoomed().GetMax().GetValue(), View));
             else
                 XValue = XS[i] + F * (XS[i + 1] - XS[i]);
         }
@@ -284,6 +285,44 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
     };
     const auto Found = [&](int32_t AAlong, int32_t AAcross) { APoint = ToScreen(Vertical, AAlong, AAcross); };
     ADirection = hddBoth;
+    // How far the mouse lies, at the least, from every sample of AFrom..ATo: across, from the
+    // pixels of the extremes in the block summary of the draw stage (pixels grow or fall with
+    // the value), and on a ramp along too, whose X grows with the index. What lies in that box
+    // is no nearer than the box, so a long range is passed over a block at a time without
+    // changing what is found. AChebyshev measures the larger of the two offsets instead of
+    // the straight distance. Missing samples are infinitely far.
+    const bool AlongBound = FDrawIsRamp;
+    const auto BoxDistance = [&](int32_t AFrom, int32_t ATo, bool AChebyshev) {
+        double Lo = 0.0, Hi = 0.0;
+        if (!GetDrawYExtremes(Start + AFrom, Start + ATo + 1, false, Lo, Hi))
+            return QVNoHitDistance;
+        const double Values[2] = {Lo, Hi};
+        int32_t Pixels[2] = {0, 0};
+        QVMapY(Values, 2, FScaledMapping.YScale, FScaledMapping.YLogarithmic, FScaledMapping.YBase, Pixels);
+        if (Pixels[0] == QVMissingPixel || Pixels[1] == QVMissingPixel)
+            return 0.0;
+        const double DC = std::max({0, std::min(Pixels[0], Pixels[1]) - MC, MC - std::max(Pixels[0], Pixels[1])});
+        double DA = 0.0;
+        int32_t A0 = 0, AN = 0, Ignored = 0;
+        if (AlongBound && GetScreenPixel(AFrom, A0, Ignored) && GetScreenPixel(ATo, AN, Ignored))
+            DA = std::max({0, std::min(A0, AN) - MA, MA - std::max(A0, AN)});
+        return AChebyshev ? std::max(DA, DC) : std::hypot(DA, DC);
+    };
+    // From sample AIndex, the end of the longest run of summary blocks (sixteen groups of
+    // them, a group, or one) whose box lies at AReach or farther, held to ALast; -1 when
+    // there is none. Called at block starts only.
+    const bool Skipping = Last - First > 4 * TQVBlockExtremes::BlockSize;
+    const auto SkipTo = [&](int32_t AIndex, int32_t ALast, double AReach, bool AChebyshev) {
+        constexpr int32_t Group = TQVBlockExtremes::BlockSize * TQVBlockExtremes::GroupBlocks;
+        for (const int32_t Size : {16 * Group, Group, TQVBlockExtremes::BlockSize}) {
+            if ((Start + AIndex) % Size != 0 && AIndex != First)
+                continue;
+            const int32_t End = std::min(ALast, (Start + AIndex) / Size * Size + Size - Start);
+            if (End > AIndex && BoxDistance(AIndex, End, AChebyshev) >= AReach)
+                return End;
+        }
+        return -1;
+    };
 
     // Step 2: a point symbol or the dot of a point channel under the mouse is an exact hit.
     const bool PointsVisible = FPoints->GetVisible();
@@ -291,6 +330,13 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
         const int32_t P = PointsVisible ? std::max<int32_t>(int32_t(FPoints->GetSize()), 2) : 2;
         if (Inside(P))
             for (int32_t i = First; i <= Last; ++i) {
+                if (Skipping && (i == First || (Start + i) % TQVBlockExtremes::BlockSize == 0)) {
+                    const int32_t End = SkipTo(i, Last, P + 1.0, true);
+                    if (End >= 0) {
+                        i = End - 1;
+                        continue;
+                    }
+                }
                 int32_t SA = 0, SC = 0;
                 if (!GetScreenPixel(i, SA, SC))
                     continue;
@@ -314,6 +360,16 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
         int32_t A1 = 0, C1 = 0;
         bool Have1 = First <= Last && GetScreenPixel(First, A1, C1);
         for (int32_t i = First; i < Last; ++i) {
+            if (Skipping && (i == First || (Start + i) % TQVBlockExtremes::BlockSize == 0)) {
+                // Nothing up to the block's end lies within reach: go on from there.
+                const double Reach = FChannelMode == cmLine ? std::min(Best, QVHitTolerance - w) : 3.0;
+                const int32_t End = SkipTo(i, Last, Reach, FChannelMode != cmLine);
+                if (End >= 0) {
+                    i = End - 1;
+                    Have1 = GetScreenPixel(End, A1, C1);
+                    continue;
+                }
+            }
             int32_t A2 = 0, C2 = 0;
             const bool Have2 = GetScreenPixel(i + 1, A2, C2);
             const bool Use = Have1 && Have2 && !Gaps.Breaks(i);
@@ -383,8 +439,7 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
         else if (FShadeMode == csmBottom)
             Base = Reversed ? Low : High;
         const int32_t Far = Vertical ? View.Right : View.Bottom - 1;
-        const int32_t Zero =
-            Far - QVClampRound(FCurrentYOffset, -int32_t(QVPixelClipBound), int32_t(QVPixelClipBound));
+        const int32_t Zero = Far - QVClampRound(FCurrentYOffset, -int32_t(QVPixelClipBound), int32_t(QVPixelClipBound));
         for (int32_t i = First; i <= Last; ++i) {
             int32_t SA = 0, SC = 0;
             if (!GetScreenPixel(i, SA, SC))

@@ -114,8 +114,8 @@ void TQVScopeDataView::IntHitTests()
     }
 }
 
-void TQVScopeDataView::SetValueFromChannelHit(TQLPersistent* AChannel, int32_t ABegin, int32_t AEnd,
-                                              double AFraction, TQVHitDetectDirection ADirection)
+void TQVScopeDataView::SetValueFromChannelHit(TQLPersistent* AChannel, int32_t ABegin, int32_t AEnd, double AFraction,
+                                              TQVHitDetectDirection ADirection)
 {
     auto* Channel = static_cast<TQVScopeChannel*>(AChannel);
     const TQVDisplayAxis* XAxis = Channel->GetXAxis();

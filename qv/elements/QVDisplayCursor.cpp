@@ -322,8 +322,8 @@ void TQVDisplayCursor::DrawLine(bool AVertical, TQLCanvas& ACanvas, const TRect&
             ACanvas.MoveTo(X, P);
             ACanvas.LineTo(X, P2);
             const int32_t Height = ACanvas.TextExtent("Xg").cy;
-            const int32_t Y = std::clamp(P + ((P2 - P) - Height) / 2, ViewRect.Top,
-                                         std::max(ViewRect.Top, ViewRect.Bottom - Height));
+            const int32_t Y =
+                std::clamp(P + ((P2 - P) - Height) / 2, ViewRect.Top, std::max(ViewRect.Top, ViewRect.Bottom - Height));
             ACanvas.TextOut(X + 5, Y, Text);
         }
     }
@@ -412,7 +412,8 @@ const TQLClassInfo& TQVDisplayCursor::StaticClassInfo()
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVDisplayCursor>("TQVDisplayCursor", &TQVOptionalAxesDisplayCollectionItem::StaticClassInfo())
             .Object("Position", &TQVDisplayCursor::GetPosition)
-            .Color("Color", &TQVDisplayCursor::GetColor, &TQVDisplayCursor::SetColor, &TQVDisplayCursor::GetColorDefault)
+            .Color("Color", &TQVDisplayCursor::GetColor, &TQVDisplayCursor::SetColor,
+                   &TQVDisplayCursor::GetColorDefault)
             .Property("CanDrag", &TQVDisplayCursor::GetCanDrag, &TQVDisplayCursor::SetCanDrag, true)
             .Property("Kind", &TQVDisplayCursor::GetKind, &TQVDisplayCursor::SetKind, ckVertical)
             .Object("MouseCursors", &TQVDisplayCursor::GetMouseCursors)

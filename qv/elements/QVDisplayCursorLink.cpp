@@ -62,7 +62,8 @@ const TQLClassInfo& TQVScopeMeasurementLine::StaticClassInfo()
 
 TQVScopeSelection::TQVScopeSelection(TQLPersistent* AOwner, TQLLockPtr ALock, TQLNotifyProc ANotify)
     : TQLPersistentNotify(AOwner, std::move(ALock), std::move(ANotify)),
-      FBrush(std::make_unique<TQVDisplayBrush>(this, GetLock(), [this] { NotifyProp(); }, 0x40FFFFFF, bkSolid))
+      FBrush(std::make_unique<TQVDisplayBrush>(
+          this, GetLock(), [this] { NotifyProp(); }, 0x40FFFFFF, bkSolid))
 {}
 
 TQVScopeSelection::~TQVScopeSelection() = default;
@@ -143,7 +144,7 @@ int32_t TQVDisplayCursorLink::GetEndCursorIndex() const
     return FEndCursor ? FEndCursor->GetIndex() : -1;
 }
 
-void TQVDisplayCursorLink::SetCursorIndex(TQVDisplayCursor* TQVDisplayCursorLink::* AEnd, int32_t AValue)
+void TQVDisplayCursorLink::SetCursorIndex(TQVDisplayCursor* TQVDisplayCursorLink::*AEnd, int32_t AValue)
 {
     TQVScopeCursors* All = Cursors();
     if (AValue < -1 || AValue >= (All ? All->GetCount() : 0))
@@ -519,17 +520,16 @@ void TQVDisplayCursorLink::MoveTo(TQVHighlightInfo& ACursorsInfo, int32_t X, int
 
 const TQLClassInfo& TQVDisplayCursorLink::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayCursorLink>("TQVDisplayCursorLink",
-                                              &TQVDisplaySelectableCollectionItem::StaticClassInfo())
-            .Property("BeginCursorIndex", &TQVDisplayCursorLink::GetBeginCursorIndex,
-                      &TQVDisplayCursorLink::SetBeginCursorIndex, -1)
-            .Property("EndCursorIndex", &TQVDisplayCursorLink::GetEndCursorIndex,
-                      &TQVDisplayCursorLink::SetEndCursorIndex, -1)
-            .Object("MeasurementLine", &TQVDisplayCursorLink::GetMeasurementLine)
-            .Property("MouseCursor", &TQVDisplayCursorLink::GetMouseCursor, &TQVDisplayCursorLink::SetMouseCursor,
-                      crHandPoint)
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVDisplayCursorLink>(
+                                         "TQVDisplayCursorLink", &TQVDisplaySelectableCollectionItem::StaticClassInfo())
+                                         .Property("BeginCursorIndex", &TQVDisplayCursorLink::GetBeginCursorIndex,
+                                                   &TQVDisplayCursorLink::SetBeginCursorIndex, -1)
+                                         .Property("EndCursorIndex", &TQVDisplayCursorLink::GetEndCursorIndex,
+                                                   &TQVDisplayCursorLink::SetEndCursorIndex, -1)
+                                         .Object("MeasurementLine", &TQVDisplayCursorLink::GetMeasurementLine)
+                                         .Property("MouseCursor", &TQVDisplayCursorLink::GetMouseCursor,
+                                                   &TQVDisplayCursorLink::SetMouseCursor, crHandPoint)
+                                         .Build();
     return Info;
 }
 

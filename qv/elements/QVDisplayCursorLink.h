@@ -121,7 +121,7 @@ private:
     struct TMeasure;
     TQVHighlightInfo* Info() const;
     TQVScopeCursors* Cursors() const;
-    void SetCursorIndex(TQVDisplayCursor* TQVDisplayCursorLink::* AEnd, int32_t AValue);
+    void SetCursorIndex(TQVDisplayCursor* TQVDisplayCursorLink::*AEnd, int32_t AValue);
     void SetEnd(TQVDisplayCursor*& AEnd, TQVDisplayCursor* AValue);
     // The measurement along X (AAlongX) or along Y, and its highlight.
     void DrawMeasure(bool AAlongX, TQLCanvas& ACanvas, const TRect& ARect);

@@ -5,8 +5,8 @@
 namespace qv {
 
 TQVDisplayTrails::TQVDisplayTrails(TQVDisplayOwner* ADisplay)
-    : TQVDisplayPersistent(ADisplay),
-      FFont(std::make_unique<TQVDisplayFont>(this, GetLock(), [this] { NotifyProp(); }, "Arial", 8, 0xFFFFFF00))
+    : TQVDisplayPersistent(ADisplay), FFont(std::make_unique<TQVDisplayFont>(
+                                          this, GetLock(), [this] { NotifyProp(); }, "Arial", 8, 0xFFFFFF00))
 {}
 
 TQVDisplayTrails::~TQVDisplayTrails() = default;

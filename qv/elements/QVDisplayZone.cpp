@@ -38,8 +38,10 @@ const TQLClassInfo& TQVDisplayElementPosition::StaticClassInfo()
 TQVBasicDisplayZone::TQVBasicDisplayZone(TQLCollection* ACollection)
     : TQVOptionalAxesCursorDisplayCollectionItem(ACollection),
       FChannels(std::make_unique<TQVDisplayZoneChannelLinks>(this, GetLock(), GetDisplay())),
-      FPen(std::make_unique<TQVDisplayPen>(this, GetLock(), [this] { NotifyProp(); }, 0xFFFF0000, 1)),
-      FBrush(std::make_unique<TQVDisplayBrush>(this, GetLock(), [this] { NotifyProp(); }, 0xFF808080, bkNone))
+      FPen(std::make_unique<TQVDisplayPen>(
+          this, GetLock(), [this] { NotifyProp(); }, 0xFFFF0000, 1)),
+      FBrush(std::make_unique<TQVDisplayBrush>(
+          this, GetLock(), [this] { NotifyProp(); }, 0xFF808080, bkNone))
 {}
 
 TQVBasicDisplayZone::~TQVBasicDisplayZone() = default;
@@ -244,10 +246,10 @@ bool TQVDisplayZone::CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t AY
 
 const TQLClassInfo& TQVDisplayZone::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVDisplayZone>("TQVDisplayZone",
-                                                                     &TQVBasicDisplayZone::StaticClassInfo())
-                                         .Collection("Points", &TQVDisplayZone::GetPoints)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVDisplayZone>("TQVDisplayZone", &TQVBasicDisplayZone::StaticClassInfo())
+            .Collection("Points", &TQVDisplayZone::GetPoints)
+            .Build();
     return Info;
 }
 

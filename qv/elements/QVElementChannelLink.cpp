@@ -91,11 +91,12 @@ const TQLClassInfo& TQVDisplayElementChannelLink::StaticClassInfo()
 // ---- TQVDisplayCursorChannelLink ----
 
 TQVDisplayCursorChannelLink::TQVDisplayCursorChannelLink(TQLCollection* ACollection)
-    : TQVDisplayElementChannelLink(ACollection),
-      FPen(std::make_unique<TQVDisplayPen>(this, GetLock(), [this] { NotifyProp(); }, 0xFFFFFFFF, 1)),
-      FBrush(std::make_unique<TQVDisplayBrush>(this, GetLock(), [this] { NotifyProp(); }, 0xFFFFFFFF, bkNone)),
-      FChannelLabel(std::make_unique<TQVDisplayLabel>(this, GetLock(), [this] { NotifyProp(); }, QVDefaultLabelFont(),
-                                                      false))
+    : TQVDisplayElementChannelLink(ACollection), FPen(std::make_unique<TQVDisplayPen>(
+                                                     this, GetLock(), [this] { NotifyProp(); }, 0xFFFFFFFF, 1)),
+      FBrush(std::make_unique<TQVDisplayBrush>(
+          this, GetLock(), [this] { NotifyProp(); }, 0xFFFFFFFF, bkNone)),
+      FChannelLabel(std::make_unique<TQVDisplayLabel>(
+          this, GetLock(), [this] { NotifyProp(); }, QVDefaultLabelFont(), false))
 {}
 
 TQVDisplayCursorChannelLink::~TQVDisplayCursorChannelLink() = default;
@@ -185,12 +186,11 @@ TQVBasicDisplayZone* TQVDisplayZoneChannelLink::GetZone() const
 
 const TQLClassInfo& TQVDisplayZoneChannelLink::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayZoneChannelLink>("TQVDisplayZoneChannelLink",
-                                                   &TQVDisplayElementChannelLink::StaticClassInfo())
-            .Object("Highlighting", &TQVDisplayZoneChannelLink::GetHighlighting)
-            .Object("Points", &TQVDisplayZoneChannelLink::GetPoints)
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVDisplayZoneChannelLink>(
+                                         "TQVDisplayZoneChannelLink", &TQVDisplayElementChannelLink::StaticClassInfo())
+                                         .Object("Highlighting", &TQVDisplayZoneChannelLink::GetHighlighting)
+                                         .Object("Points", &TQVDisplayZoneChannelLink::GetPoints)
+                                         .Build();
     return Info;
 }
 

@@ -79,8 +79,8 @@ bool TQVScopeCursors::HitTest(TQVHighlightInfo& AInfo, int32_t X, int32_t Y, con
             const TQVDisplayCursorMouseCursor& M = *Cursor->GetMouseCursors();
             AHit.Item = Cursor;
             AHit.Cursor = AInfo.FVMoveCursor && AInfo.FHMoveCursor ? M.GetBoth()
-                          : AInfo.FVMoveCursor                    ? M.GetVertical()
-                                                                  : M.GetHorizontal();
+                          : AInfo.FVMoveCursor                     ? M.GetVertical()
+                                                                   : M.GetHorizontal();
             return true;
         }
     return false;
@@ -123,8 +123,7 @@ const TQLClassInfo& TQVScopeCursorLink::StaticClassInfo()
     return Info;
 }
 
-void TQVScopeCursorLinks::DrawElements(TQVDisplayDrawPart APart, TQLCanvas& ACanvas, const TRect& AClip,
-                                       bool APrinting)
+void TQVScopeCursorLinks::DrawElements(TQVDisplayDrawPart APart, TQLCanvas& ACanvas, const TRect& AClip, bool APrinting)
 {
     for (TQVScopeCursorLink* Link : *this)
         Link->Draw(APart, ACanvas, AClip, APrinting);
@@ -156,8 +155,7 @@ bool TQVScopeCursorLinks::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift,
     return false;
 }
 
-bool TQVScopeCursorLinks::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,
-                                  const TRect& ARect)
+bool TQVScopeCursorLinks::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)
 {
     TQVDisplayCursorLink* Link = AInfo.FDraggedLink;
     if (!Link || IndexOfItem(Link) < 0)

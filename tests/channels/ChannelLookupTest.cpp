@@ -88,8 +88,12 @@ TEST_F(ChannelLookup, LineHitHasLessRoomForWiderLinesAndNoneBeforeAPaint)
     };
     // The distance less half the width is stored; at 3 - (Width + 1) / 2 pixels the line
     // is missed, and from Width 5 on only its points can be hit.
-    const TCase Cases[] = {{1, 0, 0.0}, {1, 1, 0.0}, {1, 2, QVNoHitDistance}, {3, 0, 0.0},
-                           {3, 1, QVNoHitDistance}, {5, 0, QVNoHitDistance}};
+    const TCase Cases[] = {{1, 0, 0.0},
+                           {1, 1, 0.0},
+                           {1, 2, QVNoHitDistance},
+                           {3, 0, 0.0},
+                           {3, 1, QVNoHitDistance},
+                           {5, 0, QVNoHitDistance}};
     for (const TCase& C : Cases) {
         Channel()->SetWidth(C.Width);
         Draw();
@@ -125,8 +129,8 @@ TEST_F(ChannelLookup, StepsHitTheirCornerRiserAndTreadAndBarsTheirRectangle)
     };
     const int32_t Mid = (A.Y + B.Y) / 2;
     const TCase Cases[] = {
-        {{B.X + 1, A.Y - 1}, 0.0, hddPoint, {B.X, A.Y}},      // the corner
-        {{B.X - 1, Mid}, 1.0, hddVertical, {B.X, Mid}},       // the riser
+        {{B.X + 1, A.Y - 1}, 0.0, hddPoint, {B.X, A.Y}},                          // the corner
+        {{B.X - 1, Mid}, 1.0, hddVertical, {B.X, Mid}},                           // the riser
         {{(A.X + B.X) / 2, A.Y + 2}, 2.0, hddHorizontal, {(A.X + B.X) / 2, A.Y}}, // the tread
     };
     for (const TCase& C : Cases) {
@@ -161,6 +165,19 @@ TEST_F(ChannelLookup, ALongRampIsSearchedAroundTheMouseOnly)
     EXPECT_LT(Hit(P.X, P.Y), 3.0);
     // The hit lies in the mouse's column: 200000 samples over 500 columns.
     EXPECT_NEAR(Begin, Sample, 800);
+
+    // A lone spike inside a block of a long record is found, not passed over with the
+    // block: its tip is hit on the segments into and out of it.
+    Channel()->GetData()->Clear();
+    std::vector<double> Flat(200000, 20.0);
+    Flat[150001] = 90.0;
+    Ramp(Flat);
+    Draw();
+    const TPoint Tip = PixelOf(150001);
+    EXPECT_EQ(Hit(Tip.X, Tip.Y), 0.0);
+    EXPECT_TRUE(Begin == 150000 || Begin == 150001) << Begin;
+    EXPECT_EQ(End, Begin + 1);
+    EXPECT_EQ(Hit(Tip.X, Tip.Y - 4), QVNoHitDistance);
 }
 
 namespace {
@@ -271,8 +288,10 @@ TEST_F(ChannelLookup, EmptyAndSingleSampleChannelsAndTheCHandles)
     // The crossing pixel lies on the line between the samples.
     std::vector<TPoint> Pixels;
     Channel()->CalcVIntersections(
-        [&](void*, int32_t AX, int32_t AY, double, double, double, bool) { Pixels.push_back({AX, AY}); }, nullptr,
-        1.5);
+        [&](void*, int32_t AX, int32_t AY, double, double, double, bool) {
+            Pixels.push_back({AX, AY});
+        },
+        nullptr, 1.5);
     ASSERT_EQ(Pixels.size(), 1u);
     EXPECT_EQ(Pixels[0].X, PixelOf(1).X + int32_t(std::nearbyint((PixelOf(2).X - PixelOf(1).X) * 0.5)));
 

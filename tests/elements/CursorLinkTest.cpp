@@ -52,8 +52,8 @@ TEST_F(CursorLinks, MeasureAlongXWithTheTextCentredOverTheLine)
     EXPECT_EQ(Text->Args[1], C - TQLRecordingCanvas::LineHeight);
 
     // The place across the view: 100 at the top edge, -100 at the bottom, kept in between.
-    for (const auto& [Y, Row] : {std::pair{100.0, View.Top}, std::pair{-100.0, View.Bottom - 1},
-                                 std::pair{250.0, View.Top}}) {
+    for (const auto& [Y, Row] :
+         {std::pair{100.0, View.Top}, std::pair{-100.0, View.Bottom - 1}, std::pair{250.0, View.Top}}) {
         L->GetMeasurementLine()->SetY(Y);
         Paint();
         const auto At = MeasureLines(Color);

@@ -33,8 +33,8 @@ TEST_F(Cursors, HitWithinTwoPixelsOfALineThatCanBeDragged)
         bool Hit, V, H;
     };
     const TCase Cases[] = {
-        {ckVertical, true, 2, 30, true, true, false},   {ckVertical, true, -2, 0, true, true, false},
-        {ckVertical, true, 3, 0, false, false, false},  {ckVertical, false, 0, 0, false, false, false},
+        {ckVertical, true, 2, 30, true, true, false},    {ckVertical, true, -2, 0, true, true, false},
+        {ckVertical, true, 3, 0, false, false, false},   {ckVertical, false, 0, 0, false, false, false},
         {ckHorizontal, true, 40, -2, true, false, true}, {ckHorizontal, true, 0, 3, false, false, false},
         {ckBoth, true, 1, 1, true, true, true},          {ckBoth, true, 1, 20, true, true, false},
     };
@@ -119,8 +119,8 @@ TEST_F(Cursors, ADragMovesTheLineReportsOnceAndLeavesNoGhostBehind)
     // The ghost follows the mouse in the trail colour, with the difference beside it.
     bool Ghost = false;
     for (const TQLCanvasRecord& R : Canvas.Of("LineTo"))
-        Ghost |= R.PenStyle == psDash && R.PenColor == Scope.GetTrails()->GetColor() &&
-                 std::abs(R.Args[0] - LineX(70)) <= 1;
+        Ghost |=
+            R.PenStyle == psDash && R.PenColor == Scope.GetTrails()->GetColor() && std::abs(R.Args[0] - LineX(70)) <= 1;
     EXPECT_TRUE(Ghost);
     EXPECT_EQ(Canvas.Of("TextOut").empty(), false);
     Scope.MouseUp(mbLeft, {}, float(LineX(70)), float(Y));

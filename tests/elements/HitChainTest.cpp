@@ -18,8 +18,8 @@ protected:
         Link->SetEndCursor(AddCursor(ckVertical, 70.0, 0.0));
         Link->GetMeasurementLine()->SetY(100.0 - (YPixel(50) - View.Top) * 200.0 / View.Height());
         Zone = Scope.GetZones()->Add();
-        for (const auto& [X, Y] : {std::pair{50.0, 20.0}, std::pair{90.0, 20.0}, std::pair{90.0, 80.0},
-                                   std::pair{50.0, 80.0}})
+        for (const auto& [X, Y] :
+             {std::pair{50.0, 20.0}, std::pair{90.0, 20.0}, std::pair{90.0, 80.0}, std::pair{50.0, 80.0}})
             Zone->GetPoints()->Add(X, Y);
         Ellipse = Scope.GetEllipses()->Add();
         Ellipse->GetPoint1()->SetX(50.0);

@@ -13,8 +13,8 @@ protected:
     TQVDisplayZone* Square(double ALeft, double ABottom, double ARight, double ATop)
     {
         TQVDisplayZone* Z = Scope.GetZones()->Add();
-        for (const auto& [X, Y] : {std::pair{ALeft, ABottom}, std::pair{ARight, ABottom}, std::pair{ARight, ATop},
-                                   std::pair{ALeft, ATop}})
+        for (const auto& [X, Y] :
+             {std::pair{ALeft, ABottom}, std::pair{ARight, ABottom}, std::pair{ARight, ATop}, std::pair{ALeft, ATop}})
             Z->GetPoints()->Add(X, Y);
         return Z;
     }
@@ -30,8 +30,11 @@ TEST_F(Zones, HitOnlyNearTheOutlineAndNeverWithOnePoint)
         int32_t X, Y;
         bool Hit;
     };
-    const TCase Cases[] = {{Left, Mid, true},      {Left + 2, Mid, true},          {Left - 3, Mid, false},
-                           {XPixel(50), Mid, false}, {XPixel(80) + 1, YPixel(80), true}};
+    const TCase Cases[] = {{Left, Mid, true},
+                           {Left + 2, Mid, true},
+                           {Left - 3, Mid, false},
+                           {XPixel(50), Mid, false},
+                           {XPixel(80) + 1, YPixel(80), true}};
     for (const TCase& C : Cases) {
         int32_t Index = -1;
         EXPECT_EQ(Scope.GetZones()->HitTest(C.X, C.Y, Index), C.Hit) << C.X << "," << C.Y;
@@ -88,8 +91,8 @@ TEST_F(Zones, LinkedChannelsAreDrawnAgainUnderTheZonesClipWhileEnabled)
         Paint();
         const auto& Records = Canvas.GetRecords();
         EXPECT_EQ(Canvas.Count("IntersectClipPolygon"), T.Clips);
-        const auto Clip = std::find_if(Records.begin(), Records.end(),
-                                       [](const auto& R) { return R.Op == "IntersectClipPolygon"; });
+        const auto Clip =
+            std::find_if(Records.begin(), Records.end(), [](const auto& R) { return R.Op == "IntersectClipPolygon"; });
         if (Clip == Records.end())
             continue;
         EXPECT_EQ(Clip->ArgPoints().front(), (TPoint{XPixel(20), YPixel(20)}));
@@ -104,4 +107,30 @@ TEST_F(Zones, LinkedChannelsAreDrawnAgainUnderTheZonesClipWhileEnabled)
     Scope.GetChannels()->Delete(0);
     EXPECT_EQ(Link->GetChannel(), nullptr);
     Paint();
+}
+
+TEST_F(Zones, ElementsAndTheirLinksRoundTripThroughTheStoredForm)
+{
+    TQVDisplayZone* Z = Square(20, 20, 80, 80);
+    Z->GetChannels()->Add()->SetChannel(Scope.GetChannels()->GetItem(0));
+    TQVDisplayEllipticZone* E = Scope.GetEllipses()->Add();
+    E->GetPoint2()->SetX(40);
+    TQVScopeCursor* A = AddCursor(ckBoth, 10, 20);
+    TQVScopeCursor* B = AddCursor(ckVertical, 30, 0);
+    A->GetChannels()->Add()->SetChannel(Scope.GetChannels()->GetItem(0));
+    TQVScopeCursorLink* L = Scope.GetCursorLinks()->Add();
+    L->SetBeginCursor(B);
+    L->SetEndCursor(A);
+    L->GetMeasurementLine()->SetY(-40);
+    const TQLStoredNode Node = QLSaveObject(Scope);
+
+    TQVScope Copy;
+    QLLoadObject(Copy, Node);
+    EXPECT_EQ(QLSaveObject(Copy), Node);
+    ASSERT_EQ(Copy.GetCursorLinks()->GetCount(), 1);
+    const TQVScopeCursorLink* CL = Copy.GetCursorLinks()->GetItem(0);
+    EXPECT_EQ(CL->GetBeginCursor(), Copy.GetCursors()->GetItem(1));
+    EXPECT_EQ(CL->GetEndCursor(), Copy.GetCursors()->GetItem(0));
+    EXPECT_EQ(Copy.GetZones()->GetItem(0)->GetChannels()->GetItem(0)->GetChannel(), Copy.GetChannels()->GetItem(0));
+    EXPECT_EQ(Copy.GetZones()->GetItem(0)->GetPoints()->GetCount(), 4);
 }

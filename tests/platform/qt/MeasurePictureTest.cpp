@@ -27,6 +27,18 @@ TAlphaColor PixelAt(const TQLBitmap& ABitmap, int32_t AX, int32_t AY)
     return ABitmap.GetBits()[size_t(AY) * size_t(ABitmap.GetWidth()) + size_t(AX)];
 }
 
+// Light pixels: text in the default white label font, antialiased.
+int CountLight(const TQLBitmap& ABitmap, const TRect& ARect)
+{
+    int Count = 0;
+    for (int32_t Y = ARect.Top; Y < ARect.Bottom; ++Y)
+        for (int32_t X = ARect.Left; X < ARect.Right; ++X) {
+            const TAlphaColor P = PixelAt(ABitmap, X, Y);
+            Count += ((P >> 16) & 0xFF) > 0xC0 && ((P >> 8) & 0xFF) > 0xC0 && (P & 0xFF) > 0xC0;
+        }
+    return Count;
+}
+
 int CountColor(const TQLBitmap& ABitmap, const TRect& ARect, TAlphaColor AColor)
 {
     int Count = 0;
@@ -78,8 +90,8 @@ void Build(TQVScope& AScope)
     Link->GetSelection()->GetBrush()->SetColor(0x30FFFFFF);
 
     TQVDisplayZone* Zone = AScope.GetZones()->Add();
-    for (const auto& [X, V] : {std::pair{550.0, -1.1}, std::pair{700.0, -1.1}, std::pair{700.0, 1.1},
-                               std::pair{550.0, 1.1}})
+    for (const auto& [X, V] :
+         {std::pair{550.0, -1.1}, std::pair{700.0, -1.1}, std::pair{700.0, 1.1}, std::pair{550.0, 1.1}})
         Zone->GetPoints()->Add(X, V);
     TQVDisplayZoneChannelLink* ZoneLink = Zone->GetChannels()->Add();
     ZoneLink->SetChannel(Channel);
@@ -108,7 +120,8 @@ TEST(MeasurePicture, EdgeCursorMeasurementAndZoneShowOnTheImage)
     const int32_t A = Scope.GetXAxis()->GetPosFromValue(100.0), B = Scope.GetXAxis()->GetPosFromValue(500.0);
     const int32_t C = View.Top + int32_t(std::nearbyint(View.Height() * 0.2));
     EXPECT_GT(CountColor(Picture, TRect{A + 1, C, B, C + 1}, 0xFFFFFFFF), (B - A) * 8 / 10);
-    EXPECT_GT(CountColor(Picture, TRect{(A + B) / 2 - 40, C - 14, (A + B) / 2 + 40, C - 1}, 0xFFFFFFFF), 20);
+    EXPECT_GT(CountLight(Picture, TRect{(A + B) / 2 - 40, C - 14, (A + B) / 2 + 40, C - 1}), 20);
+    EXPECT_EQ(CountLight(Picture, TRect{(A + B) / 2 - 40, C + 2, (A + B) / 2 + 40, C + 14}), 0);
 
     // The zone's colour lies on the channel inside the zone, and nowhere outside it.
     const int32_t ZL = Scope.GetXAxis()->GetPosFromValue(550.0), ZR = Scope.GetXAxis()->GetPosFromValue(700.0);
@@ -138,7 +151,7 @@ TEST(MeasurePicture, ACursorFollowsADragThroughTheWidget)
     Send(QEvent::MouseMove, QPoint(To.x(), View.Bottom + 50), Qt::NoButton, Qt::LeftButton); // off the view
     Send(QEvent::MouseMove, To, Qt::NoButton, Qt::LeftButton);
     Send(QEvent::MouseButtonRelease, To, Qt::LeftButton, Qt::NoButton);
-    EXPECT_NEAR(A->GetPosition()->GetX(), 300.0, 2.0);
+    EXPECT_NEAR(A->GetPosition()->GetX(), 300.0, 3.0); // within two pixels
     EXPECT_EQ(Scope.GetScopeDataView()->GetHighlightInfo().FDraggedCursor, nullptr);
     Widget.hide();
 }
