@@ -113,7 +113,8 @@ void SetUpMeasurement(TQVScope& AScope)
     auto& Channels = *AScope.GetChannels();
     auto& Cursors = *AScope.GetCursors();
     TQVScopeCursor* Cursors2[2];
-    const double At[2] = {2.0, 5.5}; // seconds
+    // Positions are in the X axis' printed units: milliseconds for the first seconds shown.
+    const double At[2] = {1000.0, 2200.0};
     for (int32_t i = 0; i < 2; ++i) {
         TQVScopeCursor* C = Cursors.Add();
         C->GetPosition()->SetX(At[i]);
@@ -129,15 +130,17 @@ void SetUpMeasurement(TQVScope& AScope)
     Link->SetBeginCursor(Cursors2[0]);
     Link->SetEndCursor(Cursors2[1]);
     Link->GetMeasurementLine()->SetY(70.0);
-    Link->GetMeasurementLine()->GetMeasurementLabel()->SetText("dt = %V s");
+    Link->GetMeasurementLine()->GetMeasurementLabel()->SetText("dt = %V ms");
     Link->GetSelection()->SetVisible(true);
     Link->GetSelection()->GetBrush()->SetColor(0x28FFFFFF);
 
     TQVDisplayZone* Zone = AScope.GetZones()->Add();
-    for (const auto& [T, V] : {std::pair{7.0, -0.6}, std::pair{8.8, -0.6}, std::pair{8.8, 0.6}, std::pair{7.0, 0.6}})
+    for (const auto& [T, V] :
+         {std::pair{2300.0, -0.6}, std::pair{2650.0, -0.6}, std::pair{2650.0, 0.6}, std::pair{2300.0, 0.6}})
         Zone->GetPoints()->Add(T, V);
     Zone->GetBrush()->SetKind(bkSolid);
     Zone->GetBrush()->SetColor(0x30FFFFFF);
+    Zone->GetPen()->SetColor(0xFFFF8000);
     TQVDisplayZoneChannelLink* Inside = Zone->GetChannels()->Add();
     Inside->SetChannel(Channels.GetItem(0));
     Inside->GetHighlighting()->SetColor(0xFFFF8000);

@@ -28,8 +28,10 @@ double TQVDisplayCursorPosition::GetX() const
     const TQVDisplayAxis* Axis = FOwner->GetXAxis();
     if (!Display || Display->GetDesigning() || !Axis)
         return FX;
-    const double Min = Axis->GetDataTotal().GetFull().GetMin().GetValue();
-    const double Max = Axis->GetDataTotal().GetFull().GetMax().GetValue();
+    // Held to the axis' full range in the units the position is given in, so that a time axis
+    // (positions in seconds, data in samples) clamps alike.
+    const double Min = Axis->GetScaleTick().GetFull().GetMin().GetValue();
+    const double Max = Axis->GetScaleTick().GetFull().GetMax().GetValue();
     if (FX > Max)
         return Max;
     if (FX < Min)

@@ -26,7 +26,7 @@ class TQVDisplayCursorPosition : public TQLPersistent {
 public:
     explicit TQVDisplayCursorPosition(TQVDisplayCursor* AOwner);
 
-    // At run time X reads back held to the X axis' full data range; at design time as stored.
+    // At run time X reads back held to the X axis' full range; at design time as stored.
     double GetX() const;
     void SetX(double AValue) { Set(FX, AValue); }
     double GetY() const { return FY; }

@@ -2,6 +2,8 @@
 // held dashed at the view's edge, the clamped read-back, and drags through the data view.
 #include "elements/ElementTestSupport.h"
 
+#include <algorithm>
+
 using namespace qv;
 using namespace qvtest;
 
@@ -129,4 +131,49 @@ TEST_F(Cursors, ADragMovesTheLineReportsOnceAndLeavesNoGhostBehind)
     EXPECT_EQ(From.X, 20.0);
     EXPECT_EQ(To.X, C->GetPosition()->GetX());
     EXPECT_EQ(Info().FDraggedCursor, nullptr);
+}
+
+TEST_F(Cursors, CrossingsWithLinkedChannelsAreMarkedAndLabelledAndHoverLightsTheLine)
+{
+    TQVScopeCursor* C = AddCursor(ckVertical, 50.0, 0.0);
+    TQVDisplayCursorChannelLink* Mark = C->GetChannels()->Add();
+    Mark->SetChannel(Scope.GetChannels()->GetItem(0));
+    Mark->SetShape(msSquare);
+    Mark->GetChannelLabel()->SetVisible(true);
+    Mark->GetChannelLabel()->SetText("at %Y");
+    Paint();
+    // The ramp holds Y = X: the cursor at 50 crosses it on sample 50, marked in the channel's
+    // colour.
+    const TQVScopeChannel* Channel = Scope.GetChannels()->GetItem(0);
+    const auto MarksOf = [&] {
+        std::vector<TQLCanvasRecord> Result;
+        for (const TQLCanvasRecord& R : Canvas.Of("RectangleRect"))
+            if (R.PenColor == Channel->GetColor())
+                Result.push_back(R);
+        return Result;
+    };
+    const auto Squares = MarksOf();
+    const auto Square = Squares.begin();
+    ASSERT_NE(Square, Squares.end());
+    const TRect Box = Square->ArgRect();
+    EXPECT_EQ((Box.Left + Box.Right - 1) / 2, Channel->GetScaledIntDrawBufferX()->GetItem(50));
+    EXPECT_EQ(Box.Right - Box.Left, 7);
+    const auto Texts = Canvas.Of("TextOut");
+    EXPECT_NE(std::find_if(Texts.begin(), Texts.end(), [](const auto& R) { return R.Text.rfind("at 50", 0) == 0; }),
+              Texts.end());
+    // A channel on no link of the cursor is not marked; a hidden channel neither.
+    Scope.GetChannels()->GetItem(0)->SetVisible(false);
+    Paint();
+    EXPECT_TRUE(MarksOf().empty());
+
+    // Under the mouse the line gets a 3-pixel halo in the highlight colour beneath it.
+    Move(LineX(50), View.Top + 50);
+    Paint();
+    const auto Lines = Canvas.Of("LineTo");
+    EXPECT_NE(std::find_if(Lines.begin(), Lines.end(),
+                           [&](const auto& R) {
+                               return R.PenWidth == 3 && R.Args[0] == LineX(50) &&
+                                      R.PenColor == Scope.GetHighlighting()->GetCursors()->GetColor();
+                           }),
+              Lines.end());
 }
