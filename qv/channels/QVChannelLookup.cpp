@@ -114,6 +114,15 @@ void TQVDisplayChannel::CalcVIntersections(const TQVIntersectionCallback& ACallb
                 return;
             First = int32_t(std::max(0.0, Lo));
             Last = int32_t(std::min(double(Last), Hi));
+            // A ramp's X grows with the index: only the segments from the last sample below
+            // the value to the last one at it can cross it, and a search finds them.
+            if (First < Last && XS[First] <= XS[Last]) {
+                const double* K = std::lower_bound(XS + First, XS + Last + 1, AValue);
+                const double* U = std::upper_bound(K, XS + Last + 1, AValue);
+                const int32_t NewFirst = std::max(First, int32_t(K - XS) - 1);
+                Last = std::min(Last, int32_t(U - XS));
+                First = NewFirst;
+            }
         }
     }
     const double V = XLog ? QVLog10a(AValue) : AValue;

@@ -165,6 +165,11 @@ TEST_F(ChannelLookup, ALongRampIsSearchedAroundTheMouseOnly)
     EXPECT_LT(Hit(P.X, P.Y), 3.0);
     // The hit lies in the mouse's column: 200000 samples over 500 columns.
     EXPECT_NEAR(Begin, Sample, 800);
+    // A crossing is found among them: between two samples, and on one.
+    const auto Crossing = Channel()->GetYPointsAtValue(Sample + 0.25);
+    ASSERT_EQ(Crossing.size(), 1u);
+    EXPECT_DOUBLE_EQ(Crossing[0], Y[Sample] + 0.25 * (Y[Sample + 1] - Y[Sample]));
+    EXPECT_EQ(Channel()->GetYPointsAtValue(double(Sample)), TQVScopeRealPoints{Y[Sample]});
 
     // A lone spike inside a block of a long record is found, not passed over with the
     // block: its tip is hit on the segments into and out of it.
