@@ -301,7 +301,18 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
     // changing what is found. AChebyshev measures the larger of the two offsets instead of
     // the straight distance. Missing samples are infinitely far.
     const bool AlongBound = FDrawIsRamp;
-    const auto BoxDistance = [&](int32_t AFrom, int32_t ATo, bool AChebyshev) {
+    // The along pixel of screen sample AIndex alone (a missing one reads as QVMissingPixel).
+    const auto AlongPixel = [&](int32_t AIndex) {
+        if (FScaledXStale && !FScaledMapping.XLogarithmic) {
+            int32_t P = 0;
+            QVMapX(FXScreenDataBuffer->Read() + AIndex, 1, FScaledMapping.XScale * FScaledMapping.XRatio,
+                   FScaledMapping.XOffset, false, 0.0, &P, nullptr);
+            return P;
+        }
+        UpdateScaledBuffers();
+        return FScaledIntDrawBufferX->Read()[AIndex];
+    };
+    const auto BoxDistance = [&](int32_t AFrom, int32_t ATo, bool AChebyshev, double AReach) {
         double Lo = 0.0, Hi = 0.0;
         if (!GetDrawYExtremes(Start + AFrom, Start + ATo + 1, false, Lo, Hi))
             return QVNoHitDistance;
@@ -311,10 +322,13 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
         if (Pixels[0] == QVMissingPixel || Pixels[1] == QVMissingPixel)
             return 0.0;
         const double DC = std::max({0, std::min(Pixels[0], Pixels[1]) - MC, MC - std::max(Pixels[0], Pixels[1])});
-        double DA = 0.0;
-        int32_t A0 = 0, AN = 0, Ignored = 0;
-        if (AlongBound && GetScreenPixel(AFrom, A0, Ignored) && GetScreenPixel(ATo, AN, Ignored))
-            DA = std::max({0, std::min(A0, AN) - MA, MA - std::max(A0, AN)});
+        // Far enough across alone: the samples' X need not be read.
+        if (DC >= AReach || !AlongBound)
+            return DC;
+        const int32_t A0 = AlongPixel(AFrom), AN = AlongPixel(ATo);
+        if (A0 == QVMissingPixel || AN == QVMissingPixel)
+            return DC;
+        const double DA = std::max({0, std::min(A0, AN) - MA, MA - std::max(A0, AN)});
         return AChebyshev ? std::max(DA, DC) : std::hypot(DA, DC);
     };
     // From sample AIndex, the end of the longest run of summary blocks (sixteen groups of
@@ -327,7 +341,7 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
             if ((Start + AIndex) % Size != 0 && AIndex != First)
                 continue;
             const int32_t End = std::min(ALast, (Start + AIndex) / Size * Size + Size - Start);
-            if (End > AIndex && BoxDistance(AIndex, End, AChebyshev) >= AReach)
+            if (End > AIndex && BoxDistance(AIndex, End, AChebyshev, AReach) >= AReach)
                 return End;
         }
         return -1;
