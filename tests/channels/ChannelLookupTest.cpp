@@ -317,3 +317,24 @@ TEST_F(ChannelLookup, EmptyAndSingleSampleChannelsAndTheCHandles)
     EXPECT_EQ(NET_PopulateArray(nullptr, Out, 3), 0);
     NET_DestroyArray(nullptr);
 }
+
+TEST_F(ChannelLookup, ATurnedScopeFindsTheChannelWithItsCoordinatesExchanged)
+{
+    Scope.SetVertical(true);
+    Channel()->GetPoints()->SetVisible(true);
+    Ramp({10, 60, 30});
+    Draw();
+    // The pixel buffers hold (along, across): on screen that is (across, along).
+    const TPoint P = PixelOf(1);
+    EXPECT_EQ(Hit(P.Y, P.X), 0.0);
+    EXPECT_EQ(Point, (TPoint{P.Y, P.X}));
+    EXPECT_EQ(Begin, 1);
+    std::vector<TPoint> Crossings;
+    Channel()->CalcVIntersections(
+        [&](void*, int32_t AX, int32_t AY, double, double, double, bool AVertical) {
+            Crossings.push_back(AVertical ? TPoint{AX, AY} : TPoint{});
+        },
+        nullptr, 1.0);
+    ASSERT_EQ(Crossings.size(), 1u);
+    EXPECT_EQ(Crossings[0], (TPoint{P.Y, P.X}));
+}

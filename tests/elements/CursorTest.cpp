@@ -177,3 +177,24 @@ TEST_F(Cursors, CrossingsWithLinkedChannelsAreMarkedAndLabelledAndHoverLightsThe
                            }),
               Lines.end());
 }
+
+TEST_F(Cursors, InATurnedScopeAVerticalCursorRunsAcrossTheScreen)
+{
+    Scope.SetVertical(true);
+    Paint();
+    View = Scope.GetScopeDataView()->GetDrawRect();
+    TQVScopeCursor* C = AddCursor(ckVertical, 50.0, 0.0);
+    C->SetColor(0xFF123456);
+    Paint();
+    // X runs down the screen: the line is a row.
+    const auto Lines = Canvas.Of("LineTo");
+    const auto Row =
+        std::find_if(Lines.begin(), Lines.end(), [&](const auto& R) { return R.PenColor == C->GetColor(); });
+    ASSERT_NE(Row, Lines.end());
+    EXPECT_EQ(Row->PenPos.Y, Row->Args[1]);
+    const int32_t Y = Row->Args[1];
+    TQVHighlightInfo I;
+    EXPECT_TRUE(C->HitTest(I, View.Left + 30, Y + 2, View));
+    EXPECT_TRUE(I.FVMoveCursor);
+    EXPECT_FALSE(C->HitTest(I, View.Left + 30, Y + 3, View));
+}
