@@ -46,6 +46,8 @@ public:
     void TextOut(int32_t, int32_t, const std::string&) override {}
     void ClearClipRegion() override {}
     void SetClipRegion(const TQLRegion&) override {}
+    void IntersectClipPolygon(const TPoint*, int32_t) override {}
+    void IntersectClipEllipse(const TRect&) override {}
     void DrawBitmap(int32_t, int32_t, const TQLBitmap&) override {}
     void StretchDrawBitmap(const TRect&, const TQLBitmap&) override {}
     int64_t Calls = 0;

@@ -4,7 +4,9 @@
 // Three channels at 100,000 samples per second each: a noisy sine, a square wave that drops
 // out now and then (its line breaks there), and a repeating chirp. The scope keeps the last
 // 1,000,000 samples of each. Zoom with the wheel or by dragging a box with the left button;
-// the right button (or Backspace) undoes a zoom, Shift with the right button redoes it.
+// the right button (or Backspace) undoes a zoom, Shift with the right button redoes it. Two
+// cursors measure the time between them; drag them, or their measurement line. A zone
+// recolours the sine inside it.
 //
 //   qv_demo [--offscreen] [--out DIR] [--seconds N]
 //
@@ -113,6 +115,47 @@ void SetUpScope(TQVScope& AScope)
     AScope.GetYAxis()->GetAxisLabel()->SetText("Amplitude (V)");
 }
 
+// Measuring: two cursors marking where they cross the sine and the chirp, a link that
+// measures the time between them over a shaded band, and a zone that recolours the sine
+// inside it. Drag a cursor, or the measurement line, with the left button.
+void SetUpMeasurement(TQVScope& AScope)
+{
+    auto& Channels = *AScope.GetChannels();
+    auto& Cursors = *AScope.GetCursors();
+    TQVScopeCursor* Cursors2[2];
+    // Positions are in the X axis' printed units: milliseconds for the first seconds shown.
+    const double At[2] = {1000.0, 2200.0};
+    for (int32_t i = 0; i < 2; ++i) {
+        TQVScopeCursor* C = Cursors.Add();
+        C->GetPosition()->SetX(At[i]);
+        for (int32_t Channel : {0, 2}) {
+            TQVDisplayCursorChannelLink* Mark = C->GetChannels()->Add();
+            Mark->SetChannel(Channels.GetItem(Channel));
+            Mark->SetShape(msCircle);
+            Mark->SetSize(4);
+        }
+        Cursors2[i] = C;
+    }
+    TQVScopeCursorLink* Link = AScope.GetCursorLinks()->Add();
+    Link->SetBeginCursor(Cursors2[0]);
+    Link->SetEndCursor(Cursors2[1]);
+    Link->GetMeasurementLine()->SetY(70.0);
+    Link->GetMeasurementLine()->GetMeasurementLabel()->SetText("dt = %V ms");
+    Link->GetSelection()->SetVisible(true);
+    Link->GetSelection()->GetBrush()->SetColor(0x28FFFFFF);
+
+    TQVDisplayZone* Zone = AScope.GetZones()->Add();
+    for (const auto& [T, V] :
+         {std::pair{2300.0, -0.6}, std::pair{2650.0, -0.6}, std::pair{2650.0, 0.6}, std::pair{2300.0, 0.6}})
+        Zone->GetPoints()->Add(T, V);
+    Zone->GetBrush()->SetKind(bkSolid);
+    Zone->GetBrush()->SetColor(0x30FFFFFF);
+    Zone->GetPen()->SetColor(0xFFFF8000);
+    TQVDisplayZoneChannelLink* Inside = Zone->GetChannels()->Add();
+    Inside->SetChannel(Channels.GetItem(0));
+    Inside->GetHighlighting()->SetColor(0xFFFF8000);
+}
+
 // Undo and redo of zooming by the right button and the keyboard.
 void SetUpUndo(TQVScope& AScope)
 {
@@ -196,6 +239,7 @@ int main(int argc, char** argv)
         TQVScope& Scope = Widget->GetScope();
         TQVWaterfall& Waterfall = WaterfallWidget->GetWaterfall();
         SetUpScope(Scope);
+        SetUpMeasurement(Scope);
         SetUpUndo(Scope);
         demo::SetUpWaterfall(Waterfall, SampleRate);
         demo::TSpectrum Spectrum(Waterfall, SampleRate);

@@ -6,6 +6,7 @@
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -30,6 +31,20 @@ TQVDisplayChannel::TQVDisplayChannel(TQLCollection* ACollection)
 TQVDisplayChannel::~TQVDisplayChannel()
 {
     ForgetHighlights();
+    // Each link removes itself from the list as it lets go.
+    while (!FElementLinks.empty())
+        FElementLinks.back()->ChannelGone(this);
+}
+
+void TQVDisplayChannel::AddElementLink(IQVChannelLinkEnd* ALink)
+{
+    if (ALink && std::find(FElementLinks.begin(), FElementLinks.end(), ALink) == FElementLinks.end())
+        FElementLinks.push_back(ALink);
+}
+
+void TQVDisplayChannel::RemoveElementLink(IQVChannelLinkEnd* ALink)
+{
+    std::erase(FElementLinks, ALink);
 }
 
 void TQVDisplayChannel::SetColor(TAlphaColor AValue)

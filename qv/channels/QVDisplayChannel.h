@@ -6,6 +6,7 @@
 
 #include "qv/axes/QVAxisChannel.h"
 #include "qv/channels/QVChannelBuffer.h"
+#include "qv/channels/QVChannelLookup.h"
 #include "qv/channels/QVScopePoints.h"
 #include "qv/component/QVDisplayCollectionItem.h"
 #include "qv/foundation/QVBuffers.h"
@@ -13,11 +14,22 @@
 
 #include <atomic>
 #include <memory>
+#include <vector>
 
 namespace qv {
 
 class TQVBasicScopeXAxis;
 class TQVBasicScopeYAxis;
+
+class TQVDisplayChannel;
+
+// What is tied to a channel from outside (the link of a cursor or a zone): it lets go of the
+// channel when the channel goes.
+class IQVChannelLinkEnd {
+public:
+    virtual ~IQVChannelLinkEnd() = default;
+    virtual void ChannelGone(TQVDisplayChannel* AChannel) = 0;
+};
 
 class TQVDisplayChannel : public TQVOptionalDisplayCollectionItem, public IQVAxisChannel {
 public:
@@ -130,6 +142,30 @@ public:
     TQWCriticalSection& GetDrawCriticalSection() const { return FDrawCriticalSection; }
     TQWCriticalSection& GetDataCriticalSection() const { return FDataCriticalSection; }
 
+    // ---- Links of elements to this channel ----
+    // A link registers while it names the channel; the channel tells each one when it goes.
+    void AddElementLink(IQVChannelLinkEnd* ALink);
+    void RemoveElementLink(IQVChannelLinkEnd* ALink);
+
+    // ---- Value lookup on the last painted frame (QVChannelLookup.cpp) ----
+    // Nothing is found before the first paint. Gaps break the line; a crossing whose value
+    // is NaN is not reported.
+    // The distance in pixels from (X, Y) to the channel as drawn, 0 on a sample or bar;
+    // QVNoHitDistance when nothing is within reach. The other arguments receive the point
+    // hit, the way the piece runs, the fraction between the samples ABeginIndex and
+    // AEndIndex (draw-stage indexes). The base channel draws nothing and is never hit.
+    virtual double HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDetectDirection& ADirection, double& AFraction,
+                           int32_t& ABeginIndex, int32_t& AEndIndex);
+    // The crossings with the vertical line at X value AValue (data units), left to right. A
+    // value on a sample counts once, on the segment that starts there.
+    void CalcVIntersections(const TQVIntersectionCallback& ACallback, void* AData, double AValue) const;
+    // The crossings with the horizontal line at Y value AValue (data units).
+    void CalcHIntersections(const TQVIntersectionCallback& ACallback, void* AData, double AValue) const;
+    // The Y values where the channel crosses X value XValue, and the X values where it
+    // crosses Y value YValue.
+    TQVScopeRealPoints GetYPointsAtValue(double XValue) const;
+    TQVScopeRealPoints GetXPointsAtValue(double YValue) const;
+
     // ---- Highlighting (QVChannelHighlight.cpp) ----
     // Lit in the legend: the channel is under the mouse, or the legend points at it and the
     // chart's Highlighting.Channels lights legend buttons.
@@ -160,7 +196,11 @@ protected:
     void AxesChanged();
     // Brings the scaled buffers up to date when the last frame left them out.
     virtual void UpdateScaledBuffers() const {}
+    // The pixels of screen sample AIndex along and across the X axis; false for a sample
+    // that is not drawn (NaN).
+    virtual bool GetScreenPixel(int32_t AIndex, int32_t& AAlong, int32_t& AAcross) const;
 
+    std::vector<IQVChannelLinkEnd*> FElementLinks;
     std::atomic<bool> FIsRamp{false};
     std::shared_ptr<IQVIntegerBuffer> FDrawGapsBuffer;
     mutable TQWCriticalSection FDrawCriticalSection;

@@ -250,7 +250,7 @@ const TQLClassInfo& TQVScopeChannel::StaticClassInfo()
 // ---- TQVScopeChannels ----
 
 TQVScopeChannels::TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
-    : TQVPaletteDisplayCollection<TQVScopeChannel>(AOwner, std::move(ALock), ADisplay)
+    : TQVDisplayChannels<TQVScopeChannel>(AOwner, std::move(ALock), ADisplay)
 {}
 
 const TQLClassInfo& TQVScopeChannels::StaticClassInfo()

@@ -6,6 +6,7 @@
 #include "qv/channels/QVChannelBuffer.h"
 #include "qv/channels/QVChannelWriter.h"
 #include "qv/channels/QVDisplayChannel.h"
+#include "qv/channels/QVDisplayChannels.h"
 #include "qv/component/QVDisplayCollection.h"
 #include "qv/foundation/QVBlockExtremes.h"
 #include "qv/pins/QWPins.h"
@@ -169,6 +170,9 @@ public:
     bool CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t AY) override;
     // Forgets the frame cache: the next frame computes every pixel anew.
     void InvalidateChannel();
+    // The hit test of the plotted line, steps, bars or points (QVChannelLookup.cpp).
+    double HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDetectDirection& ADirection, double& AFraction,
+                   int32_t& ABeginIndex, int32_t& AEndIndex) override;
 
     // Whether the channel is drawn highlighted, and in which colour.
     virtual bool GetPlotHighlighted(bool APrinting) const { return GetDrawnHighlighted(APrinting); }
@@ -267,6 +271,8 @@ private:
     // The mapping of the screen slice to pixels, kept for the scaled buffers, which a
     // downsampled frame leaves to be filled on demand; stale marks the ones not yet filled.
     void UpdateScaledBuffers() const override;
+    // A downsampled frame leaves the scaled buffers unfilled: a lookup maps single samples.
+    bool GetScreenPixel(int32_t AIndex, int32_t& AAlong, int32_t& AAcross) const override;
     void FillScaledX() const;
     void FillScaledY() const;
     struct TScaledMapping {
@@ -299,18 +305,29 @@ private:
 using TQVChannelClickEvent = std::function<void(TQLPersistent* Sender, int32_t ChannelIndex, int32_t BeginSampleIndex,
                                                 int32_t EndSampleIndex, TQVRealPoint ClickedValue, bool& Handled)>;
 
-class TQVScopeChannels : public TQVPaletteDisplayCollection<TQVScopeChannel> {
+// The mouse over a channel: the samples on either side of it and the value there.
+using TQVOverChannelEvent = std::function<void(TQLPersistent* Sender, int32_t ChannelIndex, int32_t BeginSampleIndex,
+                                               int32_t EndSampleIndex, TQVRealPoint Value)>;
+
+class TQVScopeChannels : public TQVDisplayChannels<TQVScopeChannel> {
 public:
     TQVScopeChannels(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay);
 
     // Fired by the data view's hit test on a click on a channel.
     void SetOnClick(TQVChannelClickEvent AHandler) { FOnClick = std::move(AHandler); }
     const TQVChannelClickEvent& GetOnClick() const { return FOnClick; }
+    // Fired by the data view's hit test while the mouse is over a channel, and when it left.
+    void SetOnOverChannel(TQVOverChannelEvent AHandler) { FOnOverChannel = std::move(AHandler); }
+    const TQVOverChannelEvent& GetOnOverChannel() const { return FOnOverChannel; }
+    void SetOnLeaveChannel(TNotifyEvent AHandler) { FOnLeaveChannel = std::move(AHandler); }
+    const TNotifyEvent& GetOnLeaveChannel() const { return FOnLeaveChannel; }
 
     QL_CLASS_INFO()
 
 private:
     TQVChannelClickEvent FOnClick;
+    TQVOverChannelEvent FOnOverChannel;
+    TNotifyEvent FOnLeaveChannel;
 };
 
 } // namespace qv

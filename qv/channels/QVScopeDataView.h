@@ -4,6 +4,8 @@
 // left-button drag into a rubber-band zoom (navigate mode zoom) or a pan (navigate mode pan).
 
 #include "qv/axes/QVDisplayGridSettings.h"
+#include "qv/channels/QVChannelLookup.h"
+#include "qv/channels/QVDataViewHitFamily.h"
 #include "qv/channels/QVHighlightInfo.h"
 #include "qv/component/QVDisplayView.h"
 
@@ -37,7 +39,10 @@ public:
     void DrawLeftLines(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, int32_t AHalfLength, bool AMinor,
                        double AValue, int32_t APosition);
 
-    // ---- Mouse ----
+    // ---- Mouse (QVScopeDataViewMouse.cpp) ----
+    // A left press takes, in this order, a cursor, a cursor link, a marker (the families
+    // that can be dragged), then reports a click on a channel; what is left starts a zoom
+    // box or a pan.
     void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
                    bool& AHandled) override;
     void MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool& AHandled) override;
@@ -51,6 +56,19 @@ public:
     bool InMouseZooming() const;
     // Where the mouse is; X is -1000 once it left the control.
     TPoint GetCurrentMousePoint() const { return FCurrentMousePoint; }
+    // The element families asked under the mouse, by kind; null leaves a place empty.
+    void SetHitFamily(TQVHitFamilyKind AKind, IQVDataViewHitFamily* AFamily) { FHitFamilies[AKind] = AFamily; }
+    IQVDataViewHitFamily* GetHitFamily(TQVHitFamilyKind AKind) const { return FHitFamilies[AKind]; }
+    // Finds what lies under the mouse and lights it, as IntHitTests does; repaints when
+    // the highlighted item or marker changed.
+    void HitTests();
+    // The search under the mouse: nothing while a cursor or link is dragged; else, inside
+    // the view and with no zoom or pan under way, the families in their order and then the
+    // channels. Moves the mouse's enter and leave between the old and the new item, sets the
+    // mouse cursor the item asks for and, on a channel, the value under the mouse.
+    void IntHitTests();
+    // A cursor or cursor link holds the left button.
+    bool GetLeftMouseItemDown() const { return FLeftMouseItemDown; }
     // ---- Highlighting (QVScopeDataViewHighlight.cpp) ----
     // The data view of a display, when it has one of this kind.
     static TQVScopeDataView* Of(const TQVDisplayOwner* ADisplay);
@@ -89,7 +107,20 @@ private:
     void DrawGridLine(TQVTrackingOptionalAxis* AAxis, TQLCanvas& ACanvas, bool AZero, bool AMinor, int32_t APosition,
                       bool AVerticalLine);
 
+    // The value under the mouse from a channel hit between screen samples ABegin and AEnd.
+    void SetValueFromChannelHit(TQLPersistent* AChannel, int32_t ABegin, int32_t AEnd, double AFraction,
+                                TQVHitDetectDirection ADirection);
+    // Shows the mouse cursor an element asks for.
+    void SetElementCursor(TCursor ACursor);
+    // Leave on AFrom and enter on ATo, when they differ and are selectable items.
+    static void DispatchLeaveEnter(TQLPersistent* AFrom, TQLPersistent* ATo);
+
     std::unique_ptr<TQVDisplayGridLineSettings> FBorder;
+    TQVDataViewHitFamilies FHitFamilies{};
+    // A cursor or a cursor link took the left button.
+    bool FLeftMouseItemDown = false;
+    // An element's mouse cursor is shown instead of the display's.
+    bool FElementCursorShown = false;
     // A pan moved an axis since the button went down.
     bool FViewMouseMoved = false;
 };

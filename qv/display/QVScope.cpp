@@ -12,11 +12,25 @@ TQVScope::TQVScope()
 {
     GetTitle()->SetTextDefault("Scope");
     FChannels = std::make_unique<TQVScopeChannels>(this, GetLock(), this);
+    FTrails = std::make_unique<TQVDisplayTrails>(this);
+    FCursors = std::make_unique<TQVScopeCursors>(this, GetLock(), this);
+    FZones = std::make_unique<TQVDisplayZones>(this, GetLock(), this, GetHighlighting()->GetZones());
+    FEllipses = std::make_unique<TQVDisplayEllipticZones>(this, GetLock(), this, GetHighlighting()->GetEllipses());
+    FCursorLinks = std::make_unique<TQVScopeCursorLinks>(this, GetLock(), this);
+    FElementFamilies.Set(ekCursors, FCursors.get());
+    FElementFamilies.Set(ekZones, FZones.get());
+    FElementFamilies.Set(ekEllipses, FEllipses.get());
+    FElementFamilies.Set(ekCursorLinks, FCursorLinks.get());
     // The views dock in the order they are made: the axes, then the data view, which takes
     // what they leave.
     FXAxis = std::make_unique<TQVScopeXAxis>(this);
     FYAxis = std::make_unique<TQVScopeYAxis>(this);
     FDataView = std::make_unique<TQVScopeDataView>(this);
+    // Under the mouse: cursors, then links, then zones and ellipses, then the channels.
+    FDataView->SetHitFamily(hfCursors, FCursors.get());
+    FDataView->SetHitFamily(hfCursorLinks, FCursorLinks.get());
+    FDataView->SetHitFamily(hfZones, FZones.get());
+    FDataView->SetHitFamily(hfEllipses, FEllipses.get());
     // A new scope has one channel; a stored form without channels gives it back.
     FChannels->SetDefaultCount(1);
     FChannels->Add();
@@ -29,6 +43,11 @@ TQVScope::~TQVScope()
     // Paint and refresh stop before anything is freed.
     BeginDestroy();
     FChannels.reset();
+    // Links before the cursors they join; all elements before the data view they name.
+    FCursorLinks.reset();
+    FEllipses.reset();
+    FZones.reset();
+    FCursors.reset();
     FYAxis.reset();
     FXAxis.reset();
     FDataView.reset();
@@ -66,6 +85,7 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
 {
     RecalculateViewRects();
     // A print leaves the flag for the next screen paint.
+    const bool Recalculated = !APrinting && FNeedsRecalc.load(std::memory_order_acquire);
     if (!APrinting)
         FNeedsRecalc.store(false, std::memory_order_release);
     const TRect ViewRect = FDataView->GetDrawRect();
@@ -123,6 +143,9 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
         }
         Elements.Draw(ekMarkerGroups, ddpForeground, ACanvas, ClipRect, APrinting);
         Elements.Draw(ekLabels, ddpForeground, ACanvas, ClipRect, APrinting);
+        // The picture moved under a standing mouse: what lies under it is found anew.
+        if (Recalculated)
+            FDataView->IntHitTests();
         if (!APrinting)
             for (TQVDisplayView* View : GetViews())
                 if (View->IsVisible() && ARegion.RectInRegion(View->GetDrawRect()))
@@ -144,6 +167,11 @@ void TQVScope::PaintToCanvasRgn(TQLBitmap& /*ABitmap*/, TQLCanvas& ACanvas, cons
     // A printed picture shows no focus.
     if (!APrinting && GetIsFocused())
         ACanvas.DrawFocusRect(TRect{0, 0, GetPlotWidth(), GetPlotHeight()});
+}
+
+void TQVScope::SetCursorsStayInView(bool AValue)
+{
+    Set(FCursorsStayInView, AValue, [this] { InvalidateRefresh(); });
 }
 
 void TQVScope::SetVertical(bool AValue)
@@ -285,6 +313,12 @@ const TQLClassInfo& TQVScope::StaticClassInfo()
         TQLClassBuilder<TQVScope>("TQVScope", &TQVDataChart::StaticClassInfo())
             .Property("Vertical", &TQVScope::GetVertical, &TQVScope::SetVertical, false)
             .Collection("Channels", &TQVScope::GetChannels)
+            .Collection("Cursors", &TQVScope::GetCursors)
+            .Collection("Zones", &TQVScope::GetZones)
+            .Collection("Ellipses", &TQVScope::GetEllipses)
+            .Collection("CursorLinks", &TQVScope::GetCursorLinks)
+            .Object("Trails", &TQVScope::GetTrails)
+            .Property("CursorsStayInView", &TQVScope::GetCursorsStayInView, &TQVScope::SetCursorsStayInView, true)
             .Property("SizeLimit", &TQVScope::GetSizeLimit, &TQVScope::SetSizeLimit, uint32_t(0))
             .Build();
     return Info;

@@ -7,6 +7,10 @@
 #include "qv/channels/QVScopeOwner.h"
 #include "qv/component/QVScopeElements.h"
 #include "qv/display/QVDataChart.h"
+#include "qv/elements/QVDisplayTrails.h"
+#include "qv/elements/QVDisplayZone.h"
+#include "qv/elements/QVElementsOwner.h"
+#include "qv/elements/QVScopeCursor.h"
 #include "qv/foundation/QWCriticalSection.h"
 
 #include <atomic>
@@ -24,7 +28,7 @@ class TQVScopeDataView;
 using TQVCustomMouseLabelEvent =
     std::function<void(TQLPersistent* Sender, double XValue, double YValue, const std::string& Text)>;
 
-class TQVScope : public TQVDataChart, public TQVScopeOwner {
+class TQVScope : public TQVDataChart, public TQVScopeOwner, public TQVElementsOwner {
 public:
     TQVScope();
     ~TQVScope() override;
@@ -95,6 +99,30 @@ public:
     // Every channel recomputes its screen points at the next paint.
     void InvalidateChannels() override;
 
+    // ---- Measurement elements ----
+    TQVScopeCursors* GetCursors() const override { return FCursors.get(); }
+    void SetCursors(const TQVScopeCursors* AValue) { FCursors->Assign(AValue); }
+    TQVScopeCursorLinks* GetCursorLinks() const { return FCursorLinks.get(); }
+    void SetCursorLinks(const TQVScopeCursorLinks* AValue) { FCursorLinks->Assign(AValue); }
+    TQVDisplayZones* GetZones() const { return FZones.get(); }
+    void SetZones(const TQVDisplayZones* AValue) { FZones->Assign(AValue); }
+    TQVDisplayEllipticZones* GetEllipses() const { return FEllipses.get(); }
+    void SetEllipses(const TQVDisplayEllipticZones* AValue) { FEllipses->Assign(AValue); }
+    TQVDisplayTrails* GetTrails() const override { return FTrails.get(); }
+    void SetTrails(const TQVDisplayTrails* AValue) { FTrails->Assign(AValue); }
+    bool GetCursorsStayInView() const override { return FCursorsStayInView; }
+    void SetCursorsStayInView(bool AValue);
+    std::string GetMeasurementLabelText(const std::string& AValue, const std::string& ALabelText,
+                                        const std::string& ADefault) const override
+    {
+        return TQVDataDisplay::GetMeasurementLabelText(AValue, ALabelText, ADefault);
+    }
+    std::string GetFormatLabelText(const TPoint& APoint, double AX, double AY, const std::string& ALabelText,
+                                   const std::string& ADefault) const override
+    {
+        return TQVDataChart::GetFormatLabelText(APoint, AX, AY, ALabelText, ADefault);
+    }
+
     // The element families laid over the plot, each drawn at its place in the draw order.
     TQVScopeElementFamilies& GetElementFamilies() { return FElementFamilies; }
 
@@ -118,6 +146,12 @@ private:
     TQWCriticalSection FAllChannelSection;
     std::unique_ptr<TQVScopeDataView> FDataView;
     TQVScopeElementFamilies FElementFamilies;
+    std::unique_ptr<TQVDisplayTrails> FTrails;
+    std::unique_ptr<TQVScopeCursors> FCursors;
+    std::unique_ptr<TQVDisplayZones> FZones;
+    std::unique_ptr<TQVDisplayEllipticZones> FEllipses;
+    std::unique_ptr<TQVScopeCursorLinks> FCursorLinks;
+    bool FCursorsStayInView = true;
     TQVCustomMouseLabelEvent FOnCustomMouseHitLabel;
     bool FNewText = false;
     std::string FNewLabelText;

@@ -102,6 +102,10 @@ public:
     virtual void TextOut(int32_t AX, int32_t AY, const std::string& AText) = 0;
     virtual void ClearClipRegion() = 0;
     virtual void SetClipRegion(const TQLRegion& ARegion) = 0;
+    // Narrow the clip in force to the inside of a polygon (even-odd rule; points 0..AHigh) or
+    // of the ellipse inscribed in ARect. RestoreState brings the wider clip back.
+    virtual void IntersectClipPolygon(const TPoint* APoints, int32_t AHigh) = 0;
+    virtual void IntersectClipEllipse(const TRect& ARect) = 0;
     virtual void SetTextAngle(int32_t ADegrees) { FTextAngle = ADegrees; }
     virtual void ApplyPen(const TQVDisplayPen& APen);
     virtual void ApplyBrush(const TQVDisplayBrush& ABrush);

@@ -124,6 +124,18 @@ void TQLRecordingCanvas::SetClipRegion(const TQLRegion& ARegion)
     FClip = ARegion;
 }
 
+void TQLRecordingCanvas::IntersectClipPolygon(const TPoint* APoints, int32_t AHigh)
+{
+    TQLCanvasRecord& R = Record("IntersectClipPolygon");
+    for (int32_t i = 0; i <= AHigh; ++i)
+        R.Args.insert(R.Args.end(), {APoints[i].X, APoints[i].Y});
+}
+
+void TQLRecordingCanvas::IntersectClipEllipse(const TRect& ARect)
+{
+    Record("IntersectClipEllipse").Args = {ARect.Left, ARect.Top, ARect.Right, ARect.Bottom};
+}
+
 void TQLRecordingCanvas::ResetDrawState()
 {
     Record("ResetDrawState");

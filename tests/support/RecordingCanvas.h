@@ -68,6 +68,10 @@ public:
     void TextOut(int32_t AX, int32_t AY, const std::string& AText) override;
     void ClearClipRegion() override;
     void SetClipRegion(const TQLRegion& ARegion) override;
+    // Recorded as "IntersectClipPolygon" (the points) and "IntersectClipEllipse" (the
+    // rectangle); the recorded clip stays as it was.
+    void IntersectClipPolygon(const TPoint* APoints, int32_t AHigh) override;
+    void IntersectClipEllipse(const TRect& ARect) override;
     void ResetDrawState() override;
     void DrawBitmap(int32_t AX, int32_t AY, const TQLBitmap& ABitmap) override;
     void StretchDrawBitmap(const TRect& ADest, const TQLBitmap& ASource) override;

@@ -827,6 +827,26 @@ void TQLQtCanvas::SetClipRegion(const TQLRegion& ARegion)
         ApplyClip();
 }
 
+void TQLQtCanvas::IntersectClipPolygon(const TPoint* APoints, int32_t AHigh)
+{
+    QPolygon Polygon;
+    for (int32_t i = 0; i <= AHigh; ++i)
+        Polygon << QPoint(APoints[i].X, APoints[i].Y);
+    IntersectClip(QRegion(Polygon, Qt::OddEvenFill));
+}
+
+void TQLQtCanvas::IntersectClipEllipse(const TRect& ARect)
+{
+    IntersectClip(QRegion(QRect(ARect.Left, ARect.Top, ARect.Width(), ARect.Height()), QRegion::Ellipse));
+}
+
+void TQLQtCanvas::IntersectClip(const QRegion& ARegion)
+{
+    FClip = TClipState{true, FClip.Active ? FClip.Region.intersected(ARegion) : ARegion};
+    if (Ready())
+        ApplyClip();
+}
+
 void TQLQtCanvas::SaveState()
 {
     FSavedClips.push_back(FClip);

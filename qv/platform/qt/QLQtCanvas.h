@@ -60,6 +60,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPolygon>
 #include <QPolygonF>
 #include <QRect>
 #include <QRegion>
@@ -107,6 +108,8 @@ public:
     void ClearClipRegion() override;
     // An empty region clips everything away.
     void SetClipRegion(const TQLRegion& ARegion) override;
+    void IntersectClipPolygon(const TPoint* APoints, int32_t AHigh) override;
+    void IntersectClipEllipse(const TRect& ARect) override;
     void DrawBitmap(int32_t AX, int32_t AY, const TQLBitmap& ABitmap) override;
     // Nearest-neighbour scaling, alpha-composed.
     void StretchDrawBitmap(const TRect& ADest, const TQLBitmap& ASource) override;
@@ -135,6 +138,8 @@ private:
     void BeginOnBitmap();
     void PreparePainter();
     void ApplyClip();
+    // The clip in force narrowed to ARegion.
+    void IntersectClip(const QRegion& ARegion);
     void SyncPen();
     void SyncBrush();
     void SyncFont();
