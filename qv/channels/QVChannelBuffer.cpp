@@ -365,6 +365,8 @@ void TQVChannelBuffer::Resize(int32_t ASize, bool AKeepContent)
             FSize = ASize;
             if (FSize == 0)
                 FHead = 0;
+            // Samples left at the back: the summary is made anew when next asked for.
+            FExtremesStale = FKeepExtremes;
         } else {
             AppendFill(ASize - FSize, 0.0);
         }
@@ -385,6 +387,7 @@ void TQVChannelBuffer::Resize(int32_t ASize, bool AKeepContent)
     FWriter = true;
     FHead = 0;
     FSize = ASize;
+    FExtremesStale = FKeepExtremes;
 }
 
 const double* TQVChannelBuffer::Read() const
@@ -402,6 +405,8 @@ double* TQVChannelBuffer::Write()
     Straighten();
     if (!CanWrite(FHead, FSize))
         Relocate(FBlock->Capacity);
+    // The caller may change any sample through the pointer.
+    FExtremesStale = FKeepExtremes;
     return FBlock->Items + FHead;
 }
 
@@ -419,6 +424,7 @@ void TQVChannelBuffer::SetItem(int32_t AIndex, double AValue)
     if (!CanWrite(Physical(AIndex), 1))
         Relocate(FBlock->Capacity);
     FBlock->Items[Physical(AIndex)] = AValue;
+    FExtremesStale = FKeepExtremes;
 }
 
 double TQVChannelBuffer::Min() const
@@ -487,6 +493,10 @@ void TQVChannelBuffer::Assign(const T* AData, int32_t ACount)
     FWriter = true;
     FHead = 0;
     FSize = ACount;
+    if (FKeepExtremes) {
+        FExtremes.Build(FBlock->Items, ACount);
+        FExtremesStale = false;
+    }
 }
 
 void TQVChannelBuffer::AssignShared(const TQVChannelBuffer& ASource)
@@ -499,6 +509,7 @@ void TQVChannelBuffer::AssignShared(const TQVChannelBuffer& ASource)
     FHead = Shared->FHead;
     FSize = std::exchange(Shared->FSize, 0);
     FWriter = false;
+    TakeExtremesOf(*Shared);
 }
 
 void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
@@ -511,6 +522,7 @@ void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
         Release();
         if (Count == 0) {
             FHead = FSize = 0;
+            TakeExtremesOf(ASource);
             return;
         }
         FBlock = NewBlock(Count);
@@ -521,6 +533,7 @@ void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
     FSize = 0;
     ASource.CopyTo(FBlock->Items, 0, Count);
     FSize = Count;
+    TakeExtremesOf(ASource);
 }
 
 template <QVChannelElement T>
@@ -533,6 +546,7 @@ void TQVChannelBuffer::Append(const T* AData, int32_t ACount, uint32_t ALimit)
     FillPositions(Pos, ACount, [AData](double* ADest, int32_t ARun, int32_t AOffset) {
         QVArrayConvert(AData + AOffset, ADest, size_t(ARun));
     });
+    ExtremesAppended(ACount);
 }
 
 void TQVChannelBuffer::AssignRamp(int32_t ACount)
@@ -552,6 +566,8 @@ void TQVChannelBuffer::AssignRamp(int32_t ACount)
         for (int32_t i = 0; i < ARun; ++i)
             ADest[i] = double(i);
     });
+    if (FKeepExtremes)
+        ExtremesRenewed();
 }
 
 void TQVChannelBuffer::AppendRamp(int32_t ACount, double ABase, double AStep, uint32_t ALimit)
@@ -565,6 +581,7 @@ void TQVChannelBuffer::AppendRamp(int32_t ACount, double ABase, double AStep, ui
         for (int32_t i = 0; i < ARun; ++i)
             ADest[i] = ABase + (First + double(i));
     });
+    ExtremesAppended(ACount);
 }
 
 void TQVChannelBuffer::AppendFill(int32_t ACount, double AValue, uint32_t ALimit)
@@ -574,6 +591,7 @@ void TQVChannelBuffer::AppendFill(int32_t ACount, double AValue, uint32_t ALimit
         return;
     const int32_t Pos = PrepareAppend(ACount, ALimit);
     FillPositions(Pos, ACount, [AValue](double* ADest, int32_t ARun, int32_t) { std::fill_n(ADest, ARun, AValue); });
+    ExtremesAppended(ACount);
 }
 
 void TQVChannelBuffer::PrependFill(int32_t ACount, double AValue)
@@ -589,6 +607,7 @@ void TQVChannelBuffer::PrependFill(int32_t ACount, double AValue)
     Relocate(static_cast<int32_t>(std::max<int64_t>(Need, GetCapacity())), ACount);
     std::fill_n(FBlock->Items, ACount, AValue);
     FSize += ACount;
+    FExtremesStale = FKeepExtremes;
 }
 
 void TQVChannelBuffer::DropFront(int32_t ACount)
@@ -602,6 +621,8 @@ void TQVChannelBuffer::DropFront(int32_t ACount)
     FSize -= ACount;
     if (FSize == 0)
         FHead = 0;
+    if (FKeepExtremes && !FExtremesStale)
+        FExtremes.DropFront(ACount);
 }
 
 void TQVChannelBuffer::Clear()
@@ -609,6 +630,54 @@ void TQVChannelBuffer::Clear()
     Release();
     FHead = 0;
     FSize = 0;
+    FExtremes.Clear();
+    FExtremesStale = false;
+}
+
+void TQVChannelBuffer::SetKeepExtremes(bool AValue)
+{
+    FKeepExtremes = AValue;
+    if (AValue)
+        ExtremesRenewed();
+    else
+        FExtremes.Clear();
+}
+
+const TQVBlockExtremes* TQVChannelBuffer::GetExtremes() const
+{
+    if (!FKeepExtremes)
+        return nullptr;
+    if (FExtremesStale)
+        ExtremesRenewed();
+    return &FExtremes;
+}
+
+void TQVChannelBuffer::ExtremesAppended(int32_t ACount)
+{
+    if (!FKeepExtremes || FExtremesStale)
+        return;
+    ForSegments(FSize - ACount, ACount,
+                [this](const double* AData, int32_t ARun, int32_t) { FExtremes.Append(AData, ARun); });
+}
+
+void TQVChannelBuffer::ExtremesRenewed() const
+{
+    FExtremes.Clear();
+    if (FBlock)
+        ForSegments(0, FSize, [this](const double* AData, int32_t ARun, int32_t) { FExtremes.Append(AData, ARun); });
+    FExtremesStale = false;
+}
+
+void TQVChannelBuffer::TakeExtremesOf(const TQVChannelBuffer& ASource)
+{
+    if (!FKeepExtremes)
+        return;
+    if (const TQVBlockExtremes* Source = ASource.GetExtremes()) {
+        FExtremes = *Source;
+        FExtremesStale = false;
+    } else {
+        ExtremesRenewed();
+    }
 }
 
 void TQVChannelBuffer::CopyTo(double* ADest, int32_t AFirst, int32_t ACount) const
@@ -651,6 +720,10 @@ std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share() const
         Result->FHead = FHead;
     }
     Result->FSize = FSize;
+    if (const TQVBlockExtremes* Extremes = GetExtremes()) {
+        Result->FKeepExtremes = true;
+        Result->FExtremes = *Extremes;
+    }
     return Result;
 }
 

@@ -24,6 +24,7 @@
 // TQVGapList holds a channel's gap indexes with a running offset, so that shifting every
 // index by the number of dropped samples costs no pass over the list.
 
+#include "qv/foundation/QVBlockExtremes.h"
 #include "qv/foundation/QVBuffers.h"
 
 #include <atomic>
@@ -121,6 +122,16 @@ public:
     // Blocks this buffer makes from now on return to ARecycler (null: none).
     void SetRecycler(std::shared_ptr<TRecycler> ARecycler) { FRecycler = std::move(ARecycler); }
 
+    // A summary of the samples' extremes kept with them (TQVBlockExtremes): every change at
+    // either end updates it in amortised constant work per sample, and Share() hands it out
+    // with the samples, so that a reader of the shared buffer never summarises them again.
+    // A write through Write() or SetItem, which may change any sample, leaves it to be made
+    // anew on the next Share() or GetExtremes(). Off by default.
+    void SetKeepExtremes(bool AValue);
+    bool GetKeepExtremes() const { return FKeepExtremes; }
+    // The summary of the samples as they are now; null when none is kept.
+    const TQVBlockExtremes* GetExtremes() const;
+
     // Bytes of sample storage held by all channel buffers of the process now, and the most
     // held at once since the last ResetPeakBytes.
     static int64_t GetLiveBytes();
@@ -168,6 +179,11 @@ private:
     void FillPositions(int32_t APos, int32_t ACount, F&& AProc);
     // Whether a fresh content of ACount samples goes into the present block.
     bool ReuseFor(int32_t ACount) const;
+    // The summary after a change: the last ACount samples are new, or all of them are.
+    void ExtremesAppended(int32_t ACount);
+    void ExtremesRenewed() const;
+    // The summary of ASource's samples, which this buffer now holds.
+    void TakeExtremesOf(const TQVChannelBuffer& ASource);
 
     // Straightening a ring inside Read() changes where the samples lie, not what they are.
     mutable TBlock* FBlock = nullptr;
@@ -175,6 +191,10 @@ private:
     mutable bool FWriter = false;
     int32_t FSize = 0;
     std::shared_ptr<TRecycler> FRecycler;
+    bool FKeepExtremes = false;
+    // Made anew lazily after a write that may have changed any sample.
+    mutable bool FExtremesStale = false;
+    mutable TQVBlockExtremes FExtremes;
 };
 
 class TQVChannelBuffer::TRecycler {

@@ -315,14 +315,23 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
 const TQVBlockExtremes& TQVScopeChannel::DrawYBlocks() const
 {
     const IQVRealBuffer& Y = *FYDrawDataBuffer;
-    if (!FYBlocksValid || FYBlocksGeneration != FDrawGeneration || FYBlocksData != Y.Read() ||
-        FYBlocks.GetCount() != Y.GetSize()) {
+    if (FYBlocksValid && FYBlocksGeneration == FDrawGeneration && FYBlocksData == Y.Read() && FYBlocksSource &&
+        FYBlocksSource->GetCount() == Y.GetSize())
+        return *FYBlocksSource;
+    // The summary that came with the samples from the data stage, when there is one for
+    // exactly these samples; else one made here with a read of the record.
+    const auto* Own = dynamic_cast<const TQVChannelBuffer*>(&Y);
+    const TQVBlockExtremes* Kept = Own ? Own->GetExtremes() : nullptr;
+    if (Kept && Kept->GetCount() == Y.GetSize()) {
+        FYBlocksSource = Kept;
+    } else {
         FYBlocks.Build(Y.Read(), Y.GetSize());
-        FYBlocksGeneration = FDrawGeneration;
-        FYBlocksData = Y.Read();
-        FYBlocksValid = true;
+        FYBlocksSource = &FYBlocks;
     }
-    return FYBlocks;
+    FYBlocksGeneration = FDrawGeneration;
+    FYBlocksData = Y.Read();
+    FYBlocksValid = true;
+    return *FYBlocksSource;
 }
 
 bool TQVScopeChannel::GetDrawYExtremes(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const
