@@ -120,8 +120,14 @@ TQVChannelBuffer::TBlock::TBlock(int32_t ACapacity)
     CountBytes(int64_t(BytesOf(ACapacity)));
 }
 
+TQVChannelBuffer::TBlock::TBlock(const double* AItems, int32_t ACount, std::shared_ptr<const void> AOwner)
+    : Capacity(ACount), Items(const_cast<double*>(AItems)), Foreign(std::move(AOwner)), IsForeign(true)
+{}
+
 TQVChannelBuffer::TBlock::~TBlock()
 {
+    if (IsForeign)
+        return;
     std::free(Items);
     CountBytes(-int64_t(BytesOf(Capacity)));
 }
@@ -259,6 +265,8 @@ void TQVChannelBuffer::ForSegments(int32_t AFirst, int32_t ACount, F&& AProc) co
 
 bool TQVChannelBuffer::CanWrite(int32_t APos, int32_t ACount) const
 {
+    if (FBlock->IsForeign)
+        return false;
     if (FBlock->Refs.load(std::memory_order_acquire) == 1) {
         // Alone: whatever was handed out is gone, and this buffer may write anywhere.
         FBlock->GuardLo = FBlock->GuardHi = 0;
@@ -321,7 +329,7 @@ int32_t TQVChannelBuffer::PrepareAppend(int32_t ACount, uint32_t ALimit)
         if (ALimit != 0)
             Grown = Need <= int64_t(ALimit) ? std::min<int64_t>(Grown, ALimit) : Need;
         const auto NewCapacity = static_cast<int32_t>(std::min<int64_t>(Grown, INT32_MAX));
-        if (FBlock && !GetIsWrapped() && GetIsSole()) {
+        if (FBlock && !FBlock->IsForeign && !GetIsWrapped() && GetIsSole()) {
             // Alone with the block: grow it where it is; the samples keep their positions.
             FBlock->Grow(NewCapacity);
             FBlock->GuardLo = FBlock->GuardHi = 0;
@@ -350,8 +358,8 @@ bool TQVChannelBuffer::ReuseFor(int32_t ACount) const
 {
     // Only a block held alone, large enough and not much larger than needed.
     const int32_t Capacity = GetCapacity();
-    return FBlock && ACount > 0 && Capacity >= ACount && int64_t(Capacity) <= 2 * int64_t(ACount) + kMinCapacity &&
-           GetIsSole();
+    return FBlock && !FBlock->IsForeign && ACount > 0 && Capacity >= ACount &&
+           int64_t(Capacity) <= 2 * int64_t(ACount) + kMinCapacity && GetIsSole();
 }
 
 // ---- IQVRealBuffer ----
@@ -497,6 +505,32 @@ void TQVChannelBuffer::Assign(const T* AData, int32_t ACount)
         FExtremes.Build(FBlock->Items, ACount);
         FExtremesStale = false;
     }
+}
+
+void TQVChannelBuffer::AssignForeign(const double* AData, int32_t ACount, std::shared_ptr<const void> AOwner)
+{
+    CheckCount(AData, ACount);
+    if (ACount == 0) {
+        Clear();
+        return;
+    }
+    // The summary first: when it cannot be made the buffer stays as it was.
+    TQVBlockExtremes Extremes;
+    if (FKeepExtremes)
+        Extremes.Build(AData, ACount);
+    auto* Foreign = new TBlock(AData, ACount, std::move(AOwner));
+    Release();
+    FBlock = Foreign;
+    FHead = 0;
+    FSize = ACount;
+    FWriter = false;
+    FExtremes = std::move(Extremes);
+    FExtremesStale = false;
+}
+
+bool TQVChannelBuffer::GetIsForeign() const
+{
+    return FBlock && FBlock->IsForeign;
 }
 
 void TQVChannelBuffer::AssignShared(const TQVChannelBuffer& ASource)
@@ -693,7 +727,7 @@ void TQVChannelBuffer::CopyTo(double* ADest, int32_t AFirst, int32_t ACount) con
     });
 }
 
-std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share() const
+std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share(bool AWithExtremes) const
 {
     auto Result = std::make_shared<TQVChannelBuffer>();
     if (FSize == 0)
@@ -720,7 +754,7 @@ std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share() const
         Result->FHead = FHead;
     }
     Result->FSize = FSize;
-    if (const TQVBlockExtremes* Extremes = GetExtremes()) {
+    if (const TQVBlockExtremes* Extremes = AWithExtremes ? GetExtremes() : nullptr) {
         Result->FKeepExtremes = true;
         Result->FExtremes = *Extremes;
     }

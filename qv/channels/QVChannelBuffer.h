@@ -75,6 +75,14 @@ public:
     // Replaces the content by ACount converted elements.
     template <QVChannelElement T>
     void Assign(const T* AData, int32_t ACount);
+    // Reads ACount doubles at AData in place, without a copy: memory the caller owns and keeps
+    // unchanged (a mapped file, say), held alive by AOwner when given. The buffer never writes
+    // it: any change that would (a write, an append in place, a grown block) first moves the
+    // samples into memory of the buffer's own. Dropping samples at the front stays in place.
+    // Raises std::invalid_argument as the constructor does.
+    void AssignForeign(const double* AData, int32_t ACount, std::shared_ptr<const void> AOwner);
+    // Whether the samples are read in place from foreign memory.
+    bool GetIsForeign() const;
     // Takes the samples of ASource as they are now, sharing them as Share() does.
     void AssignShared(const TQVChannelBuffer& ASource);
     // Takes a contiguous copy of the samples of ASource, into this buffer's own block when it
@@ -104,7 +112,8 @@ public:
 
     // A new buffer holding these samples, contiguous, that no later write to this one
     // changes. Shares the block unless the ring wraps.
-    std::shared_ptr<TQVChannelBuffer> Share() const;
+    // AWithExtremes false leaves the summary behind, for a reader that only needs samples.
+    std::shared_ptr<TQVChannelBuffer> Share(bool AWithExtremes = true) const;
 
     int32_t GetCapacity() const;
     // The samples run round the end of the block.
@@ -141,6 +150,8 @@ public:
 private:
     struct TBlock {
         explicit TBlock(int32_t ACapacity);
+        // Foreign memory, read only; never freed here.
+        TBlock(const double* AItems, int32_t ACount, std::shared_ptr<const void> AOwner);
         ~TBlock();
         TBlock(const TBlock&) = delete;
         TBlock& operator=(const TBlock&) = delete;
@@ -156,6 +167,9 @@ private:
         int32_t GuardLo = 0;
         int32_t GuardHi = 0;
         double* Items;
+        // Set for foreign memory: what keeps it alive. Such a block is never written.
+        std::shared_ptr<const void> Foreign;
+        bool IsForeign = false;
     };
 
     int32_t Physical(int32_t AIndex) const;

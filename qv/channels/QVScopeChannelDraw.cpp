@@ -49,6 +49,19 @@ private:
     TQVScopeOwner* FScope;
 };
 
+// ACount samples of a draw-stage buffer from AStart on, as a buffer of their own. The
+// channel's buffers give a view of their samples that holds the memory under it, so that a
+// zoom into a long record costs no copy of the samples on screen; others are copied.
+std::shared_ptr<IQVRealBuffer> SliceOf(const std::shared_ptr<IQVRealBuffer>& ABuffer, int32_t AStart, int32_t ACount)
+{
+    if (const auto* Own = dynamic_cast<const TQVChannelBuffer*>(ABuffer.get())) {
+        std::shared_ptr<TQVChannelBuffer> Shared = Own->Share(false);
+        const double* Data = Shared->Read() + AStart;
+        return std::make_shared<TQVForeignRealBuffer>(Data, ACount, std::move(Shared));
+    }
+    return std::make_shared<TQVRealBuffer>(ABuffer->Read() + AStart, ACount);
+}
+
 // The width of a scale's full range, for the ratio of two scales.
 inline double FullSpan(const TQVLimitCachedMinMaxValue& AScale)
 {
@@ -193,8 +206,8 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
             FXScreenDataBuffer = FXDrawDataBuffer;
             FYScreenDataBuffer = FYDrawDataBuffer;
         } else {
-            FXScreenDataBuffer = std::make_shared<TQVRealBuffer>(XDraw.Read() + FScreenStartIndex, c);
-            FYScreenDataBuffer = std::make_shared<TQVRealBuffer>(YDraw.Read() + FScreenStartIndex, c);
+            FXScreenDataBuffer = SliceOf(FXDrawDataBuffer, FScreenStartIndex, c);
+            FYScreenDataBuffer = SliceOf(FYDrawDataBuffer, FScreenStartIndex, c);
         }
         const double* XS = FXScreenDataBuffer->Read();
 
