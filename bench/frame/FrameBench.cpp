@@ -105,7 +105,7 @@ void BM_FullFrameScope(benchmark::State& AState)
         Rig.Feed((Flip = !Flip) ? A : B);
         AState.ResumeTiming();
         // The two halves of the frame are reported apart: the refresh tick's hand-over of
-        // the new samples (the only part that reads them all) and the paint.
+        // the new samples (with the summary of their extremes that intake kept) and the paint.
         const double T0 = CpuSeconds();
         Rig.Scope.RefreshView();
         const double T1 = CpuSeconds();

@@ -730,8 +730,10 @@ void TQVChannelBuffer::CopyTo(double* ADest, int32_t AFirst, int32_t ACount) con
 std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share(bool AWithExtremes) const
 {
     auto Result = std::make_shared<TQVChannelBuffer>();
-    if (FSize == 0)
+    if (FSize == 0) {
+        Result->FKeepExtremes = AWithExtremes && FKeepExtremes; // an empty summary
         return Result;
+    }
     if (GetIsWrapped()) {
         // Readers need the samples in one run: copy them once, into a block of their own.
         auto* Fresh = NewBlock(FSize);
