@@ -120,8 +120,14 @@ TQVChannelBuffer::TBlock::TBlock(int32_t ACapacity)
     CountBytes(int64_t(BytesOf(ACapacity)));
 }
 
+TQVChannelBuffer::TBlock::TBlock(const double* AItems, int32_t ACount, std::shared_ptr<const void> AOwner)
+    : Capacity(ACount), Items(const_cast<double*>(AItems)), Foreign(std::move(AOwner)), IsForeign(true)
+{}
+
 TQVChannelBuffer::TBlock::~TBlock()
 {
+    if (IsForeign)
+        return;
     std::free(Items);
     CountBytes(-int64_t(BytesOf(Capacity)));
 }
@@ -259,6 +265,8 @@ void TQVChannelBuffer::ForSegments(int32_t AFirst, int32_t ACount, F&& AProc) co
 
 bool TQVChannelBuffer::CanWrite(int32_t APos, int32_t ACount) const
 {
+    if (FBlock->IsForeign)
+        return false;
     if (FBlock->Refs.load(std::memory_order_acquire) == 1) {
         // Alone: whatever was handed out is gone, and this buffer may write anywhere.
         FBlock->GuardLo = FBlock->GuardHi = 0;
@@ -321,7 +329,7 @@ int32_t TQVChannelBuffer::PrepareAppend(int32_t ACount, uint32_t ALimit)
         if (ALimit != 0)
             Grown = Need <= int64_t(ALimit) ? std::min<int64_t>(Grown, ALimit) : Need;
         const auto NewCapacity = static_cast<int32_t>(std::min<int64_t>(Grown, INT32_MAX));
-        if (FBlock && !GetIsWrapped() && GetIsSole()) {
+        if (FBlock && !FBlock->IsForeign && !GetIsWrapped() && GetIsSole()) {
             // Alone with the block: grow it where it is; the samples keep their positions.
             FBlock->Grow(NewCapacity);
             FBlock->GuardLo = FBlock->GuardHi = 0;
@@ -350,8 +358,8 @@ bool TQVChannelBuffer::ReuseFor(int32_t ACount) const
 {
     // Only a block held alone, large enough and not much larger than needed.
     const int32_t Capacity = GetCapacity();
-    return FBlock && ACount > 0 && Capacity >= ACount && int64_t(Capacity) <= 2 * int64_t(ACount) + kMinCapacity &&
-           GetIsSole();
+    return FBlock && !FBlock->IsForeign && ACount > 0 && Capacity >= ACount &&
+           int64_t(Capacity) <= 2 * int64_t(ACount) + kMinCapacity && GetIsSole();
 }
 
 // ---- IQVRealBuffer ----
@@ -365,6 +373,8 @@ void TQVChannelBuffer::Resize(int32_t ASize, bool AKeepContent)
             FSize = ASize;
             if (FSize == 0)
                 FHead = 0;
+            // Samples left at the back: the summary is made anew when next asked for.
+            FExtremesStale = FKeepExtremes;
         } else {
             AppendFill(ASize - FSize, 0.0);
         }
@@ -385,6 +395,7 @@ void TQVChannelBuffer::Resize(int32_t ASize, bool AKeepContent)
     FWriter = true;
     FHead = 0;
     FSize = ASize;
+    FExtremesStale = FKeepExtremes;
 }
 
 const double* TQVChannelBuffer::Read() const
@@ -402,6 +413,8 @@ double* TQVChannelBuffer::Write()
     Straighten();
     if (!CanWrite(FHead, FSize))
         Relocate(FBlock->Capacity);
+    // The caller may change any sample through the pointer.
+    FExtremesStale = FKeepExtremes;
     return FBlock->Items + FHead;
 }
 
@@ -419,6 +432,7 @@ void TQVChannelBuffer::SetItem(int32_t AIndex, double AValue)
     if (!CanWrite(Physical(AIndex), 1))
         Relocate(FBlock->Capacity);
     FBlock->Items[Physical(AIndex)] = AValue;
+    FExtremesStale = FKeepExtremes;
 }
 
 double TQVChannelBuffer::Min() const
@@ -487,6 +501,36 @@ void TQVChannelBuffer::Assign(const T* AData, int32_t ACount)
     FWriter = true;
     FHead = 0;
     FSize = ACount;
+    if (FKeepExtremes) {
+        FExtremes.Build(FBlock->Items, ACount);
+        FExtremesStale = false;
+    }
+}
+
+void TQVChannelBuffer::AssignForeign(const double* AData, int32_t ACount, std::shared_ptr<const void> AOwner)
+{
+    CheckCount(AData, ACount);
+    if (ACount == 0) {
+        Clear();
+        return;
+    }
+    // The summary first: when it cannot be made the buffer stays as it was.
+    TQVBlockExtremes Extremes;
+    if (FKeepExtremes)
+        Extremes.Build(AData, ACount);
+    auto* Foreign = new TBlock(AData, ACount, std::move(AOwner));
+    Release();
+    FBlock = Foreign;
+    FHead = 0;
+    FSize = ACount;
+    FWriter = false;
+    FExtremes = std::move(Extremes);
+    FExtremesStale = false;
+}
+
+bool TQVChannelBuffer::GetIsForeign() const
+{
+    return FBlock && FBlock->IsForeign;
 }
 
 void TQVChannelBuffer::AssignShared(const TQVChannelBuffer& ASource)
@@ -499,6 +543,7 @@ void TQVChannelBuffer::AssignShared(const TQVChannelBuffer& ASource)
     FHead = Shared->FHead;
     FSize = std::exchange(Shared->FSize, 0);
     FWriter = false;
+    TakeExtremesOf(*Shared);
 }
 
 void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
@@ -511,6 +556,7 @@ void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
         Release();
         if (Count == 0) {
             FHead = FSize = 0;
+            TakeExtremesOf(ASource);
             return;
         }
         FBlock = NewBlock(Count);
@@ -521,6 +567,7 @@ void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
     FSize = 0;
     ASource.CopyTo(FBlock->Items, 0, Count);
     FSize = Count;
+    TakeExtremesOf(ASource);
 }
 
 template <QVChannelElement T>
@@ -533,6 +580,7 @@ void TQVChannelBuffer::Append(const T* AData, int32_t ACount, uint32_t ALimit)
     FillPositions(Pos, ACount, [AData](double* ADest, int32_t ARun, int32_t AOffset) {
         QVArrayConvert(AData + AOffset, ADest, size_t(ARun));
     });
+    ExtremesAppended(ACount);
 }
 
 void TQVChannelBuffer::AssignRamp(int32_t ACount)
@@ -552,6 +600,8 @@ void TQVChannelBuffer::AssignRamp(int32_t ACount)
         for (int32_t i = 0; i < ARun; ++i)
             ADest[i] = double(i);
     });
+    if (FKeepExtremes)
+        ExtremesRenewed();
 }
 
 void TQVChannelBuffer::AppendRamp(int32_t ACount, double ABase, double AStep, uint32_t ALimit)
@@ -565,6 +615,7 @@ void TQVChannelBuffer::AppendRamp(int32_t ACount, double ABase, double AStep, ui
         for (int32_t i = 0; i < ARun; ++i)
             ADest[i] = ABase + (First + double(i));
     });
+    ExtremesAppended(ACount);
 }
 
 void TQVChannelBuffer::AppendFill(int32_t ACount, double AValue, uint32_t ALimit)
@@ -574,6 +625,7 @@ void TQVChannelBuffer::AppendFill(int32_t ACount, double AValue, uint32_t ALimit
         return;
     const int32_t Pos = PrepareAppend(ACount, ALimit);
     FillPositions(Pos, ACount, [AValue](double* ADest, int32_t ARun, int32_t) { std::fill_n(ADest, ARun, AValue); });
+    ExtremesAppended(ACount);
 }
 
 void TQVChannelBuffer::PrependFill(int32_t ACount, double AValue)
@@ -589,6 +641,7 @@ void TQVChannelBuffer::PrependFill(int32_t ACount, double AValue)
     Relocate(static_cast<int32_t>(std::max<int64_t>(Need, GetCapacity())), ACount);
     std::fill_n(FBlock->Items, ACount, AValue);
     FSize += ACount;
+    FExtremesStale = FKeepExtremes;
 }
 
 void TQVChannelBuffer::DropFront(int32_t ACount)
@@ -602,6 +655,8 @@ void TQVChannelBuffer::DropFront(int32_t ACount)
     FSize -= ACount;
     if (FSize == 0)
         FHead = 0;
+    if (FKeepExtremes && !FExtremesStale)
+        FExtremes.DropFront(ACount);
 }
 
 void TQVChannelBuffer::Clear()
@@ -609,6 +664,54 @@ void TQVChannelBuffer::Clear()
     Release();
     FHead = 0;
     FSize = 0;
+    FExtremes.Clear();
+    FExtremesStale = false;
+}
+
+void TQVChannelBuffer::SetKeepExtremes(bool AValue)
+{
+    FKeepExtremes = AValue;
+    if (AValue)
+        ExtremesRenewed();
+    else
+        FExtremes.Clear();
+}
+
+const TQVBlockExtremes* TQVChannelBuffer::GetExtremes() const
+{
+    if (!FKeepExtremes)
+        return nullptr;
+    if (FExtremesStale)
+        ExtremesRenewed();
+    return &FExtremes;
+}
+
+void TQVChannelBuffer::ExtremesAppended(int32_t ACount)
+{
+    if (!FKeepExtremes || FExtremesStale)
+        return;
+    ForSegments(FSize - ACount, ACount,
+                [this](const double* AData, int32_t ARun, int32_t) { FExtremes.Append(AData, ARun); });
+}
+
+void TQVChannelBuffer::ExtremesRenewed() const
+{
+    FExtremes.Clear();
+    if (FBlock)
+        ForSegments(0, FSize, [this](const double* AData, int32_t ARun, int32_t) { FExtremes.Append(AData, ARun); });
+    FExtremesStale = false;
+}
+
+void TQVChannelBuffer::TakeExtremesOf(const TQVChannelBuffer& ASource)
+{
+    if (!FKeepExtremes)
+        return;
+    if (const TQVBlockExtremes* Source = ASource.GetExtremes()) {
+        FExtremes = *Source;
+        FExtremesStale = false;
+    } else {
+        ExtremesRenewed();
+    }
 }
 
 void TQVChannelBuffer::CopyTo(double* ADest, int32_t AFirst, int32_t ACount) const
@@ -624,11 +727,13 @@ void TQVChannelBuffer::CopyTo(double* ADest, int32_t AFirst, int32_t ACount) con
     });
 }
 
-std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share() const
+std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share(bool AWithExtremes) const
 {
     auto Result = std::make_shared<TQVChannelBuffer>();
-    if (FSize == 0)
+    if (FSize == 0) {
+        Result->FKeepExtremes = AWithExtremes && FKeepExtremes; // an empty summary
         return Result;
+    }
     if (GetIsWrapped()) {
         // Readers need the samples in one run: copy them once, into a block of their own.
         auto* Fresh = NewBlock(FSize);
@@ -651,6 +756,10 @@ std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share() const
         Result->FHead = FHead;
     }
     Result->FSize = FSize;
+    if (const TQVBlockExtremes* Extremes = AWithExtremes ? GetExtremes() : nullptr) {
+        Result->FKeepExtremes = true;
+        Result->FExtremes = *Extremes;
+    }
     return Result;
 }
 

@@ -24,6 +24,7 @@
 // TQVGapList holds a channel's gap indexes with a running offset, so that shifting every
 // index by the number of dropped samples costs no pass over the list.
 
+#include "qv/foundation/QVBlockExtremes.h"
 #include "qv/foundation/QVBuffers.h"
 
 #include <atomic>
@@ -74,6 +75,14 @@ public:
     // Replaces the content by ACount converted elements.
     template <QVChannelElement T>
     void Assign(const T* AData, int32_t ACount);
+    // Reads ACount doubles at AData in place, without a copy: memory the caller owns and keeps
+    // unchanged (a mapped file, say), held alive by AOwner when given. The buffer never writes
+    // it: any change that would (a write, an append in place, a grown block) first moves the
+    // samples into memory of the buffer's own. Dropping samples at the front stays in place.
+    // Raises std::invalid_argument as the constructor does.
+    void AssignForeign(const double* AData, int32_t ACount, std::shared_ptr<const void> AOwner);
+    // Whether the samples are read in place from foreign memory.
+    bool GetIsForeign() const;
     // Takes the samples of ASource as they are now, sharing them as Share() does.
     void AssignShared(const TQVChannelBuffer& ASource);
     // Takes a contiguous copy of the samples of ASource, into this buffer's own block when it
@@ -103,7 +112,8 @@ public:
 
     // A new buffer holding these samples, contiguous, that no later write to this one
     // changes. Shares the block unless the ring wraps.
-    std::shared_ptr<TQVChannelBuffer> Share() const;
+    // AWithExtremes false leaves the summary behind, for a reader that only needs samples.
+    std::shared_ptr<TQVChannelBuffer> Share(bool AWithExtremes = true) const;
 
     int32_t GetCapacity() const;
     // The samples run round the end of the block.
@@ -121,6 +131,16 @@ public:
     // Blocks this buffer makes from now on return to ARecycler (null: none).
     void SetRecycler(std::shared_ptr<TRecycler> ARecycler) { FRecycler = std::move(ARecycler); }
 
+    // A summary of the samples' extremes kept with them (TQVBlockExtremes): every change at
+    // either end updates it in amortised constant work per sample, and Share() hands it out
+    // with the samples, so that a reader of the shared buffer never summarises them again.
+    // A write through Write() or SetItem, which may change any sample, leaves it to be made
+    // anew on the next Share() or GetExtremes(). Off by default.
+    void SetKeepExtremes(bool AValue);
+    bool GetKeepExtremes() const { return FKeepExtremes; }
+    // The summary of the samples as they are now; null when none is kept.
+    const TQVBlockExtremes* GetExtremes() const;
+
     // Bytes of sample storage held by all channel buffers of the process now, and the most
     // held at once since the last ResetPeakBytes.
     static int64_t GetLiveBytes();
@@ -130,6 +150,8 @@ public:
 private:
     struct TBlock {
         explicit TBlock(int32_t ACapacity);
+        // Foreign memory, read only; never freed here.
+        TBlock(const double* AItems, int32_t ACount, std::shared_ptr<const void> AOwner);
         ~TBlock();
         TBlock(const TBlock&) = delete;
         TBlock& operator=(const TBlock&) = delete;
@@ -145,6 +167,9 @@ private:
         int32_t GuardLo = 0;
         int32_t GuardHi = 0;
         double* Items;
+        // Set for foreign memory: what keeps it alive. Such a block is never written.
+        std::shared_ptr<const void> Foreign;
+        bool IsForeign = false;
     };
 
     int32_t Physical(int32_t AIndex) const;
@@ -168,6 +193,11 @@ private:
     void FillPositions(int32_t APos, int32_t ACount, F&& AProc);
     // Whether a fresh content of ACount samples goes into the present block.
     bool ReuseFor(int32_t ACount) const;
+    // The summary after a change: the last ACount samples are new, or all of them are.
+    void ExtremesAppended(int32_t ACount);
+    void ExtremesRenewed() const;
+    // The summary of ASource's samples, which this buffer now holds.
+    void TakeExtremesOf(const TQVChannelBuffer& ASource);
 
     // Straightening a ring inside Read() changes where the samples lie, not what they are.
     mutable TBlock* FBlock = nullptr;
@@ -175,6 +205,10 @@ private:
     mutable bool FWriter = false;
     int32_t FSize = 0;
     std::shared_ptr<TRecycler> FRecycler;
+    bool FKeepExtremes = false;
+    // Made anew lazily after a write that may have changed any sample.
+    mutable bool FExtremesStale = false;
+    mutable TQVBlockExtremes FExtremes;
 };
 
 class TQVChannelBuffer::TRecycler {

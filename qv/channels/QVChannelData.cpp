@@ -136,6 +136,33 @@ void TQVChannelData::SetYData(const T* ABuffer, uint32_t ASize)
     });
 }
 
+void TQVChannelData::SetYDataNoCopy(const std::shared_ptr<TQVForeignRealBuffer>& ABuffer)
+{
+    CheckBuffer("SetYDataNoCopy", ABuffer);
+    if (!ABuffer->GetIsForeign()) {
+        // Written since it was made: its samples are its own now, and it could change them
+        // under the channel. They are copied as SetYData copies.
+        SetYData(std::static_pointer_cast<IQVRealBuffer>(ABuffer));
+        return;
+    }
+    FChannel->FDataCriticalSection.Execute([&] {
+        const double* Data = ABuffer->Read();
+        auto Size = uint32_t(ABuffer->GetSize());
+        TrimToLimit(Data, Size, FChannel->GetSizeLimit());
+        // Both sides are made before either replaces the channel's, so that a failure (no
+        // memory for the ramp) leaves the channel as it was.
+        TQVChannelBuffer Y;
+        Y.SetKeepExtremes(true);
+        Y.AssignForeign(Data, int32_t(Size), ABuffer->GetOwner());
+        TQVChannelBuffer X;
+        X.AssignRamp(int32_t(Size));
+        FChannel->FYDataBuffer.AssignShared(Y);
+        FChannel->FXDataBuffer.AssignShared(X);
+        FChannel->FIsRamp.store(true, std::memory_order_release);
+        FChannel->SetFlags();
+    });
+}
+
 void TQVChannelData::SetYData(const std::shared_ptr<IQVRealBuffer>& ABuffer)
 {
     CheckBuffer("SetYData", ABuffer);

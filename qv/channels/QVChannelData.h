@@ -64,6 +64,14 @@ public:
     void SetYData(const T* ABuffer, uint32_t ASize);
     void SetYData(const std::shared_ptr<IQVRealBuffer>& ABuffer);
     void SetYData(const std::shared_ptr<IQVIntegerBuffer>& ABuffer);
+    // As SetYData, but the channel reads the samples in place, without a copy, for as long as
+    // it keeps them: both stages share the caller's memory (a memory-mapped file of doubles,
+    // say) and only the summary of their extremes is made, with one read. The memory must
+    // stay unchanged and alive while the channel reads it; the buffer's owner, when it has
+    // one, is held for that. A later intake that appends copies the kept samples into the
+    // channel's own memory first; dropping samples does not. A buffer already written since
+    // it was made (no longer foreign) is copied as SetYData copies. X becomes the ramp.
+    void SetYDataNoCopy(const std::shared_ptr<TQVForeignRealBuffer>& ABuffer);
     template <QVChannelElement T>
     void SetXYData(const T* XBuffer, const T* YBuffer, uint32_t ASize);
     void SetXYData(const std::shared_ptr<IQVRealBuffer>& XBuffer, const std::shared_ptr<IQVRealBuffer>& YBuffer);

@@ -207,6 +207,18 @@ TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_
                 Guess = int32_t(At);
             else if (At >= ACount)
                 Guess = ACount;
+            // The next column's edge lies about as far on: its samples, X and summary are
+            // fetched while this column is worked out, since on a long record they are far
+            // apart in memory and nowhere in the cache.
+            if (ABlocks && Guess > AFirst + 1) {
+                const int64_t Next = int64_t(Guess) + (Guess - AFirst);
+                if (Next < ACount) {
+#if defined(__GNUC__) || defined(__clang__)
+                    __builtin_prefetch(AX + Next);
+#endif
+                    ABlocks->Prefetch(AY - ABlockBase, ABlockBase + int32_t(Next));
+                }
+            }
             return FirstPast(AFirst + 1, ACount, Guess, [&](int32_t i) { return i >= ACount || ColumnAt(i) != K; });
         },
         Reduce);

@@ -26,6 +26,9 @@ TQVDisplayChannel::TQVDisplayChannel(TQLCollection* ACollection)
 {
     FXDataBuffer.SetRecycler(FBlockRecycler);
     FYDataBuffer.SetRecycler(FBlockRecycler);
+    // Y's extremes are kept as samples arrive and travel with them to the draw stage, where
+    // downsampling and the Y axis' range read them instead of the samples.
+    FYDataBuffer.SetKeepExtremes(true);
 }
 
 TQVDisplayChannel::~TQVDisplayChannel()

@@ -183,8 +183,8 @@ public:
 
     // The extremes of the draw stage's Y samples AFirst..AEnd - 1 (held to the record):
     // AFinite false skips NaN, AFinite true every sample that is not finite. False when no
-    // sample counts. The first call after a hand-over reads the record once into a block
-    // summary; later calls read the summary and at most two part blocks.
+    // sample counts. Reads the summary handed over with the samples and at most two part
+    // blocks; samples that came without one are summarised on the first call.
     bool GetDrawYExtremes(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const override;
     double GetAxisSampleRate() const override;
 
@@ -288,9 +288,11 @@ private:
         double YBase = 0.0;
     };
     TScaledMapping FScaledMapping;
-    // The block summary of the draw stage's Y, and what it was built from.
+    // The block summary of the draw stage's Y: the one handed over with the samples, or one
+    // made here for samples that came without it; and what it was taken for.
     const TQVBlockExtremes& DrawYBlocks() const;
     mutable TQVBlockExtremes FYBlocks;
+    mutable const TQVBlockExtremes* FYBlocksSource = nullptr;
     mutable uint64_t FYBlocksGeneration = 0;
     mutable const double* FYBlocksData = nullptr;
     mutable bool FYBlocksValid = false;

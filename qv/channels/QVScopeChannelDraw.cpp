@@ -49,6 +49,19 @@ private:
     TQVScopeOwner* FScope;
 };
 
+// ACount samples of a draw-stage buffer from AStart on, as a buffer of their own. The
+// channel's buffers give a view of their samples that holds the memory under it, so that a
+// zoom into a long record costs no copy of the samples on screen; others are copied.
+std::shared_ptr<IQVRealBuffer> SliceOf(const std::shared_ptr<IQVRealBuffer>& ABuffer, int32_t AStart, int32_t ACount)
+{
+    if (const auto* Own = dynamic_cast<const TQVChannelBuffer*>(ABuffer.get())) {
+        std::shared_ptr<TQVChannelBuffer> Shared = Own->Share(false);
+        const double* Data = Shared->Read() + AStart;
+        return std::make_shared<TQVForeignRealBuffer>(Data, ACount, std::move(Shared));
+    }
+    return std::make_shared<TQVRealBuffer>(ABuffer->Read() + AStart, ACount);
+}
+
 // The width of a scale's full range, for the ratio of two scales.
 inline double FullSpan(const TQVLimitCachedMinMaxValue& AScale)
 {
@@ -193,8 +206,8 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
             FXScreenDataBuffer = FXDrawDataBuffer;
             FYScreenDataBuffer = FYDrawDataBuffer;
         } else {
-            FXScreenDataBuffer = std::make_shared<TQVRealBuffer>(XDraw.Read() + FScreenStartIndex, c);
-            FYScreenDataBuffer = std::make_shared<TQVRealBuffer>(YDraw.Read() + FScreenStartIndex, c);
+            FXScreenDataBuffer = SliceOf(FXDrawDataBuffer, FScreenStartIndex, c);
+            FYScreenDataBuffer = SliceOf(FYDrawDataBuffer, FScreenStartIndex, c);
         }
         const double* XS = FXScreenDataBuffer->Read();
 
@@ -315,14 +328,23 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
 const TQVBlockExtremes& TQVScopeChannel::DrawYBlocks() const
 {
     const IQVRealBuffer& Y = *FYDrawDataBuffer;
-    if (!FYBlocksValid || FYBlocksGeneration != FDrawGeneration || FYBlocksData != Y.Read() ||
-        FYBlocks.GetCount() != Y.GetSize()) {
+    if (FYBlocksValid && FYBlocksGeneration == FDrawGeneration && FYBlocksData == Y.Read() && FYBlocksSource &&
+        FYBlocksSource->GetCount() == Y.GetSize())
+        return *FYBlocksSource;
+    // The summary that came with the samples from the data stage, when there is one for
+    // exactly these samples; else one made here with a read of the record.
+    const auto* Own = dynamic_cast<const TQVChannelBuffer*>(&Y);
+    const TQVBlockExtremes* Kept = Own ? Own->GetExtremes() : nullptr;
+    if (Kept && Kept->GetCount() == Y.GetSize()) {
+        FYBlocksSource = Kept;
+    } else {
         FYBlocks.Build(Y.Read(), Y.GetSize());
-        FYBlocksGeneration = FDrawGeneration;
-        FYBlocksData = Y.Read();
-        FYBlocksValid = true;
+        FYBlocksSource = &FYBlocks;
     }
-    return FYBlocks;
+    FYBlocksGeneration = FDrawGeneration;
+    FYBlocksData = Y.Read();
+    FYBlocksValid = true;
+    return *FYBlocksSource;
 }
 
 bool TQVScopeChannel::GetDrawYExtremes(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <stdexcept>
+#include <string>
 
 namespace qv {
 
@@ -76,46 +78,196 @@ bool WholeBlockExtremes(const double* AData, size_t ABlocks, TQVBlockExtremes::T
 }
 #endif
 
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr TQVBlockExtremes::TBlock kEmpty{kInf, -kInf, kInf, -kInf};
+
+// The comparisons never see NaN: every kept extreme is a number or an infinity.
+inline void Merge(TQVBlockExtremes::TBlock& AInto, const TQVBlockExtremes::TBlock& AFrom)
+{
+    AInto.Lo = AFrom.Lo < AInto.Lo ? AFrom.Lo : AInto.Lo;
+    AInto.Hi = AFrom.Hi > AInto.Hi ? AFrom.Hi : AInto.Hi;
+    AInto.FiniteLo = AFrom.FiniteLo < AInto.FiniteLo ? AFrom.FiniteLo : AInto.FiniteLo;
+    AInto.FiniteHi = AFrom.FiniteHi > AInto.FiniteHi ? AFrom.FiniteHi : AInto.FiniteHi;
+}
+
+inline TQVBlockExtremes::TBlock SamplesOf(const double* AData, size_t ACount)
+{
+    TQVBlockExtremes::TBlock B;
+    QVArrayExtremes(AData, ACount, B.Lo, B.Hi, B.FiniteLo, B.FiniteHi);
+    return B;
+}
+
+// Entries of a level per entry of level ALevel, as a power: Fanout^ALevel.
+inline int64_t Span(int32_t ALevel)
+{
+    int64_t S = 1;
+    for (int32_t i = 0; i < ALevel; ++i)
+        S *= TQVBlockExtremes::Fanout;
+    return S;
+}
+
 } // namespace
+
+TQVBlockExtremes::TQVBlockExtremes(const TQVBlockExtremes& ASource)
+    : FLevels(ASource.FLevels), FBase(ASource.FBase), FCount(ASource.FCount), FWriter(false)
+{}
+
+TQVBlockExtremes& TQVBlockExtremes::operator=(const TQVBlockExtremes& ASource)
+{
+    if (this != &ASource) {
+        FLevels = ASource.FLevels;
+        FBase = ASource.FBase;
+        FCount = ASource.FCount;
+        FWriter = false;
+    }
+    return *this;
+}
+
+void TQVBlockExtremes::Clear()
+{
+    for (TLevel& L : FLevels) {
+        L.Chunks.clear();
+        L.FirstChunk = 0;
+        L.Open = kEmpty;
+    }
+    FBase = 0;
+    FCount = 0;
+    FWriter = true;
+}
 
 void TQVBlockExtremes::Build(const double* AData, int32_t ACount)
 {
-    FCount = std::max(ACount, 0);
-    const size_t Blocks = (size_t(FCount) + BlockSize - 1) / BlockSize;
-    const size_t Whole = size_t(FCount) / BlockSize;
-    FBlocks.resize(Blocks);
-    // Whole blocks in one pass, written straight into the summary with the finite extremes
-    // equal to the others; only a block holding an infinity, which real records rarely
-    // have, is read a second time for its finite extremes.
-    constexpr double Inf = std::numeric_limits<double>::infinity();
-    if (WholeBlockExtremes(AData, Whole, FBlocks.data()))
-        for (size_t b = 0; b < Whole; ++b) {
-            TBlock& B = FBlocks[b];
-            if (B.Lo == -Inf || B.Hi == Inf) {
-                double L, H;
-                QVArrayExtremes(AData + b * BlockSize, BlockSize, L, H, B.FiniteLo, B.FiniteHi);
-            }
-        }
-    if (Whole < Blocks) {
-        TBlock& B = FBlocks[Whole];
-        QVArrayExtremes(AData + Whole * BlockSize, size_t(FCount) - Whole * BlockSize, B.Lo, B.Hi, B.FiniteLo,
-                        B.FiniteHi);
+    Clear();
+    Append(AData, ACount);
+}
+
+const TQVBlockExtremes::TBlock& TQVBlockExtremes::Entry(int32_t ALevel, int64_t AIndex) const
+{
+    const TLevel& L = FLevels[size_t(ALevel)];
+    return L.Chunks[size_t(AIndex / ChunkEntries - L.FirstChunk)]->Items[AIndex % ChunkEntries];
+}
+
+TQVBlockExtremes::TBlock& TQVBlockExtremes::Entry(int32_t ALevel, int64_t AIndex)
+{
+    TLevel& L = FLevels[size_t(ALevel)];
+    const int64_t Chunk = AIndex / ChunkEntries;
+    if (L.Chunks.empty())
+        L.FirstChunk = Chunk;
+    while (Chunk >= L.FirstChunk + int64_t(L.Chunks.size()))
+        L.Chunks.push_back(std::make_shared_for_overwrite<TChunk>());
+    return L.Chunks[size_t(Chunk - L.FirstChunk)]->Items[AIndex % ChunkEntries];
+}
+
+void TQVBlockExtremes::Finish(int32_t ALevel, int64_t AIndex, const TBlock& AValue)
+{
+    // Entry AIndex of level ALevel is complete and stored: the level above gathers it, and
+    // stores its own entry when this was the last of its children.
+    const int32_t Level = ALevel + 1;
+    if (Level >= Levels)
+        return;
+    TBlock& Open = FLevels[size_t(Level)].Open;
+    Merge(Open, AValue);
+    if ((AIndex + 1) % Fanout != 0)
+        return;
+    const int64_t Parent = AIndex / Fanout;
+    const TBlock Done = Open;
+    Open = kEmpty;
+    Entry(Level, Parent) = Done;
+    Finish(Level, Parent, Done);
+}
+
+void TQVBlockExtremes::OwnTail()
+{
+    // Only the entries this summary counts are copied: the one it was copied from may be
+    // writing the rest of the chunk meanwhile.
+    const int64_t EndBlock = (FBase + FCount) / BlockSize;
+    for (int32_t Level = 0; Level < Levels; ++Level) {
+        TLevel& L = FLevels[size_t(Level)];
+        if (L.Chunks.empty())
+            continue;
+        const int64_t Done = EndBlock / Span(Level); // finished entries of this level
+        const int64_t BackFirst = (L.FirstChunk + int64_t(L.Chunks.size()) - 1) * ChunkEntries;
+        auto Own = std::make_shared_for_overwrite<TChunk>();
+        const int64_t Keep = std::clamp<int64_t>(Done - BackFirst, 0, ChunkEntries);
+        std::copy_n(L.Chunks.back()->Items, Keep, Own->Items);
+        L.Chunks.back() = std::move(Own);
     }
-    FGroups.resize((Blocks + GroupBlocks - 1) / GroupBlocks);
-    for (size_t g = 0; g < FGroups.size(); ++g) {
-        TBlock G{Inf, -Inf, Inf, -Inf};
-        for (size_t b = g * GroupBlocks, e = std::min(Blocks, b + GroupBlocks); b < e; ++b) {
-            const TBlock& B = FBlocks[b];
-            G.Lo = std::min(G.Lo, B.Lo);
-            G.Hi = std::max(G.Hi, B.Hi);
-            G.FiniteLo = std::min(G.FiniteLo, B.FiniteLo);
-            G.FiniteHi = std::max(G.FiniteHi, B.FiniteHi);
+    FWriter = true;
+}
+
+void TQVBlockExtremes::Append(const double* AData, int32_t ACount)
+{
+    if (ACount <= 0)
+        return;
+    if (int64_t(FCount) + ACount > INT32_MAX)
+        throw std::length_error("TQVBlockExtremes: " + std::to_string(int64_t(FCount) + ACount) + " samples exceed " +
+                                std::to_string(INT32_MAX));
+    if (!FWriter)
+        OwnTail();
+    int64_t End = FBase + FCount;
+    int32_t i = 0;
+    TBlock& Open = FLevels[0].Open;
+    // The block being filled.
+    if (const int32_t Fill = int32_t(End % BlockSize); Fill != 0) {
+        const int32_t Take = std::min(ACount, BlockSize - Fill);
+        Merge(Open, SamplesOf(AData, size_t(Take)));
+        i = Take;
+        End += Take;
+        if (End % BlockSize == 0) {
+            const TBlock Done = Open;
+            Open = kEmpty;
+            Entry(0, End / BlockSize - 1) = Done;
+            Finish(0, End / BlockSize - 1, Done);
         }
-        FGroups[g] = G;
+    }
+    // Whole blocks, straight into the chunks, a chunk's room at a time.
+    while (ACount - i >= BlockSize) {
+        const int64_t First = End / BlockSize;
+        const int32_t Room = ChunkEntries - int32_t(First % ChunkEntries);
+        const int32_t Blocks = std::min((ACount - i) / BlockSize, Room);
+        TBlock* Out = &Entry(0, First);
+        const double* Src = AData + i;
+        // Only a block holding an infinity, which real records rarely have, is read a second
+        // time for its finite extremes.
+        if (WholeBlockExtremes(Src, size_t(Blocks), Out))
+            for (int32_t b = 0; b < Blocks; ++b) {
+                TBlock& B = Out[b];
+                if (B.Lo == -kInf || B.Hi == kInf) {
+                    double L, H;
+                    QVArrayExtremes(Src + size_t(b) * BlockSize, BlockSize, L, H, B.FiniteLo, B.FiniteHi);
+                }
+            }
+        for (int32_t b = 0; b < Blocks; ++b)
+            Finish(0, First + b, Out[b]);
+        i += Blocks * BlockSize;
+        End += int64_t(Blocks) * BlockSize;
+    }
+    // The start of the next block.
+    if (i < ACount)
+        Open = SamplesOf(AData + i, size_t(ACount - i));
+    FCount += ACount;
+}
+
+void TQVBlockExtremes::DropFront(int32_t ACount)
+{
+    if (ACount < 0 || ACount > FCount)
+        throw std::out_of_range("TQVBlockExtremes: cannot drop " + std::to_string(ACount) + " of " +
+                                std::to_string(FCount) + " samples");
+    FBase += ACount;
+    FCount -= ACount;
+    // Chunks whose entries all lie before the first block still kept go.
+    const int64_t FirstBlock = FBase / BlockSize;
+    for (int32_t Level = 0; Level < Levels; ++Level) {
+        TLevel& L = FLevels[size_t(Level)];
+        const int64_t Needed = FirstBlock / Span(Level);
+        while (!L.Chunks.empty() && (L.FirstChunk + 1) * ChunkEntries <= Needed) {
+            L.Chunks.pop_front();
+            ++L.FirstChunk;
+        }
     }
 }
 
-void TQVBlockExtremes::TakeBlocks(int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo, double& AHi) const
+void TQVBlockExtremes::TakeBlocks(int64_t AFirst, int64_t AEnd, bool AFinite, double& ALo, double& AHi) const
 {
     const auto Take = [&](const TBlock& B) {
         const double L = AFinite ? B.FiniteLo : B.Lo;
@@ -123,19 +275,48 @@ void TQVBlockExtremes::TakeBlocks(int32_t AFirst, int32_t AEnd, bool AFinite, do
         ALo = L < ALo ? L : ALo;
         AHi = H > AHi ? H : AHi;
     };
-    const int32_t FirstGroup = (AFirst + GroupBlocks - 1) / GroupBlocks;
-    const int32_t EndGroup = AEnd / GroupBlocks;
-    if (FirstGroup >= EndGroup) {
-        for (int32_t b = AFirst; b < AEnd; ++b)
-            Take(FBlocks[size_t(b)]);
-        return;
+    // Bottom up: the loose entries at both ends of a level, then the whole groups of the
+    // level above; at most 2 * (Fanout - 1) entries a level.
+    int64_t Lo = AFirst, Hi = AEnd;
+    for (int32_t Level = 0; Lo < Hi; ++Level) {
+        if (Level == Levels - 1) {
+            for (int64_t k = Lo; k < Hi; ++k)
+                Take(Entry(Level, k));
+            break;
+        }
+        while (Lo < Hi && Lo % Fanout != 0)
+            Take(Entry(Level, Lo++));
+        while (Lo < Hi && Hi % Fanout != 0)
+            Take(Entry(Level, --Hi));
+        Lo /= Fanout;
+        Hi /= Fanout;
     }
-    for (int32_t b = AFirst; b < FirstGroup * GroupBlocks; ++b)
-        Take(FBlocks[size_t(b)]);
-    for (int32_t g = FirstGroup; g < EndGroup; ++g)
-        Take(FGroups[size_t(g)]);
-    for (int32_t b = EndGroup * GroupBlocks; b < AEnd; ++b)
-        Take(FBlocks[size_t(b)]);
+}
+
+void TQVBlockExtremes::Prefetch(const double* AData, int32_t AIndex) const
+{
+#if defined(__GNUC__) || defined(__clang__)
+    if (AIndex < 0 || AIndex >= FCount)
+        return;
+    // The block around AIndex, in absolute numbers as the summary counts them, and the
+    // cache lines of its samples that lie in the record.
+    const int64_t Block = (FBase + AIndex) / BlockSize;
+    const int64_t From = std::max<int64_t>(Block * BlockSize - FBase, 0);
+    const int64_t To = std::min<int64_t>(From + BlockSize, FCount);
+    for (int64_t i = From; i < To; i += 8)
+        __builtin_prefetch(AData + i);
+    for (int32_t Level = 0, Shift = 1; Level < 3; ++Level, Shift *= Fanout) {
+        const TLevel& L = FLevels[size_t(Level)];
+        const int64_t k = Block / Shift;
+        const int64_t Chunk = k / ChunkEntries - L.FirstChunk;
+        if (Chunk < 0 || Chunk >= int64_t(L.Chunks.size()))
+            break;
+        __builtin_prefetch(&L.Chunks[size_t(Chunk)]->Items[k % ChunkEntries]);
+    }
+#else
+    (void)AData;
+    (void)AIndex;
+#endif
 }
 
 bool TQVBlockExtremes::MinMax(const double* AData, int32_t AFirst, int32_t AEnd, bool AFinite, double& ALo,
@@ -143,31 +324,26 @@ bool TQVBlockExtremes::MinMax(const double* AData, int32_t AFirst, int32_t AEnd,
 {
     const int32_t First = std::clamp(AFirst, 0, FCount);
     const int32_t End = std::clamp(AEnd, First, FCount);
-    double Lo = std::numeric_limits<double>::infinity();
-    double Hi = -Lo;
-    // The comparisons below never see NaN: every kept extreme is a number or an infinity.
-    const auto Take = [&](double ALow, double AHigh) {
-        Lo = ALow < Lo ? ALow : Lo;
-        Hi = AHigh > Hi ? AHigh : Hi;
-    };
+    double Lo = kInf;
+    double Hi = -kInf;
     const auto Samples = [&](int32_t AFrom, int32_t ATo) {
         if (ATo <= AFrom)
             return;
-        double L, H, FL, FH;
-        QVArrayExtremes(AData + AFrom, size_t(ATo - AFrom), L, H, FL, FH);
-        if (AFinite)
-            Take(FL, FH);
-        else
-            Take(L, H);
+        const TBlock B = SamplesOf(AData + AFrom, size_t(ATo - AFrom));
+        const double L = AFinite ? B.FiniteLo : B.Lo;
+        const double H = AFinite ? B.FiniteHi : B.Hi;
+        Lo = L < Lo ? L : Lo;
+        Hi = H > Hi ? H : Hi;
     };
-    const int32_t FirstWhole = (First + BlockSize - 1) / BlockSize;
-    const int32_t EndWhole = End / BlockSize;
+    // Whole blocks in absolute numbers; a block cut by a drop at the front is never whole.
+    const int64_t FirstWhole = (FBase + First + BlockSize - 1) / BlockSize;
+    const int64_t EndWhole = (FBase + End) / BlockSize;
     if (FirstWhole >= EndWhole) {
         Samples(First, End);
     } else {
-        Samples(First, FirstWhole * BlockSize);
+        Samples(First, int32_t(FirstWhole * BlockSize - FBase));
         TakeBlocks(FirstWhole, EndWhole, AFinite, Lo, Hi);
-        Samples(EndWhole * BlockSize, End);
+        Samples(int32_t(EndWhole * BlockSize - FBase), End);
     }
     // Nothing counted leaves the starting infinities the wrong way round; a record of only
     // +inf (or -inf) gives both extremes equal.

@@ -182,6 +182,85 @@ double TQVRealBuffer::Max() const
     return QVArrayMax(Read(), size_t(GetSize()));
 }
 
+// ---- TQVForeignRealBuffer ----
+
+TQVForeignRealBuffer::TQVForeignRealBuffer(const double* AData, int32_t ACount, std::shared_ptr<const void> AOwner)
+    : FData(AData), FCount(ACount), FOwner(std::move(AOwner))
+{
+    if (ACount < 0)
+        throw std::invalid_argument("TQVForeignRealBuffer: negative count " + std::to_string(ACount));
+    if (ACount > 0 && !AData)
+        throw std::invalid_argument("TQVForeignRealBuffer: null data with count " + std::to_string(ACount));
+}
+
+TQVRealBuffer& TQVForeignRealBuffer::Own()
+{
+    if (!FOwn) {
+        FOwn = std::make_unique<TQVRealBuffer>(FData, FCount);
+        FData = nullptr;
+        FCount = 0;
+        FOwner.reset();
+    }
+    return *FOwn;
+}
+
+void TQVForeignRealBuffer::Resize(int32_t ASize, bool AKeepContent)
+{
+    if (ASize < 0)
+        throw std::invalid_argument("TQVForeignRealBuffer: negative size " + std::to_string(ASize));
+    Own().Resize(ASize, AKeepContent);
+}
+
+double* TQVForeignRealBuffer::Write()
+{
+    return Own().Write();
+}
+
+double TQVForeignRealBuffer::GetItem(int32_t AIndex) const
+{
+    if (AIndex < 0 || AIndex >= GetSize())
+        QVRaiseIndexError("TQVForeignRealBuffer", AIndex, GetSize());
+    return Read()[AIndex];
+}
+
+void TQVForeignRealBuffer::SetItem(int32_t AIndex, double AValue)
+{
+    if (AIndex < 0 || AIndex >= GetSize())
+        QVRaiseIndexError("TQVForeignRealBuffer", AIndex, GetSize());
+    Own().SetItem(AIndex, AValue);
+}
+
+double TQVForeignRealBuffer::Min() const
+{
+    return QVArrayMin(Read(), size_t(GetSize()));
+}
+
+double TQVForeignRealBuffer::Max() const
+{
+    return QVArrayMax(Read(), size_t(GetSize()));
+}
+
+namespace {
+void CheckForeignRange(int32_t AFirst, int32_t ALast, int32_t ASize)
+{
+    if (AFirst < 0 || ALast >= ASize || AFirst > ALast)
+        throw std::out_of_range("TQVForeignRealBuffer: index range " + std::to_string(AFirst) + ".." +
+                                std::to_string(ALast) + " out of range (size " + std::to_string(ASize) + ")");
+}
+} // namespace
+
+double TQVForeignRealBuffer::Min(int32_t AFirst, int32_t ALast) const
+{
+    CheckForeignRange(AFirst, ALast, GetSize());
+    return QVArrayMin(Read() + AFirst, size_t(ALast - AFirst + 1));
+}
+
+double TQVForeignRealBuffer::Max(int32_t AFirst, int32_t ALast) const
+{
+    CheckForeignRange(AFirst, ALast, GetSize());
+    return QVArrayMax(Read() + AFirst, size_t(ALast - AFirst + 1));
+}
+
 // ---- What the real and integer buffers share ----
 
 template <>

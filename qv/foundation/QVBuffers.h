@@ -112,6 +112,45 @@ private:
     void ConvertFrom(const T* AData, int64_t ACount);
 };
 
+// Real samples in memory the buffer does not own and never writes: a block of doubles that
+// the caller keeps, such as a memory-mapped file, read in place without a copy. AOwner, when
+// given, is held for as long as this buffer reads the memory (a mapping object that unmaps
+// when it goes, say); otherwise the caller keeps the memory alive and unchanged while any
+// buffer reads it. Reading costs nothing per sample. The first write (Write, SetItem,
+// Resize) separates the buffer as any buffer does: it then holds a private copy of the
+// samples and lets the foreign memory go; the memory itself is never written.
+class TQVForeignRealBuffer final : public IQVRealBuffer {
+public:
+    // ACount doubles at AData. A negative count, or a null pointer with a count, raises
+    // std::invalid_argument naming it.
+    TQVForeignRealBuffer(const double* AData, int32_t ACount, std::shared_ptr<const void> AOwner = nullptr);
+
+    int32_t GetSize() const override { return FOwn ? FOwn->GetSize() : FCount; }
+    void Resize(int32_t ASize, bool AKeepContent) override;
+    const double* Read() const override { return FOwn ? FOwn->Read() : FData; }
+    double* Write() override;
+    double GetItem(int32_t AIndex) const override;
+    void SetItem(int32_t AIndex, double AValue) override;
+    double Min() const override;
+    double Max() const override;
+    double Min(int32_t AFirst, int32_t ALast) const override;
+    double Max(int32_t AFirst, int32_t ALast) const override;
+
+    // Whether the samples are still the foreign memory (no write separated them yet).
+    bool GetIsForeign() const { return !FOwn; }
+    // What keeps the foreign memory alive; null once separated or when none was given.
+    const std::shared_ptr<const void>& GetOwner() const { return FOwner; }
+
+private:
+    // Takes a private copy of the samples: the first write's separation.
+    TQVRealBuffer& Own();
+
+    const double* FData;
+    int32_t FCount;
+    std::shared_ptr<const void> FOwner;
+    std::unique_ptr<TQVRealBuffer> FOwn;
+};
+
 class TQVIntegerBuffer : public TQVNumberBuffer<IQVIntegerBuffer, int32_t> {
 public:
     TQVIntegerBuffer() = default;

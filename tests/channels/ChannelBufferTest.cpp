@@ -3,11 +3,13 @@
 // would touch what was handed out, and the gap list's shifting rules.
 #include "ChannelTestSupport.h"
 #include "qv/channels/QVChannelBuffer.h"
+#include "qv/foundation/QVArrayOps.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <deque>
+#include <functional>
 #include <limits>
 #include <mutex>
 #include <random>
@@ -284,6 +286,56 @@ TEST(ChannelGapList, ShiftDropsLeadingEntriesAndMovesTheRest)
     EXPECT_EQ(Gaps.GetItem(0), Got[0]) << "writing to a handed-out buffer leaves the list alone";
 
     ExpectError([&] { Gaps.Add(int64_t(INT32_MAX) + 1); }, "2147483648");
+}
+
+} // namespace
+
+namespace {
+
+TEST(ChannelBufferExtremes, SummaryFollowsEveryKindOfChange)
+{
+    // Each change, on a ring that runs round its block: the summary handed out answers as a
+    // read of the samples the buffer then holds, and so does the one a shared copy carries.
+    using TChange = std::function<void(TQVChannelBuffer&)>;
+    const std::vector<double> Fresh = {5, -3, 8, 1};
+    const std::pair<const char*, TChange> Changes[] = {
+        {"append", [&](TQVChannelBuffer& B) { B.Append(Fresh.data(), 4, 300); }},
+        {"drop", [](TQVChannelBuffer& B) { B.DropFront(77); }},
+        {"write", [](TQVChannelBuffer& B) { B.Write()[150] = 1e6; }},
+        {"set item", [](TQVChannelBuffer& B) { B.SetItem(3, -1e6); }},
+        {"shrink", [](TQVChannelBuffer& B) { B.Resize(120, true); }},
+        {"grow", [](TQVChannelBuffer& B) { B.Resize(400, true); }},
+        {"resize anew", [](TQVChannelBuffer& B) { B.Resize(90, false); }},
+        {"prepend", [](TQVChannelBuffer& B) { B.PrependFill(5, -7.0); }},
+        {"ramp", [](TQVChannelBuffer& B) { B.AssignRamp(333); }},
+        {"fill", [](TQVChannelBuffer& B) { B.AppendFill(70, 9.5, 300); }},
+        {"clear", [](TQVChannelBuffer& B) { B.Clear(); }},
+    };
+    for (const auto& [Name, Change] : Changes) {
+        TQVChannelBuffer B;
+        B.SetKeepExtremes(true);
+        std::vector<double> Start(300);
+        for (size_t i = 0; i < Start.size(); ++i)
+            Start[i] = std::sin(double(i)) * 100.0;
+        B.Assign(Start.data(), 300);
+        B.DropFront(100);
+        B.Append(Start.data(), 100, 300); // now wrapped
+        Change(B);
+        const auto Check = [&](const TQVChannelBuffer& AHolder, const char* AWho) {
+            const TQVBlockExtremes* E = AHolder.GetExtremes();
+            ASSERT_NE(E, nullptr) << Name << AWho;
+            const int32_t N = AHolder.GetSize();
+            ASSERT_EQ(E->GetCount(), N) << Name << AWho;
+            double Lo = 0, Hi = 0, ELo = 0, EHi = 0;
+            const bool Found = QVArrayMinMax(AHolder.Read(), size_t(N), ELo, EHi);
+            ASSERT_EQ(Found, E->MinMax(AHolder.Read(), 0, N, false, Lo, Hi)) << Name << AWho;
+            EXPECT_EQ(ELo, Lo) << Name << AWho;
+            EXPECT_EQ(EHi, Hi) << Name << AWho;
+        };
+        const auto Shared = B.Share();
+        Check(*Shared, " (shared)");
+        Check(B, "");
+    }
 }
 
 } // namespace

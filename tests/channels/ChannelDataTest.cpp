@@ -241,3 +241,45 @@ TYPED_TEST(ChannelDataElement, ConvertsEveryFormAsACastDoes)
 }
 
 } // namespace
+
+TEST_F(ChannelData, NoCopyIntakeReadsTheCallersMemoryUntilAnAppendMovesIt)
+{
+    // Memory the caller owns, with an owner object whose release is watched.
+    V Memory = Seq(100, 1000);
+    auto Foreign = std::make_shared<TQVForeignRealBuffer>(Memory.data(), 1000, std::make_shared<int>(0));
+    const std::weak_ptr<const void> Watch = Foreign->GetOwner();
+    const auto DrawRead = [&] { return Channel->GetYDrawDataBuffer()->Read(); };
+    struct TCase {
+        uint32_t Limit;
+        int32_t Skipped; // oldest samples the limit leaves out
+    };
+    for (const TCase& C : {TCase{0, 0}, TCase{600, 400}, TCase{1000, 0}}) {
+        Scope.SetSizeLimit(C.Limit);
+        Data->SetYDataNoCopy(Foreign);
+        Scope.RefreshView();
+        ASSERT_EQ(DrawRead(), Memory.data() + C.Skipped) << C.Limit << ": read in place";
+        EXPECT_EQ(DrawY(), V(Memory.begin() + C.Skipped, Memory.end()));
+        EXPECT_EQ(X(), Seq(0, 1000 - C.Skipped));
+        double Lo = 0, Hi = 0;
+        ASSERT_TRUE(Channel->GetDrawYExtremes(0, 1000, false, Lo, Hi));
+        EXPECT_EQ(Lo, 100.0 + C.Skipped);
+        EXPECT_EQ(Hi, 1099.0);
+    }
+    Foreign->SetItem(3, 7.0); // the caller lets go; the channel still reads the memory
+    EXPECT_FALSE(Watch.expired());
+    // An append moves the kept samples into the channel's memory; the caller's stay as they were.
+    Data->AddYData(V{-1.0, -2.0}.data(), 2);
+    Scope.RefreshView();
+    EXPECT_NE(DrawRead(), Memory.data());
+    EXPECT_EQ(DrawY().back(), -2.0);
+    EXPECT_EQ(Memory, Seq(100, 1000));
+    EXPECT_TRUE(Watch.expired()) << "nothing holds the memory once its readers are gone";
+    // The write separated the caller's buffer, leaving the memory alone.
+    EXPECT_EQ(Foreign->GetItem(3), 7.0);
+    EXPECT_EQ(Memory[3], 103.0);
+    EXPECT_FALSE(Foreign->GetIsForeign());
+
+    EXPECT_THROW(Data->SetYDataNoCopy(nullptr), std::invalid_argument);
+    EXPECT_THROW(TQVForeignRealBuffer(nullptr, 5), std::invalid_argument);
+    EXPECT_THROW(TQVForeignRealBuffer(Memory.data(), -1), std::invalid_argument);
+}

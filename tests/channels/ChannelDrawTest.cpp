@@ -4,8 +4,10 @@
 #include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVHighlightInfo.h"
 
+#include <cmath>
 #include <limits>
 #include <random>
+#include <string>
 
 using namespace qv;
 using namespace qvtest;
@@ -79,6 +81,73 @@ TEST_F(TPlotFixture, DownsampledFrameHoldsEachColumnsExtremesAndTheScaledPixelsO
     Compare("new Y range", false);
     XAxis().SetReversed(true);
     Compare("zoomed and reversed X", false);
+}
+
+TEST_F(TPlotFixture, ColumnsFromTheKeptSummaryEqualColumnsReadFromEverySample)
+{
+    // Samples reach the draw stage with the summary kept as they arrived: blocks through a
+    // ring that drops old samples (or none), with gaps, NaN runs and infinities, and frames
+    // between the blocks at several zooms. Every downsampled frame's columns must be those
+    // found by reading every sample of the screen slice, value for value.
+    struct TCase {
+        uint32_t Limit;
+        int32_t Block;
+        double From, To; // X window as fractions of the record; From > To leaves X automatic
+    };
+    const TCase Cases[] = {
+        {0, 5000, 1, 0},           {0, 4093, 0.1, 0.3},           {30000, 4096, 1, 0},      {30000, 777, 0.37, 1.4},
+        {50000, 12345, -0.2, 0.6}, {8192, 100, 0.0, 0.99},        {70001, 9999, 0.5, 0.53}, {25000, 40000, 0.25, 0.75},
+        {0, 250000, 1, 0},         {1500000, 300000, 0.05, 0.95}, // columns of several groups
+    };
+    const auto Check = [&](const std::string& AWhere) {
+        TQVScopeChannel& C = *Channel();
+        if (C.GetDownsampledRealY().empty())
+            return;
+        const IQVRealBuffer& Y = *C.GetYScreenDataBuffer();
+        const int32_t c = Y.GetSize(), Start = C.GetScreenStartIndex();
+        std::vector<int32_t> Gaps;
+        for (int32_t g : Ints(*C.GetDrawGapsBuffer()))
+            if (g > Start && g < Start + c)
+                Gaps.push_back(g - Start);
+        const int32_t Columns = Rect.Right - Rect.Left;
+        std::vector<int32_t> OX(2 * size_t(Columns)), OG(Gaps.size() + 1);
+        std::vector<double> OY(2 * size_t(Columns));
+        const TQVDownsampled R =
+            QVDownsampleMinMax(Y.Read(), C.GetScaledIntDrawBufferX()->Read(), c, Rect.Left, Rect.Right - 1, Gaps.data(),
+                               int32_t(Gaps.size()), OX.data(), OY.data(), nullptr, OG.data());
+        ASSERT_EQ(size_t(R.Points), C.GetDownsampledRealY().size()) << AWhere;
+        for (int32_t k = 0; k < R.Points; ++k) {
+            const double Got = C.GetDownsampledRealY()[size_t(k)];
+            ASSERT_TRUE(Got == OY[size_t(k)] || (Got != Got && OY[size_t(k)] != OY[size_t(k)])) << AWhere << k;
+            ASSERT_EQ(OX[size_t(k)], C.GetDownsampledIntDrawBufferX()->GetItem(k)) << AWhere << k;
+        }
+        std::vector<int32_t> Expected(OG.begin(), OG.begin() + R.GapCount);
+        for (int32_t& g : Expected)
+            g += Start;
+        ASSERT_EQ(Expected, Ints(*C.GetDownsampledGapsBuffer())) << AWhere;
+    };
+    int32_t Frames = 0;
+    for (const TCase& T : Cases) {
+        Scope.SetSizeLimit(T.Limit);
+        Channel()->GetData()->Clear();
+        std::vector<double> Block = Noise(T.Block, unsigned(T.Block));
+        for (int32_t b = 0; b < 12; ++b) {
+            for (int32_t i = 0; i < T.Block; ++i) // a NaN run and lone infinities move along
+                Block[size_t(i)] = (i + 31 * b) % 4000 < 300 ? NaN : 50.0 + 30.0 * std::sin(i * 0.001 * (b + 1));
+            Block[size_t((b * 997) % T.Block)] = b % 2 ? Inf : -Inf;
+            Ramp(Block, 0, b % 4 == 3);
+            if (b % 3 != 2)
+                continue;
+            const auto& X = *Channel()->GetXDrawDataBuffer();
+            const double X0 = X.GetItem(0), Span = X.GetItem(X.GetSize() - 1) - X0;
+            if (T.From < T.To)
+                SetXRange(X0 + T.From * Span, X0 + T.To * Span);
+            Draw();
+            Check("limit " + std::to_string(T.Limit) + " block " + std::to_string(b) + ": ");
+            Frames += !Channel()->GetDownsampledRealY().empty();
+        }
+    }
+    EXPECT_GT(Frames, 20) << "most frames were downsampled";
 }
 
 TEST_F(TPlotFixture, DownsamplingBeginsOneSampleAboveTwiceTheUsedWidthPlusEight)

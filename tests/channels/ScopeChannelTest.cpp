@@ -3,7 +3,9 @@
 #include "ChannelTestSupport.h"
 
 #include "qv/foundation/QLClassInfo.h"
+#include "qv/foundation/QVArrayOps.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <thread>
@@ -144,9 +146,19 @@ TEST_F(ScopeChannel, ProducersAgainstTheRefreshTickEndWithExactCounts)
                 }
                 --Running;
             });
-        do { // the control's thread: tick and look at the draw stage
+        do { // the control's thread: tick and look at the draw stage and its summary
             Scope.RefreshView();
-            CheckStage(DrawX(), DrawY(), kProducers, Limit == 0);
+            const V Drawn = DrawY();
+            CheckStage(DrawX(), Drawn, kProducers, Limit == 0);
+            const auto N = int32_t(Drawn.size());
+            for (const auto& [First, End] : {std::pair{0, N}, std::pair{N / 3, N - 70}, std::pair{65, 1500}}) {
+                double Lo = 0, Hi = 0, ELo = 0, EHi = 0;
+                const int32_t F = std::clamp(First, 0, N), E = std::clamp(End, F, N);
+                ASSERT_EQ(QVArrayMinMax(Drawn.data() + F, size_t(E - F), ELo, EHi),
+                          Channel->GetDrawYExtremes(First, End, false, Lo, Hi));
+                ASSERT_EQ(ELo, Lo);
+                ASSERT_EQ(EHi, Hi);
+            }
             Go = true;
         } while (Running > 0);
         for (auto& T : Threads)

@@ -480,31 +480,6 @@ TEST(BlockExtremes, AnyRangeAgreesWithReadingItsSamples)
                 ASSERT_EQ(ELo, Lo) << First << " " << End << " " << Finite;
                 ASSERT_EQ(EHi, Hi) << First << " " << End << " " << Finite;
             }
-    // A record of several groups of blocks: ranges across and inside groups, with the
-    // extremes placed in a part block, a whole block and a whole group in turn.
-    const int32_t G = TQVBlockExtremes::BlockSize * TQVBlockExtremes::GroupBlocks; // samples a group
-    const int32_t Long = 3 * G + 100;
-    std::vector<double> L(static_cast<size_t>(Long));
-    for (int32_t i = 0; i < Long; ++i)
-        L[size_t(i)] = std::sin(i * 0.013);
-    for (int32_t Spot : {5, 70, G + G / 4, 2 * G + 1, Long - 3}) {
-        std::vector<double> W = L;
-        W[size_t(Spot)] = -9;
-        W[size_t(Long - 1 - Spot)] = kInf;
-        B.Build(W.data(), Long);
-        for (int32_t First : {0, 3, 64, G - 1, G, G + 4, 2 * G + G / 5})
-            for (int32_t End : {G, 2 * G - 1, 2 * G, 3 * G - G / 14, Long - 1, Long})
-                for (const bool Finite : {false, true}) {
-                    double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
-                    const size_t Count = End > First ? size_t(End - First) : 0;
-                    const bool Expected = Finite ? QVArrayFiniteMinMax(W.data() + First, Count, ELo, EHi)
-                                                 : QVArrayMinMax(W.data() + First, Count, ELo, EHi);
-                    ASSERT_EQ(Expected, B.MinMax(W.data(), First, End, Finite, Lo, Hi)) << Spot << " " << First;
-                    ASSERT_EQ(ELo, Lo) << Spot << " " << First << " " << End << " " << Finite;
-                    ASSERT_EQ(EHi, Hi) << Spot << " " << First << " " << End << " " << Finite;
-                }
-    }
-
     // A rebuilt summary follows new samples; an empty one finds nothing.
     V.assign(10, kNaN);
     B.Build(V.data(), 10);
@@ -512,4 +487,79 @@ TEST(BlockExtremes, AnyRangeAgreesWithReadingItsSamples)
     EXPECT_FALSE(B.MinMax(V.data(), 0, 10, false, Lo, Hi));
     B.Build(nullptr, 0);
     EXPECT_FALSE(B.MinMax(nullptr, 0, 10, true, Lo, Hi));
+}
+
+TEST(BlockExtremes, KeptAtBothEndsAgreesWithReadingTheSamples)
+{
+    // A summary fed in pieces and dropped at the front, as a ring feeds it, answers as one
+    // built over the samples it keeps; a copy taken on the way keeps answering for the
+    // samples it was taken over while the original goes on. Each row: append sizes, then
+    // samples dropped, repeated. The record spans several levels of groups (16 * 64 = 1024
+    // samples a group, 16384 a group of groups).
+    struct TStep {
+        int32_t Add, Drop;
+    };
+    const std::vector<std::vector<TStep>> Runs = {
+        {{70000, 0}},                          // one piece
+        {{1, 0}, {63, 0}, {1, 0}, {20000, 5}}, // block edges crossed by small pieces
+        {{4096, 0}, {4096, 1000}, {4096, 4096}, {50000, 20000}, {3, 17}},
+        {{30000, 30000}, {17000, 0}, {1, 1}}, // everything dropped, then more
+    };
+    std::vector<double> Source(200000);
+    for (size_t i = 0; i < Source.size(); ++i)
+        Source[i] = std::sin(double(i) * 0.0031) * double(i % 97);
+    for (size_t i = 9000; i < 9300; ++i)
+        Source[i] = kNaN;
+    Source[40001] = kInf;
+    Source[61234] = -kInf;
+    Source[70555] = -500; // extremes inside a group of groups
+    Source[70556] = 500;
+    const auto Check = [](const TQVBlockExtremes& B, const std::vector<double>& Kept, const std::string& AWhere) {
+        ASSERT_EQ(int32_t(Kept.size()), B.GetCount()) << AWhere;
+        const int32_t N = B.GetCount();
+        const int32_t Points[] = {0, 1, 63, 64, 1023, 1025, N / 3, N / 2 + 7, N - 1025, N - 64, N - 1, N};
+        for (int32_t First : Points)
+            for (int32_t End : Points)
+                for (const bool Finite : {false, true}) {
+                    const int32_t F = std::clamp(First, 0, N), E = std::clamp(End, F, N);
+                    double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
+                    const bool Expected =
+                        E > F && (Finite ? QVArrayFiniteMinMax(Kept.data() + F, size_t(E - F), ELo, EHi)
+                                         : QVArrayMinMax(Kept.data() + F, size_t(E - F), ELo, EHi));
+                    ASSERT_EQ(Expected, B.MinMax(Kept.data(), First, End, Finite, Lo, Hi)) << AWhere << F << ".." << E;
+                    ASSERT_EQ(ELo, Lo) << AWhere << F << ".." << E << " " << Finite;
+                    ASSERT_EQ(EHi, Hi) << AWhere << F << ".." << E << " " << Finite;
+                }
+    };
+    for (size_t r = 0; r < Runs.size(); ++r) {
+        TQVBlockExtremes B;
+        std::vector<double> Kept;
+        size_t Pos = 0;
+        for (size_t s = 0; s < Runs[r].size(); ++s) {
+            const TStep& Step = Runs[r][s];
+            B.Append(Source.data() + Pos, Step.Add);
+            Kept.insert(Kept.end(), Source.begin() + std::ptrdiff_t(Pos),
+                        Source.begin() + std::ptrdiff_t(Pos + Step.Add));
+            Pos += size_t(Step.Add);
+            const TQVBlockExtremes Copy = B;
+            const std::vector<double> CopyKept = Kept;
+            B.DropFront(Step.Drop);
+            Kept.erase(Kept.begin(), Kept.begin() + Step.Drop);
+            const std::string Where = "run " + std::to_string(r) + " step " + std::to_string(s) + ": ";
+            Check(B, Kept, Where);
+            // The original goes on past the copy; the copy then writes on its own.
+            B.Append(Source.data() + Pos, 3000);
+            Kept.insert(Kept.end(), Source.begin() + std::ptrdiff_t(Pos), Source.begin() + std::ptrdiff_t(Pos + 3000));
+            Pos += 3000;
+            Check(Copy, CopyKept, Where + "copy ");
+            TQVBlockExtremes Own = Copy;
+            std::vector<double> OwnKept = CopyKept;
+            Own.Append(Source.data() + 150000, 2000);
+            OwnKept.insert(OwnKept.end(), Source.begin() + 150000, Source.begin() + 152000);
+            Check(Own, OwnKept, Where + "copy appended ");
+            Check(B, Kept, Where + "after copy appended ");
+        }
+    }
+    TQVBlockExtremes B;
+    EXPECT_THROW(B.DropFront(1), std::out_of_range);
 }
