@@ -336,7 +336,7 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
     // there is none. Called at block starts only.
     const bool Skipping = Last - First > 4 * TQVBlockExtremes::BlockSize;
     const auto SkipTo = [&](int32_t AIndex, int32_t ALast, double AReach, bool AChebyshev) {
-        constexpr int32_t Group = TQVBlockExtremes::BlockSize * TQVBlockExtremes::GroupBlocks;
+        constexpr int32_t Group = TQVBlockExtremes::BlockSize * TQVBlockExtremes::Fanout;
         for (const int32_t Size : {16 * Group, Group, TQVBlockExtremes::BlockSize}) {
             if ((Start + AIndex) % Size != 0 && AIndex != First)
                 continue;
