@@ -4,6 +4,8 @@
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/decor/QVDisplayTitle.h"
+#include "qv/elements/QVScopeMarkerGroup.h"
+#include "qv/elements/QVTextLabel.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
@@ -12,6 +14,10 @@ TQVScope::TQVScope()
 {
     GetTitle()->SetTextDefault("Scope");
     FChannels = std::make_unique<TQVScopeChannels>(this, GetLock(), this);
+    FMarkerGroups = std::make_unique<TQVScopeMarkerGroups>(this, GetLock(), this);
+    FLabels = std::make_unique<TQVScopeTextLabels>(this, GetLock(), this);
+    FElementFamilies.Set(ekMarkerGroups, FMarkerGroups.get());
+    FElementFamilies.Set(ekLabels, FLabels.get());
     // The views dock in the order they are made: the axes, then the data view, which takes
     // what they leave.
     FXAxis = std::make_unique<TQVScopeXAxis>(this);
@@ -27,6 +33,10 @@ TQVScope::~TQVScope()
     // Paint and refresh stop before anything is freed.
     BeginDestroy();
     FChannels.reset();
+    FElementFamilies.Set(ekMarkerGroups, nullptr);
+    FElementFamilies.Set(ekLabels, nullptr);
+    FMarkerGroups.reset();
+    FLabels.reset();
     FYAxis.reset();
     FXAxis.reset();
     FDataView.reset();
@@ -187,6 +197,29 @@ void TQVScope::Loaded()
         Min->SetValue(0.0 - Min->GetValue());
 }
 
+void TQVScope::SetMarkerGroups(const TQVScopeMarkerGroups* AValue)
+{
+    FMarkerGroups->Assign(AValue);
+}
+
+TQLCollection* TQVScope::GetMarkerGroupCollection() const
+{
+    return FMarkerGroups.get();
+}
+
+TQVScopeMarkerGroup* TQVScope::GetLastMarerGroup()
+{
+    auto Guard = GetLock()->AcquireWrite();
+    if (FMarkerGroups->GetCount() == 0)
+        return FMarkerGroups->Add();
+    return FMarkerGroups->GetItem(FMarkerGroups->GetCount() - 1);
+}
+
+void TQVScope::SetLabels(const TQVScopeTextLabels* AValue)
+{
+    FLabels->Assign(AValue);
+}
+
 void TQVScope::SetChannels(const TQVScopeChannels* AValue)
 {
     FChannels->Assign(AValue);
@@ -282,7 +315,10 @@ const TQLClassInfo& TQVScope::StaticClassInfo()
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVScope>("TQVScope", &TQVDataChart::StaticClassInfo())
             .Property("Vertical", &TQVScope::GetVertical, &TQVScope::SetVertical, false)
+            // Groups before channels: a stored channel marker names its group by index.
+            .Collection("MarkerGroups", &TQVScope::GetMarkerGroups)
             .Collection("Channels", &TQVScope::GetChannels)
+            .Collection("Labels", &TQVScope::GetLabels)
             .Property("SizeLimit", &TQVScope::GetSizeLimit, &TQVScope::SetSizeLimit, uint32_t(0))
             .Build();
     return Info;
