@@ -18,6 +18,7 @@
 #include "qv/component/QVDisplayZoom.h"
 #include "qv/component/QVLabelTemplate.h"
 #include "qv/decor/QVDisplayTitle.h"
+#include "qv/display/QVDisplayToolBar.h"
 #include "qv/display/QVDisplayZoomList.h"
 #include "qv/display/QVScope.h"
 #include "qv/elements/QVScopeMarkerGroup.h"

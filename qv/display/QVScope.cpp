@@ -4,6 +4,7 @@
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/decor/QVDisplayTitle.h"
+#include "qv/display/QVDisplayToolBar.h"
 #include "qv/elements/QVScopeMarkerGroup.h"
 #include "qv/elements/QVTextLabel.h"
 #include "qv/foundation/QLClassBuilder.h"
@@ -18,6 +19,7 @@ TQVScope::TQVScope()
     FLabels = std::make_unique<TQVScopeTextLabels>(this, GetLock(), this);
     FElementFamilies.Set(ekMarkerGroups, FMarkerGroups.get());
     FElementFamilies.Set(ekLabels, FLabels.get());
+    FElementFamilies.Set(ekToolBar, GetToolBar());
     // The views dock in the order they are made: the axes, then the data view, which takes
     // what they leave.
     FXAxis = std::make_unique<TQVScopeXAxis>(this);
@@ -35,6 +37,7 @@ TQVScope::~TQVScope()
     FChannels.reset();
     FElementFamilies.Set(ekMarkerGroups, nullptr);
     FElementFamilies.Set(ekLabels, nullptr);
+    FElementFamilies.Set(ekToolBar, nullptr);
     FMarkerGroups.reset();
     FLabels.reset();
     FYAxis.reset();

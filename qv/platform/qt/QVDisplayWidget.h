@@ -9,6 +9,7 @@
 
 #include <QTimer>
 
+#include <QString>
 #include <QWidget>
 #include <memory>
 
@@ -23,6 +24,10 @@ Qt::CursorShape QVQtCursorShape(TCursor ACursor);
 // The library's key code (TQLKey, or a printable character's code) of a Qt key; vkNone for
 // keys the displays have no code for.
 uint16_t QVKeyOf(int AQtKey);
+// A tool bar file filter ("description|pattern|...") in Qt's form ("description;;...").
+QString QVQtFileFilter(const std::string& AFilter);
+
+class TQLQtPictureServices;
 
 class TQVDisplayWidget : public QWidget {
     Q_OBJECT
@@ -56,6 +61,8 @@ protected:
 
 private:
     void SyncTimer();
+    // The tool bar's print and save buttons open Qt's print and file dialogs.
+    void InstallToolBarDialogs(const std::shared_ptr<TQLQtPictureServices>& AServices);
     void DetachDisplay();
 
     std::unique_ptr<TQVDataDisplay> FOwned;
