@@ -1,7 +1,9 @@
 // TQVDisplayAxis: settings, limits, the zoom window's bounds, the step and the strip's ticks.
 // The value and pixel mapping is in QVDisplayAxisMapping.cpp.
 #include "qv/axes/QVDisplayAxis.h"
+
 #include "qv/axes/QVDisplayAxisList.h"
+#include "qv/axes/QVZoomPin.h"
 
 #include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "qv/component/QVDisplayOwner.h"
@@ -13,7 +15,8 @@
 namespace qv {
 
 TQVDisplayAxis::TQVDisplayAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
-    : TQVTrackingOptionalAxis(ADisplay, AAlign), FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
+    : TQVTrackingOptionalAxis(ADisplay, AAlign), FZoomPin(std::make_unique<TQVZoomPin>(this)),
+      FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
       FMin(std::make_unique<TQVAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FMax(std::make_unique<TQVMaxAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FFont(std::make_unique<TQVDisplayFont>(
@@ -40,6 +43,8 @@ TQVDisplayAxis::TQVDisplayAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
 
 TQVDisplayAxis::~TQVDisplayAxis()
 {
+    // The partner axis stops hearing from this one first.
+    FZoomPin.reset();
     // The zoom history must not hand a later undo an axis that is gone.
     GetDisplay()->ForgetZoomAxis(this);
     GetDisplay()->GetAxes().Remove(this);
