@@ -134,8 +134,8 @@ void TQVScopeChannel::DrawMarkers(TQLCanvas& ACanvas, const TRect& ARect, bool P
     UpdateScaledBuffers();
     const IQVIntegerBuffer& PX = *FScaledIntDrawBufferX;
     const IQVIntegerBuffer& PY = *FScaledIntDrawBufferY;
-    const int32_t c = std::min({PX.GetSize(), PY.GetSize(), FXScreenDataBuffer->GetSize(),
-                                FYScreenDataBuffer->GetSize()});
+    const int32_t c =
+        std::min({PX.GetSize(), PY.GetSize(), FXScreenDataBuffer->GetSize(), FYScreenDataBuffer->GetSize()});
     const bool Vertical = GetDisplay() && GetDisplay()->GetIsVertical();
     TQVDisplayAxis* XAxis = GetPlotXAxis();
     const double* XS = FXScreenDataBuffer->Read();
@@ -184,8 +184,7 @@ void TQVScopeChannel::DrawMarkers(TQLCanvas& ACanvas, const TRect& ARect, bool P
 
 // ---- TQVScopeChannelMarkers ----
 
-TQVScopeChannelMarkers::TQVScopeChannelMarkers(TQVScopeChannel* AChannel, TQLLockPtr ALock,
-                                               TQVDisplayOwner* ADisplay)
+TQVScopeChannelMarkers::TQVScopeChannelMarkers(TQVScopeChannel* AChannel, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
     : TQVDisplayCollection<TQVScopeChannelMarker>(AChannel, std::move(ALock), ADisplay), FChannel(AChannel)
 {}
 

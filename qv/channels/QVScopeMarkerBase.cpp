@@ -22,12 +22,11 @@ TQVDisplayMarkerCrosshairLine::TQVDisplayMarkerCrosshairLine(TQLPersistent* AOwn
 
 const TQLClassInfo& TQVDisplayMarkerCrosshairLine::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayMarkerCrosshairLine>("TQVDisplayMarkerCrosshairLine",
-                                                       &TQVDisplayPen::StaticClassInfo())
-            .Property("Visible", &TQVDisplayMarkerCrosshairLine::GetVisible,
-                      &TQVDisplayMarkerCrosshairLine::SetVisible, false)
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVDisplayMarkerCrosshairLine>("TQVDisplayMarkerCrosshairLine",
+                                                                                    &TQVDisplayPen::StaticClassInfo())
+                                         .Property("Visible", &TQVDisplayMarkerCrosshairLine::GetVisible,
+                                                   &TQVDisplayMarkerCrosshairLine::SetVisible, false)
+                                         .Build();
     return Info;
 }
 
@@ -49,13 +48,13 @@ TQVDisplayMarkerCrosshairLines::~TQVDisplayMarkerCrosshairLines() = default;
 const TQLClassInfo& TQVDisplayMarkerCrosshairLines::StaticClassInfo()
 {
     using C = TQVDisplayMarkerCrosshairLines;
-    static const TQLClassInfo Info = TQLClassBuilder<C>("TQVDisplayMarkerCrosshairLines",
-                                                        &TQLPersistentNotify::StaticClassInfo())
-                                         .Object("Left", &C::GetLeft)
-                                         .Object("Top", &C::GetTop)
-                                         .Object("Right", &C::GetRight)
-                                         .Object("Bottom", &C::GetBottom)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<C>("TQVDisplayMarkerCrosshairLines", &TQLPersistentNotify::StaticClassInfo())
+            .Object("Left", &C::GetLeft)
+            .Object("Top", &C::GetTop)
+            .Object("Right", &C::GetRight)
+            .Object("Bottom", &C::GetBottom)
+            .Build();
     return Info;
 }
 
@@ -99,9 +98,10 @@ const TQLClassInfo& TQVMarkerGroupLabel::StaticClassInfo()
 // ---- TQVDisplayMarkerGroup ----
 
 TQVDisplayMarkerGroup::TQVDisplayMarkerGroup(TQLCollection* ACollection)
-    : TQVOptionalDisplayCollectionItem(ACollection),
-      FBrush(std::make_unique<TQVDisplayBrush>(this, GetLock(), [this] { InvalidateItem(); }, 0xFFFF0000)),
-      FPen(std::make_unique<TQVDisplayPen>(this, GetLock(), [this] { InvalidateItem(); }, 0xFFFF0000)),
+    : TQVOptionalDisplayCollectionItem(ACollection), FBrush(std::make_unique<TQVDisplayBrush>(
+                                                         this, GetLock(), [this] { InvalidateItem(); }, 0xFFFF0000)),
+      FPen(std::make_unique<TQVDisplayPen>(
+          this, GetLock(), [this] { InvalidateItem(); }, 0xFFFF0000)),
       FCrosshairLines(std::make_unique<TQVDisplayMarkerCrosshairLines>(this, GetLock(), [this] { InvalidateItem(); })),
       FLabels(std::make_unique<TQVMarkerGroupLabel>(this, GetLock(), [this] { InvalidateItem(); }))
 {}
@@ -188,8 +188,7 @@ void TQVDisplayMarkerGroup::MouseDown(TMouseButton AButton, TShiftState AShift, 
     TQVOptionalDisplayCollectionItem::MouseDown(AButton, AShift, AX, AY, AMouseInside);
 }
 
-void TQVDisplayMarkerGroup::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY,
-                                    bool AMouseInside)
+void TQVDisplayMarkerGroup::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside)
 {
     if (!FMouseDown)
         return;
@@ -319,8 +318,8 @@ void TQVBasicDisplayMarker::InvalidateItem()
         TQVDisplaySelectableCollectionItem::InvalidateItem();
 }
 
-void TQVBasicDisplayMarker::Draw(TQLCanvas& ACanvas, const TRect& ADispRect, int32_t AX, int32_t AY,
-                                 double APosition, double AValue, bool APrinting)
+void TQVBasicDisplayMarker::Draw(TQLCanvas& ACanvas, const TRect& ADispRect, int32_t AX, int32_t AY, double APosition,
+                                 double AValue, bool APrinting)
 {
     if (!FGroup)
         return;
@@ -414,8 +413,7 @@ void TQVBasicDisplayMarker::DrawTextOut(TQLCanvas& ACanvas, int32_t AX, int32_t 
 
 const TQLClassInfo& TQVBasicDisplayMarker::StaticClassInfo()
 {
-    static const TQLClassInfo Info("TQVBasicDisplayMarker", &TQVDisplaySelectableCollectionItem::StaticClassInfo(),
-                                   {});
+    static const TQLClassInfo Info("TQVBasicDisplayMarker", &TQVDisplaySelectableCollectionItem::StaticClassInfo(), {});
     return Info;
 }
 

@@ -131,7 +131,10 @@ public:
     TQVDisplayMarkerShape GetShape() const { return FShape; }
     void SetShape(TQVDisplayMarkerShape AValue);
     uint32_t GetSize() const { return FSize; }
-    void SetSize(uint32_t AValue) { Set(FSize, AValue, [this] { InvalidateItem(); }); }
+    void SetSize(uint32_t AValue)
+    {
+        Set(FSize, AValue, [this] { InvalidateItem(); });
+    }
     TQVMarkerGroupLabel* GetLabels() const { return FLabels.get(); }
     void SetLabels(const TQVMarkerGroupLabel* AValue) { FLabels->Assign(AValue); }
     bool GetCanDrag() const { return FCanDrag; }

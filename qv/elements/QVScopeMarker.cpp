@@ -10,10 +10,11 @@ namespace qv {
 const TQLClassInfo& TQVDisplayMarkerPosition::StaticClassInfo()
 {
     using C = TQVDisplayMarkerPosition;
-    static const TQLClassInfo Info = TQLClassBuilder<C>("TQVDisplayMarkerPosition", &TQLPersistentNotify::StaticClassInfo())
-                                         .Property("X", &C::GetX, &C::SetX, 0.0)
-                                         .Property("Y", &C::GetY, &C::SetY, 0.0)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<C>("TQVDisplayMarkerPosition", &TQLPersistentNotify::StaticClassInfo())
+            .Property("X", &C::GetX, &C::SetX, 0.0)
+            .Property("Y", &C::GetY, &C::SetY, 0.0)
+            .Build();
     return Info;
 }
 
@@ -38,16 +39,17 @@ void TQVDisplayMarker::DragTo(const TQVRealPoint& ANewPosition)
 
 const TQLClassInfo& TQVDisplayMarker::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVDisplayMarker>("TQVDisplayMarker",
-                                                                       &TQVBasicDisplayMarker::StaticClassInfo())
-                                         .Object("Position", &TQVDisplayMarker::GetPosition)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVDisplayMarker>("TQVDisplayMarker", &TQVBasicDisplayMarker::StaticClassInfo())
+            .Object("Position", &TQVDisplayMarker::GetPosition)
+            .Build();
     return Info;
 }
 
 // ---- TQVScopeMarker ----
 
-TQVScopeMarker::TQVScopeMarker(TQLCollection* ACollection) : TQVDisplayMarker(ACollection) {}
+TQVScopeMarker::TQVScopeMarker(TQLCollection* ACollection) : TQVDisplayMarker(ACollection)
+{}
 
 void TQVScopeMarker::SetXAxisIndex(int32_t AValue)
 {

@@ -12,8 +12,7 @@ namespace qv {
 // ---- TQVScopeMarkerGroup ----
 
 TQVScopeMarkerGroup::TQVScopeMarkerGroup(TQLCollection* ACollection)
-    : TQVDisplayMarkerGroup(ACollection),
-      FMarkers(std::make_unique<TQVScopeMarkers>(this, GetLock(), GetDisplay()))
+    : TQVDisplayMarkerGroup(ACollection), FMarkers(std::make_unique<TQVScopeMarkers>(this, GetLock(), GetDisplay()))
 {}
 
 TQVScopeMarkerGroup::~TQVScopeMarkerGroup()
@@ -48,8 +47,7 @@ void TQVScopeMarkerGroup::Clear()
     InvalidateItem();
 }
 
-void TQVScopeMarkerGroup::Draw(TQVDisplayDrawPart /*APart*/, TQLCanvas& ACanvas, const TRect& ADispRect,
-                               bool APrinting)
+void TQVScopeMarkerGroup::Draw(TQVDisplayDrawPart /*APart*/, TQLCanvas& ACanvas, const TRect& ADispRect, bool APrinting)
 {
     auto* Groups = dynamic_cast<TQVScopeMarkerGroups*>(GetCollection());
     if (!Groups)

@@ -44,8 +44,7 @@ private:
     std::unique_ptr<TQVScopeMarkers> FMarkers;
 };
 
-class TQVScopeMarkerGroups : public TQVPaletteDisplayCollection<TQVScopeMarkerGroup>,
-                             public IQVScopeElementFamily {
+class TQVScopeMarkerGroups : public TQVPaletteDisplayCollection<TQVScopeMarkerGroup>, public IQVScopeElementFamily {
 public:
     TQVScopeMarkerGroups(TQLPersistent* AOwner, TQLLockPtr ALock, TQVDisplayOwner* ADisplay);
 

@@ -84,7 +84,8 @@ bool TQVDisplayTextLabel::GetHighlighted() const
     const TQVDisplayHighlighting* Settings = Display ? Display->GetHighlighting() : nullptr;
     if (!Info || !Settings)
         return false;
-    return (Info->FHighlightedItem == static_cast<const TQLPersistent*>(this) || Info->FExtHighlightTextLabel == this) &&
+    return (Info->FHighlightedItem == static_cast<const TQLPersistent*>(this) ||
+            Info->FExtHighlightTextLabel == this) &&
            Settings->GetLabels()->GetHiglightLegendButton();
 }
 

@@ -30,9 +30,15 @@ public:
     // The axes the position is read on: by index among the display's X (Y) axes, else the
     // main ones.
     int32_t GetXAxisIndex() const { return FXAxisIndex; }
-    void SetXAxisIndex(int32_t AValue) { Set(FXAxisIndex, AValue, [this] { InvalidateItem(); }); }
+    void SetXAxisIndex(int32_t AValue)
+    {
+        Set(FXAxisIndex, AValue, [this] { InvalidateItem(); });
+    }
     int32_t GetYAxisIndex() const { return FYAxisIndex; }
-    void SetYAxisIndex(int32_t AValue) { Set(FYAxisIndex, AValue, [this] { InvalidateItem(); }); }
+    void SetYAxisIndex(int32_t AValue)
+    {
+        Set(FYAxisIndex, AValue, [this] { InvalidateItem(); });
+    }
     TQVDisplayAxis* GetXAxis() const;
     TQVDisplayAxis* GetYAxis() const;
 

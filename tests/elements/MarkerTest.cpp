@@ -75,8 +75,7 @@ TEST(Marker, HitBoxByShape)
         {msTriangleUp, 5, {100, 110}, {100, 99}},   // hangs below the point
         {msTriangleDown, 5, {100, 90}, {100, 101}}, // stands above it
         {msTriangleLeft, 5, {110, 100}, {99, 100}}, //
-        {msTriangleRight, 5, {90, 100}, {101, 100}},
-        {msHorzLine, 8, {108, 103}, {100, 104}}, // long along X, 3 across
+        {msTriangleRight, 5, {90, 100}, {101, 100}}, {msHorzLine, 8, {108, 103}, {100, 104}}, // long along X, 3 across
         {msVertLine, 8, {103, 108}, {104, 100}},
     };
     for (const TCase& C : Cases) {
@@ -147,9 +146,8 @@ TEST(Marker, HighlightPassAndCrosshairLines)
         EXPECT_EQ(Lines.size(), Printing ? 3u : 6u);
         EXPECT_EQ(Lines.back().PenColor, 0xFF00FF00u);
         // The crosshair line starts at the view's left edge at the marker's height.
-        const auto Cross = std::find_if(Lines.begin(), Lines.end(), [](const TQLCanvasRecord& R) {
-            return R.PenPos.X == 10 && R.PenPos.Y == 60;
-        });
+        const auto Cross = std::find_if(Lines.begin(), Lines.end(),
+                                        [](const TQLCanvasRecord& R) { return R.PenPos.X == 10 && R.PenPos.Y == 60; });
         EXPECT_NE(Cross, Lines.end());
     }
 }
@@ -164,9 +162,15 @@ TEST(Marker, LabelPositionByCoordinateMode)
     };
     // The text "ab" is 12 by 13; the point is (100, 100); CX 4, CY 2.
     const TCase Cases[] = {
-        {cdmLeftAbove, {100 - 12 - 4, 100 - 13 - 2}}, {cdmLeftBelow, {84, 102}},   {cdmLeftCentre, {84, 100 - 6 + 2}},
-        {cdmRightAbove, {104, 85}},                   {cdmRightBelow, {104, 102}}, {cdmRightCentre, {104, 96}},
-        {cdmCentreAbove, {100 - 6 + 4, 85}},          {cdmCentreBelow, {98, 102}}, {cdmCentre, {98, 96}},
+        {cdmLeftAbove, {100 - 12 - 4, 100 - 13 - 2}},
+        {cdmLeftBelow, {84, 102}},
+        {cdmLeftCentre, {84, 100 - 6 + 2}},
+        {cdmRightAbove, {104, 85}},
+        {cdmRightBelow, {104, 102}},
+        {cdmRightCentre, {104, 96}},
+        {cdmCentreAbove, {100 - 6 + 4, 85}},
+        {cdmCentreBelow, {98, 102}},
+        {cdmCentre, {98, 96}},
     };
     for (const TCase& C : Cases) {
         TMarkerScope S;

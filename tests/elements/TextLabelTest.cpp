@@ -65,8 +65,8 @@ TEST(TextLabel, DrawnAndHitCentredOnThePoint)
         bool Hit;
     };
     const TCase Cases[] = {
-        {{P.X - 9, P.Y - 6}, true},  {{P.X + 8, P.Y + 6}, true},  {{P.X + 9, P.Y}, false},
-        {{P.X, P.Y + 7}, false},     {{P.X - 10, P.Y}, false},    {{P.X, P.Y - 7}, false},
+        {{P.X - 9, P.Y - 6}, true}, {{P.X + 8, P.Y + 6}, true}, {{P.X + 9, P.Y}, false},
+        {{P.X, P.Y + 7}, false},    {{P.X - 10, P.Y}, false},   {{P.X, P.Y - 7}, false},
     };
     for (const TCase& C : Cases)
         EXPECT_EQ(Labels->HitTest(C.Point.X, C.Point.Y) == Label, C.Hit) << C.Point.X << "," << C.Point.Y;
