@@ -9,11 +9,9 @@ namespace qv {
 
 TQVZoomPin::TQVZoomPin(TQVDisplayAxis* AAxis)
     : FAxis(AAxis),
-      FSink(std::make_shared<TQWSinkPin>(
-          std::initializer_list<TQVDataKind>{dkAxisState},
-          [this](TQWPin*, TQVDataKind AKind, const TQWOperation& AOperation, uint64_t AState) {
-              return DispatchData(AKind, AOperation, AState);
-          }))
+      FSink(std::make_shared<TQWSinkPin>(std::initializer_list<TQVDataKind>{dkAxisState},
+                                         [this](TQWPin*, TQVDataKind AKind, const TQWOperation& AOperation,
+                                                uint64_t AState) { return DispatchData(AKind, AOperation, AState); }))
 {}
 
 TQVZoomPin::~TQVZoomPin()

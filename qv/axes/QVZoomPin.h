@@ -20,8 +20,7 @@ class TQVDisplayAxis;
 // An axis changed its zoom window by AOperation; the receiver reads the window from it.
 class TQWSuppliedZoomOperation : public TQWOperation {
 public:
-    TQWSuppliedZoomOperation(TQVDisplayAxis* AAxis, TQVZoomOperation AOperation)
-        : FAxis(AAxis), FOperation(AOperation)
+    TQWSuppliedZoomOperation(TQVDisplayAxis* AAxis, TQVZoomOperation AOperation) : FAxis(AAxis), FOperation(AOperation)
     {}
     TQVDisplayAxis* GetAxis() const { return FAxis; }
     TQVZoomOperation GetOperation() const { return FOperation; }

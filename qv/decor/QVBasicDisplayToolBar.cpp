@@ -40,7 +40,8 @@ void TQVDisplayIntToolBarButton::Click(TQVDisplayOwner* ADisplay)
 
 // ---- TQVBasicDisplayToolBar ----
 
-TQVBasicDisplayToolBar::TQVBasicDisplayToolBar(TQVDisplayOwner* ADisplay) : TQVDisplayComponent(ADisplay) {}
+TQVBasicDisplayToolBar::TQVBasicDisplayToolBar(TQVDisplayOwner* ADisplay) : TQVDisplayComponent(ADisplay)
+{}
 
 TQVBasicDisplayToolBar::~TQVBasicDisplayToolBar() = default;
 

@@ -81,10 +81,16 @@ public:
 
     // ---- Settings ----
     bool GetVisible() const { return FVisible; }
-    void SetVisible(bool AValue) { Set(FVisible, AValue, [this] { ParameterChanged(); }); }
+    void SetVisible(bool AValue)
+    {
+        Set(FVisible, AValue, [this] { ParameterChanged(); });
+    }
     // Drawn only while the mouse is over the control.
     bool GetAutoHide() const { return FAutoHide; }
-    void SetAutoHide(bool AValue) { Set(FAutoHide, AValue, [this] { ParameterChanged(); }); }
+    void SetAutoHide(bool AValue)
+    {
+        Set(FAutoHide, AValue, [this] { ParameterChanged(); });
+    }
     TAlphaColor GetGlyphColor() const { return FGlyphColor; }
     void SetGlyphColor(TAlphaColor AValue) { SetColor(FGlyphColor, AValue); }
     TAlphaColor GetBorderColor() const { return FBorderColor; }
@@ -167,7 +173,8 @@ protected:
 private:
     void SetColor(TAlphaColor& AField, TAlphaColor AValue)
     {
-        GetBasicLock().Setter(AField, AValue, [this] { ReassignColors(); }, false);
+        GetBasicLock().Setter(
+            AField, AValue, [this] { ReassignColors(); }, false);
     }
 
     bool FVisible = true;

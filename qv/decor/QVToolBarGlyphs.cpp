@@ -43,7 +43,10 @@ struct TGlyphPen {
         C.SetPenWidth(1);
     }
     // An arrow head pointing left (ADir -1) or right (1) with its tip at (AX, AY).
-    void Head(int32_t AX, int32_t AY, int32_t ADir) { Poly({{AX, AY}, {AX - 4 * ADir, AY - 4}, {AX - 4 * ADir, AY + 4}}); }
+    void Head(int32_t AX, int32_t AY, int32_t ADir)
+    {
+        Poly({{AX, AY}, {AX - 4 * ADir, AY - 4}, {AX - 4 * ADir, AY + 4}});
+    }
 };
 
 } // namespace

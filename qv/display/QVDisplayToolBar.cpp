@@ -25,21 +25,21 @@ TQVDisplayToolBarButtons::~TQVDisplayToolBarButtons() = default;
 const TQLClassInfo& TQVDisplayToolBarButtons::StaticClassInfo()
 {
     using C = TQVDisplayToolBarButtons;
-    static const TQLClassInfo Info = TQLClassBuilder<C>("TQVDisplayToolBarButtons",
-                                                        &TQLPersistentNotify::StaticClassInfo())
-                                         .Object("Setup", &C::GetSetup)
-                                         .Object("Hold", &C::GetHold)
-                                         .Object("ZoomOff", &C::GetZoomOff)
-                                         .Object("ZoomPrevious", &C::GetZoomPrevious)
-                                         .Object("ZoomNext", &C::GetZoomNext)
-                                         .Object("ZoomIn", &C::GetZoomIn)
-                                         .Object("ZoomOut", &C::GetZoomOut)
-                                         .Object("ZoomMode", &C::GetZoomMode)
-                                         .Object("XYZoomOn", &C::GetXYZoomOn)
-                                         .Object("Copy", &C::GetCopy)
-                                         .Object("Print", &C::GetPrint)
-                                         .Object("Save", &C::GetSave)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<C>("TQVDisplayToolBarButtons", &TQLPersistentNotify::StaticClassInfo())
+            .Object("Setup", &C::GetSetup)
+            .Object("Hold", &C::GetHold)
+            .Object("ZoomOff", &C::GetZoomOff)
+            .Object("ZoomPrevious", &C::GetZoomPrevious)
+            .Object("ZoomNext", &C::GetZoomNext)
+            .Object("ZoomIn", &C::GetZoomIn)
+            .Object("ZoomOut", &C::GetZoomOut)
+            .Object("ZoomMode", &C::GetZoomMode)
+            .Object("XYZoomOn", &C::GetXYZoomOn)
+            .Object("Copy", &C::GetCopy)
+            .Object("Print", &C::GetPrint)
+            .Object("Save", &C::GetSave)
+            .Build();
     return Info;
 }
 
@@ -220,7 +220,8 @@ void TQVDisplayToolBar::DoSave()
         return;
     const size_t Dot = FileName.find_last_of('.');
     const size_t Slash = FileName.find_last_of("/\\");
-    std::string Ext = Dot == std::string::npos || (Slash != std::string::npos && Dot < Slash) ? "" : FileName.substr(Dot);
+    std::string Ext =
+        Dot == std::string::npos || (Slash != std::string::npos && Dot < Slash) ? "" : FileName.substr(Dot);
     std::transform(Ext.begin(), Ext.end(), Ext.begin(), [](unsigned char C) { return std::toupper(C); });
     if (Ext == ".JPG" || Ext == ".JPEG")
         FOwnerDisplay->SaveToJpeg(FileName);

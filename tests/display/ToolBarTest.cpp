@@ -38,9 +38,8 @@ struct TBarScope {
     std::vector<TQVDisplayToolBarButton*> AllSettings()
     {
         TQVDisplayToolBarButtons& B = *Bar().GetButtons();
-        return {B.GetSetup(),   B.GetHold(),     B.GetZoomOff(),  B.GetZoomPrevious(),
-                B.GetZoomNext(), B.GetZoomIn(),  B.GetZoomOut(),  B.GetZoomMode(),
-                B.GetXYZoomOn(), B.GetCopy(),    B.GetPrint(),    B.GetSave()};
+        return {B.GetSetup(),   B.GetHold(),     B.GetZoomOff(),  B.GetZoomPrevious(), B.GetZoomNext(), B.GetZoomIn(),
+                B.GetZoomOut(), B.GetZoomMode(), B.GetXYZoomOn(), B.GetCopy(),         B.GetPrint(),    B.GetSave()};
     }
 
     TQVScope Scope;
@@ -96,8 +95,8 @@ TEST(ToolBar, ButtonsFollowTheDisplay)
     TQVDisplayToolBar& B = S.Bar();
     auto State = [&] {
         B.UpdateButtons();
-        return std::vector<bool>{B.GetRunButton()->IsVisible(),     B.GetHoldButton()->IsVisible(),
-                                 B.GetZoomModeButton()->IsVisible(), B.GetPanModeButton()->IsVisible(),
+        return std::vector<bool>{B.GetRunButton()->IsVisible(),       B.GetHoldButton()->IsVisible(),
+                                 B.GetZoomModeButton()->IsVisible(),  B.GetPanModeButton()->IsVisible(),
                                  B.GetXYZoomOnButton()->GetEnabled(), B.GetZoomOffButton()->GetEnabled(),
                                  B.GetZoomPrevButton()->GetEnabled(), B.GetZoomNextButton()->GetEnabled()};
     };
