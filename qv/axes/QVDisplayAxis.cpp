@@ -2,6 +2,7 @@
 // The value and pixel mapping is in QVDisplayAxisMapping.cpp.
 #include "qv/axes/QVDisplayAxis.h"
 
+#include "qv/axes/QVAxisToolBar.h"
 #include "qv/axes/QVDisplayAxisList.h"
 #include "qv/axes/QVZoomPin.h"
 
@@ -16,6 +17,7 @@ namespace qv {
 
 TQVDisplayAxis::TQVDisplayAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
     : TQVTrackingOptionalAxis(ADisplay, AAlign), FZoomPin(std::make_unique<TQVZoomPin>(this)),
+      FToolBar(std::make_unique<TQVAxisToolBar>(ADisplay, this)),
       FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
       FMin(std::make_unique<TQVAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FMax(std::make_unique<TQVMaxAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
@@ -45,9 +47,16 @@ TQVDisplayAxis::~TQVDisplayAxis()
 {
     // The partner axis stops hearing from this one first.
     FZoomPin.reset();
+    FToolBar.reset();
     // The zoom history must not hand a later undo an axis that is gone.
     GetDisplay()->ForgetZoomAxis(this);
     GetDisplay()->GetAxes().Remove(this);
+}
+
+void TQVDisplayAxis::DrawToolBar(TQLCanvas& ACanvas, bool APrinting)
+{
+    if (!APrinting && FToolBar->GetAxisShown())
+        FToolBar->Draw(ACanvas);
 }
 
 // ---- Settings ----
@@ -320,6 +329,7 @@ const TQLClassInfo& TQVDisplayAxis::StaticClassInfo()
             .Object("Max", &TQVDisplayAxis::GetMax)
             .Object("AxisLabel", &TQVDisplayAxis::GetAxisLabel)
             .Object("Zooming", &TQVDisplayAxis::GetZooming)
+            .Object("ToolBar", &TQVDisplayAxis::GetToolBar)
             .Build();
     return Info;
 }

@@ -31,6 +31,7 @@ namespace qv {
 
 class TQVDisplayAxisZoom;
 class TQVZoomPin;
+class TQVAxisToolBar;
 
 class TQVDisplayAxis : public TQVTrackingOptionalAxis {
 public:
@@ -50,6 +51,10 @@ public:
     bool GetReversed() const { return FReversed; }
     virtual void SetReversed(bool AValue);
     TQVDisplayAxisZoom* GetZooming() const { return FZooming.get(); }
+    // The axis' own small tool bar of zoom buttons (QVAxisToolBar.h).
+    TQVAxisToolBar* GetToolBar() const { return FToolBar.get(); }
+    // Draws the tool bar when it shows; never into a print.
+    void DrawToolBar(TQLCanvas& ACanvas, bool APrinting);
     // Ties this axis' zoom window to an axis of another display (QVZoomPin.h).
     TQVZoomPin* GetZoomPin() const { return FZoomPin.get(); }
     void SetZooming(const TQVDisplayAxisZoom* AValue);
@@ -311,6 +316,7 @@ protected:
 
 private:
     std::unique_ptr<TQVZoomPin> FZoomPin;
+    std::unique_ptr<TQVAxisToolBar> FToolBar;
     std::unique_ptr<TQVDisplayAxisZoom> FZooming;
     std::unique_ptr<TQVAxisValue> FMin;
     std::unique_ptr<TQVMaxAxisValue> FMax;

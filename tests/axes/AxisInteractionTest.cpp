@@ -2,6 +2,7 @@
 // stops at the data, the wheel zooms round the pointer; two axes tied by their zoom pins;
 // the values under a pixel.
 #include "axes/ScopeAxisTestSupport.h"
+#include "qv/axes/QVAxisToolBar.h"
 #include "qv/axes/QVZoomPin.h"
 #include "support/RecordingCanvas.h"
 
@@ -184,4 +185,41 @@ TEST(AxisInteraction, AxisValueAtAPixel)
     EXPECT_EQ(S.Scope.GetPrintTitle(), "Scope");
     S.Scope.GetTitle()->SetText("");
     EXPECT_EQ(S.Scope.GetPrintTitle(), "Untitled");
+}
+
+// The axis tool bar shows while the mouse is over the strip; its buttons zoom the axis in
+// and off and switch the display's mouse zoom to this axis' direction and back. A hidden
+// axis' bar takes no mouse.
+TEST(AxisInteraction, AxisToolBarZoomsItsAxis)
+{
+    TAxisScope S;
+    TQVAxisToolBar& Bar = *S.X().GetToolBar();
+    EXPECT_FALSE(Bar.GetAxisShown());
+    const TPoint Strip = S.OnStrip(20);
+    S.Scope.MouseMove(0, float(Strip.X), float(Strip.Y));
+    EXPECT_TRUE(Bar.GetAxisShown());
+    const double Width = S.Hi() - S.Lo();
+    auto Click = [&](TQVDisplayIntToolBarButton* AButton) {
+        Bar.UpdateButtons();
+        const TRect R = Bar.GetButtonRect(AButton);
+        ASSERT_FALSE(R.IsEmpty());
+        S.Scope.MouseMove(0, float(R.Left + 8), float(R.Top + 8));
+        S.Scope.MouseDown(mbLeft, 0, float(R.Left + 8), float(R.Top + 8));
+        S.Scope.MouseUp(mbLeft, 0, float(R.Left + 8), float(R.Top + 8));
+        S.Paint();
+    };
+    Click(Bar.GetZoomInButton());
+    EXPECT_TRUE(S.X().IsZoomed());
+    EXPECT_NEAR(S.Hi() - S.Lo(), Width / 2, 1e-6);
+    EXPECT_EQ(S.Scope.GetUndoList().GetCount(), 1);
+    Click(Bar.GetZoomOffButton());
+    EXPECT_FALSE(S.X().IsZoomed());
+    Click(Bar.GetZoomOneDirButton());
+    EXPECT_EQ(S.Scope.GetZooming()->GetMode(), zmXAxis);
+    Click(Bar.GetZoomOneDirButton());
+    EXPECT_EQ(S.Scope.GetZooming()->GetMode(), zmBoth);
+
+    S.X().SetVisible(false);
+    S.Paint();
+    EXPECT_TRUE(Bar.GetDrawRect().IsEmpty());
 }
