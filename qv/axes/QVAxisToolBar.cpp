@@ -20,12 +20,13 @@ TQVAxisToolBarButtons::~TQVAxisToolBarButtons() = default;
 const TQLClassInfo& TQVAxisToolBarButtons::StaticClassInfo()
 {
     using C = TQVAxisToolBarButtons;
-    static const TQLClassInfo Info = TQLClassBuilder<C>("TQVAxisToolBarButtons", &TQLPersistentNotify::StaticClassInfo())
-                                         .Object("ZoomIn", &C::GetZoomIn)
-                                         .Object("ZoomOut", &C::GetZoomOut)
-                                         .Object("ZoomOff", &C::GetZoomOff)
-                                         .Object("ZoomOneDir", &C::GetZoomOneDir)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<C>("TQVAxisToolBarButtons", &TQLPersistentNotify::StaticClassInfo())
+            .Object("ZoomIn", &C::GetZoomIn)
+            .Object("ZoomOut", &C::GetZoomOut)
+            .Object("ZoomOff", &C::GetZoomOff)
+            .Object("ZoomOneDir", &C::GetZoomOneDir)
+            .Build();
     return Info;
 }
 
@@ -76,7 +77,8 @@ int32_t TQVAxisToolBar::GetYOffset() const
 
 bool TQVAxisToolBar::GetAxisShown() const
 {
-    return IsVisible() && (!GetAutoHide() || FAxis->GetMouseIsInView() || GetMouseIsInView() || GetDisplay()->GetDesigning());
+    return IsVisible() &&
+           (!GetAutoHide() || FAxis->GetMouseIsInView() || GetMouseIsInView() || GetDisplay()->GetDesigning());
 }
 
 void TQVAxisToolBar::UpdateButtons()
@@ -103,10 +105,10 @@ void TQVAxisToolBar::ToggleOneDirection()
 
 const TQLClassInfo& TQVAxisToolBar::StaticClassInfo()
 {
-    static const TQLClassInfo Info = TQLClassBuilder<TQVAxisToolBar>("TQVAxisToolBar",
-                                                                     &TQVBasicDisplayToolBar::StaticClassInfo())
-                                         .Object("Buttons", &TQVAxisToolBar::GetButtons)
-                                         .Build();
+    static const TQLClassInfo Info =
+        TQLClassBuilder<TQVAxisToolBar>("TQVAxisToolBar", &TQVBasicDisplayToolBar::StaticClassInfo())
+            .Object("Buttons", &TQVAxisToolBar::GetButtons)
+            .Build();
     return Info;
 }
 
