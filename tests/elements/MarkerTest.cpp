@@ -279,3 +279,33 @@ TEST(Marker, NamesClearAndGroupRemoval)
     S.Paint();
     EXPECT_FALSE(Orphan->HitTest(Orphan->GetDrawPoint().X, Orphan->GetDrawPoint().Y));
 }
+
+// A saved scope's groups, free markers, channel markers and labels come back in a fresh
+// scope, each channel marker in its group by index.
+TEST(Marker, StoredFormRoundTrip)
+{
+    TMarkerScope S;
+    S.Groups().Add();
+    TQVScopeMarker* Free = S.AddMarker(msDiamond, 3, 4);
+    Free->GetGroup()->GetLabels()->SetText("%Y");
+    S.Scope.GetChannels()->GetItem(0)->GetMarkers()->AddMarkerAt(1, 7);
+    S.Scope.GetLabels()->Add()->SetName("note");
+    const TQLStoredNode Form = QLSaveObject(S.Scope);
+
+    TMarkerScope T;
+    QLLoadObject(T.Scope, Form);
+    ASSERT_EQ(T.Groups().GetCount(), 2);
+    const TQVScopeMarkerGroup* Group = T.Groups().GetItem(1);
+    EXPECT_EQ(Group->GetShape(), msDiamond);
+    EXPECT_EQ(Group->GetLabels()->GetText(), "%Y");
+    ASSERT_EQ(Group->GetMarkers()->GetCount(), 1);
+    EXPECT_EQ(Group->GetMarkers()->GetItem(0)->GetPosition()->GetY(), 4.0);
+    const TQVScopeChannelMarkers* Markers = T.Scope.GetChannels()->GetItem(0)->GetMarkers();
+    ASSERT_EQ(Markers->GetCount(), 1);
+    EXPECT_EQ(Markers->GetItem(0)->GetPosition(), 7.0);
+    EXPECT_EQ(Markers->GetItem(0)->GetMarkerGroupIndex(), 1);
+    // Two markers use the group: the free one and the channel's.
+    EXPECT_EQ(Group->GetMarkerCount(), 2);
+    ASSERT_EQ(T.Scope.GetLabels()->GetCount(), 1);
+    EXPECT_EQ(T.Scope.GetLabels()->GetItem(0)->GetName(), "note");
+}
