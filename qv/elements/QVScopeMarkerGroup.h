@@ -11,6 +11,7 @@
 namespace qv {
 
 class TQVScopeChannelMarker;
+class TQVHighlightInfo;
 
 // A click on a marker: the owner's index (the group's, or the channel's for a channel
 // marker), the marker's index, its position, and whether a handler took the click.
@@ -57,6 +58,28 @@ public:
     const TQVDisplayMarkerClickEvent& GetOnChannelMarkerClick() const { return FOnChannelMarkerClick; }
     void SetOnClick(TQVDisplayMarkerClickEvent AHandler) { FOnClick = std::move(AHandler); }
     const TQVDisplayMarkerClickEvent& GetOnClick() const { return FOnClick; }
+
+    // ---- The data view's mouse over markers (QVScopeMarkerMouse.cpp) ----
+    // The marker under the pixel: groups from last to first, each by its own HitTest; null
+    // when none. AMarker is the marker hit.
+    TQVScopeMarkerGroup* HitTest(int32_t AX, int32_t AY, TQVBasicDisplayMarker*& AMarker) const;
+    // A press of the left button over the markers, when GetNeedsMouseEvents: channel markers
+    // first (channels and their markers from last to first), then free markers (groups and
+    // markers from last to first). The first marker hit fires the click event of its kind;
+    // unless a handler took it, the marker and then its group hear the press, and a group
+    // that can drag starts the drag: a channel marker's through its BeginDrag, a free
+    // marker's in AInfo (FDraggedMarker, FDraggedMarkerPosition). Returns whether a marker
+    // was hit; the press is then the markers'.
+    bool MouseDownOnMarkers(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, TQVHighlightInfo& AInfo,
+                            TQVScopeChannelMarker*& ADraggedChannelMarker);
+    // A move during a free marker's drag: the dragged position is the value under the mouse
+    // on the marker's axes, X held to the X axis' full range (upper bound first), Y free.
+    void DragMarker(TQVHighlightInfo& AInfo, int32_t AX, int32_t AY) const;
+    // A release: every channel marker and then every group hears it, last to first.
+    void MouseUpOnMarkers(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY);
+    // Ends a free marker's drag: the marker moves to the dragged position (OnDragged fires
+    // when it moved). Returns whether a drag was under way.
+    bool EndMarkerDrag(TQVHighlightInfo& AInfo);
 
     // Each group draws (every group's markers) in turn, then the ghost of a free marker under
     // drag.
