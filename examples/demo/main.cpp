@@ -113,6 +113,19 @@ void SetUpScope(TQVScope& AScope)
     // The X axis reads the samples as time, from the channels' sample rate.
     AScope.GetXAxis()->SetTicksMode(atmTime);
     AScope.GetYAxis()->GetAxisLabel()->SetText("Amplitude (V)");
+
+    // A marker with its values written beside it, and a text label, in the first second.
+    TQVScopeMarkerGroup* Group = AScope.GetLastMarerGroup();
+    Group->SetShape(msTriangleDown);
+    Group->SetSize(5);
+    Group->GetLabels()->SetVisible(true);
+    TQVScopeMarker* Marker = Group->GetMarkers()->Add();
+    Marker->GetPosition()->SetX(500); // printed units of the X axis: milliseconds here
+    Marker->GetPosition()->SetY(1.0);
+    TQVScopeTextLabel* Label = AScope.GetLabels()->Add();
+    Label->SetName("square wave");
+    Label->GetPosition()->SetX(1000);
+    Label->GetPosition()->SetY(-1.05);
 }
 
 // Measuring: two cursors marking where they cross the sine and the chirp, a link that
@@ -259,6 +272,10 @@ int main(int argc, char** argv)
             QObject::connect(&Shots, &QTimer::timeout, [&] {
                 Save(QStringLiteral("scope-%1.png").arg(++Shot));
                 if (Offscreen && Shot >= Seconds) {
+                    // The mouse over the plot brings up the tool bar.
+                    const TRect View = Scope.GetDataView()->GetDrawRect();
+                    Scope.DoMouseEnter();
+                    Scope.MouseMove({}, float(View.Left + 20), float(View.Top + 20));
                     Save(QStringLiteral("scope.png"));
                     WaterfallWidget->repaint();
                     qt::QLSaveBitmapPng(Waterfall.GetBitmap(), QDir(OutDir).filePath(QStringLiteral("waterfall.png")));

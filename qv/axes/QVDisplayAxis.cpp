@@ -1,7 +1,10 @@
 // TQVDisplayAxis: settings, limits, the zoom window's bounds, the step and the strip's ticks.
 // The value and pixel mapping is in QVDisplayAxisMapping.cpp.
 #include "qv/axes/QVDisplayAxis.h"
+
+#include "qv/axes/QVAxisToolBar.h"
 #include "qv/axes/QVDisplayAxisList.h"
+#include "qv/axes/QVZoomPin.h"
 
 #include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "qv/component/QVDisplayOwner.h"
@@ -13,7 +16,9 @@
 namespace qv {
 
 TQVDisplayAxis::TQVDisplayAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
-    : TQVTrackingOptionalAxis(ADisplay, AAlign), FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
+    : TQVTrackingOptionalAxis(ADisplay, AAlign), FZoomPin(std::make_unique<TQVZoomPin>(this)),
+      FToolBar(std::make_unique<TQVAxisToolBar>(ADisplay, this)),
+      FZooming(std::make_unique<TQVDisplayAxisZoom>(ADisplay, this)),
       FMin(std::make_unique<TQVAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FMax(std::make_unique<TQVMaxAxisValue>(this, ADisplay, [this] { LimitsChanged(); })),
       FFont(std::make_unique<TQVDisplayFont>(
@@ -40,9 +45,18 @@ TQVDisplayAxis::TQVDisplayAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
 
 TQVDisplayAxis::~TQVDisplayAxis()
 {
+    // The partner axis stops hearing from this one first.
+    FZoomPin.reset();
+    FToolBar.reset();
     // The zoom history must not hand a later undo an axis that is gone.
     GetDisplay()->ForgetZoomAxis(this);
     GetDisplay()->GetAxes().Remove(this);
+}
+
+void TQVDisplayAxis::DrawToolBar(TQLCanvas& ACanvas, bool APrinting)
+{
+    if (!APrinting && FToolBar->GetAxisShown())
+        FToolBar->Draw(ACanvas);
 }
 
 // ---- Settings ----
@@ -315,6 +329,7 @@ const TQLClassInfo& TQVDisplayAxis::StaticClassInfo()
             .Object("Max", &TQVDisplayAxis::GetMax)
             .Object("AxisLabel", &TQVDisplayAxis::GetAxisLabel)
             .Object("Zooming", &TQVDisplayAxis::GetZooming)
+            .Object("ToolBar", &TQVDisplayAxis::GetToolBar)
             .Build();
     return Info;
 }

@@ -30,6 +30,8 @@
 namespace qv {
 
 class TQVDisplayAxisZoom;
+class TQVZoomPin;
+class TQVAxisToolBar;
 
 class TQVDisplayAxis : public TQVTrackingOptionalAxis {
 public:
@@ -49,6 +51,12 @@ public:
     bool GetReversed() const { return FReversed; }
     virtual void SetReversed(bool AValue);
     TQVDisplayAxisZoom* GetZooming() const { return FZooming.get(); }
+    // The axis' own small tool bar of zoom buttons (QVAxisToolBar.h).
+    TQVAxisToolBar* GetToolBar() const { return FToolBar.get(); }
+    // Draws the tool bar when it shows; never into a print.
+    void DrawToolBar(TQLCanvas& ACanvas, bool APrinting);
+    // Ties this axis' zoom window to an axis of another display (QVZoomPin.h).
+    TQVZoomPin* GetZoomPin() const { return FZoomPin.get(); }
     void SetZooming(const TQVDisplayAxisZoom* AValue);
 
     // ---- The three scales ----
@@ -195,8 +203,15 @@ public:
                    bool& AHandled) override;
     // Releasing the left button releases the button.
     void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
-    // Leaving the control puts the button out.
+    // Leaving the control puts the button out and ends a drag.
     void MouseLeave() override;
+    // A wheel notch over the strip zooms this axis round the pointer: down widens the
+    // window by 1.1, up narrows it by 0.9. Nothing when Zooming.MouseWheelEnabled is off.
+    void MouseWheelDown(TShiftState AShift, const TPoint& APoint) override;
+    void MouseWheelUp(TShiftState AShift, const TPoint& APoint) override;
+    void MouseWheelZoom(const TPoint& APoint, double AFactor);
+    // A left press on the strip (not on the title) is held: moves pan the axis.
+    bool GetLeftMouseButtonDown() const { return FLeftMouseButtonDown; }
 
     // ---- Drawing ----
     // The base line along the data view, then every tick with its text.
@@ -289,11 +304,19 @@ protected:
     bool FLabelButtonShown = false;
     bool FLabelButtonDown = false;
     bool FDialogShown = false;
+    // A drag along the strip is under way, and it saved its undo step.
+    bool FLeftMouseButtonDown = false;
+    bool FPanSaved = false;
     // The window when the drag started.
     double FMouseZoomMin = 0.0;
     double FMouseZoomMax = 0.0;
 
+    // Tells the axis tied through the zoom pin that the window changed.
+    void SendZoomChange(TQVZoomOperation AOperation);
+
 private:
+    std::unique_ptr<TQVZoomPin> FZoomPin;
+    std::unique_ptr<TQVAxisToolBar> FToolBar;
     std::unique_ptr<TQVDisplayAxisZoom> FZooming;
     std::unique_ptr<TQVAxisValue> FMin;
     std::unique_ptr<TQVMaxAxisValue> FMax;

@@ -1,6 +1,9 @@
-// TQVDisplayAxis: the title as a button - hover, press, release and the mouse cursor.
+// TQVDisplayAxis and the mouse: the title as a button (hover, press, release, the mouse
+// cursor), a drag along the strip that pans a zoomed axis, and the wheel that zooms round
+// the pointer.
 #include "qv/axes/QVDisplayAxis.h"
 
+#include "qv/axes/QVDisplayAxisZoomSettings.h"
 #include "qv/component/QVDisplayOwner.h"
 
 namespace qv {
@@ -45,6 +48,39 @@ void TQVDisplayAxis::MouseMove(TShiftState AShift, int32_t AX, int32_t AY, bool&
 {
     TQVTrackingOptionalAxis::MouseMove(AShift, AX, AY, AHandled);
     ButtonHitTest(AX, AY, false);
+    if (!FLeftMouseButtonDown || !FZooming->GetMousePan())
+        return;
+    const TPoint Point{AX, AY};
+    if (!FPanSaved && FZoomed && !(Point.X == FLeftMouseDownPoint.X && Point.Y == FLeftMouseDownPoint.Y)) {
+        // One undo step for the whole drag, taken when it first moves the axis.
+        GetDisplay()->SaveUndoZoom(false);
+        FPanSaved = true;
+    }
+    MouseMoveScale(FLeftMouseDownPoint, Point);
+}
+
+void TQVDisplayAxis::MouseWheelDown(TShiftState /*AShift*/, const TPoint& APoint)
+{
+    MouseWheelZoom(APoint, 1.1);
+}
+
+void TQVDisplayAxis::MouseWheelUp(TShiftState /*AShift*/, const TPoint& APoint)
+{
+    MouseWheelZoom(APoint, 0.9);
+}
+
+void TQVDisplayAxis::MouseWheelZoom(const TPoint& APoint, double AFactor)
+{
+    if (!IsVisible() || !FZooming->GetMouseWheelEnabled())
+        return;
+    auto Guard = GetLock()->AcquireWrite();
+    TQVDisplayOwner* Display = GetDisplay();
+    // A burst of notches is one undo step.
+    Display->SaveUndoZoom(true);
+    const TQVRealRanges Kept = Display->GetZoomRanges();
+    MouseWheelZoomInt(APoint, AFactor);
+    Display->InvalidateRefresh();
+    Display->ZoomChanged(Kept, zoMouseWheel);
 }
 
 void TQVDisplayAxis::MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside,
@@ -55,8 +91,16 @@ void TQVDisplayAxis::MouseDown(TMouseButton AButton, TShiftState AShift, int32_t
         return;
     ButtonHitTest(AX, AY, true);
     FLabelButtonDown = FLabelButtonShown;
-    if (!FLabelButtonDown)
+    if (!FLabelButtonDown) {
+        // A press on the strip elsewhere starts a drag that pans the axis.
+        if (AMouseInside && IsVisible()) {
+            FLeftMouseButtonDown = true;
+            FPanSaved = false;
+            IntSaveMouseDownZoom(AX, AY);
+            AHandled = true;
+        }
         return;
+    }
     if (const TQVViewButtonClickEvent& OnClick = FButton->GetOnClick())
         OnClick(this, AHandled);
     if (AHandled)
@@ -69,6 +113,8 @@ void TQVDisplayAxis::MouseDown(TMouseButton AButton, TShiftState AShift, int32_t
 void TQVDisplayAxis::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside)
 {
     TQVTrackingOptionalAxis::MouseUp(AButton, AShift, AX, AY, AMouseInside);
+    if (AButton == mbLeft)
+        FLeftMouseButtonDown = false;
     if (AButton != mbLeft || !FLabelButtonDown)
         return;
     FLabelButtonDown = false;
@@ -78,6 +124,7 @@ void TQVDisplayAxis::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t A
 void TQVDisplayAxis::MouseLeave()
 {
     TQVTrackingOptionalAxis::MouseLeave();
+    FLeftMouseButtonDown = false;
     if (!FLabelButtonShown && !FLabelButtonDown)
         return;
     FLabelButtonShown = false;

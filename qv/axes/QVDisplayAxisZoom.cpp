@@ -5,6 +5,7 @@
 #include "qv/axes/QVDisplayAxis.h"
 
 #include "qv/axes/QVDisplayAxisZoomSettings.h"
+#include "qv/axes/QVZoomPin.h"
 #include "qv/component/QVDisplayOwner.h"
 
 #include <algorithm>
@@ -153,12 +154,18 @@ bool TQVDisplayAxis::GetCanZoomOut() const
 
 // ---- Workers ----
 
-void TQVDisplayAxis::IntZoom(double AValue, TQVZoomOperation /*AOperation*/)
+void TQVDisplayAxis::IntZoom(double AValue, TQVZoomOperation AOperation)
 {
     auto Guard = GetLock()->AcquireWrite();
     ScaleZoomWindow(AValue);
     FValidStep = false;
     InvalidateRecalc();
+    SendZoomChange(AOperation);
+}
+
+void TQVDisplayAxis::SendZoomChange(TQVZoomOperation AOperation)
+{
+    FZoomPin->SendChange(AOperation);
 }
 
 void TQVDisplayAxis::ScaleZoomWindow(double AValue)
@@ -180,7 +187,7 @@ void TQVDisplayAxis::IntZoomBy(double AValue)
     IntZoom(AValue, zoZoom);
 }
 
-void TQVDisplayAxis::IntZoomToScale(double AMin, double AMax, TQVZoomOperation /*AOperation*/, bool /*ASendPin*/)
+void TQVDisplayAxis::IntZoomToScale(double AMin, double AMax, TQVZoomOperation AOperation, bool ASendPin)
 {
     auto Guard = GetLock()->AcquireWrite();
     if (AMax < AMin)
@@ -217,6 +224,8 @@ void TQVDisplayAxis::IntZoomToScale(double AMin, double AMax, TQVZoomOperation /
     FValidStep = false;
     InvalidateMinMaxCache(false);
     InvalidateRecalc();
+    if (ASendPin)
+        SendZoomChange(AOperation);
 }
 
 void TQVDisplayAxis::IntZoomToData(double AMin, double AMax, TQVZoomOperation AOperation)
@@ -227,6 +236,7 @@ void TQVDisplayAxis::IntZoomToData(double AMin, double AMax, TQVZoomOperation AO
 void TQVDisplayAxis::IntZoomOff()
 {
     BasicZoomOff();
+    SendZoomChange(zoZoomOff);
 }
 
 void TQVDisplayAxis::BasicZoomOff()
@@ -319,6 +329,7 @@ void TQVDisplayAxis::MouseOffsetBy(double AValue)
     CorrectMinMax();
     Display->ZoomChanged(Kept, zoMousePan);
     InvalidateMinMaxCache(false);
+    SendZoomChange(zoMousePan);
 }
 
 } // namespace qv

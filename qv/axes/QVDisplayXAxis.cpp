@@ -36,6 +36,7 @@ void QVDrawAxisStrip(TQVDisplayAxis& AAxis, TQLCanvas& ACanvas, bool AVertical, 
     AAxis.DrawAxisLabel(ACanvas, APrinting);
     if (AAxis.GetTrackCursor() && AAxis.GetMouseIsIn() && !APrinting && !AAxis.GetDisplay()->GetDesigning())
         AAxis.DrawMouseMarker(ACanvas, ATrackSize);
+    AAxis.DrawToolBar(ACanvas, APrinting);
 }
 
 TQVBasicDisplayXAxis::TQVBasicDisplayXAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)

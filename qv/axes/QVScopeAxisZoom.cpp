@@ -18,6 +18,7 @@ void TQVBasicScopeYAxis::MouseMoveScale(const TPoint& AFrom, const TPoint& ATo)
     CorrectMinMax();
     InvalidateMinMaxCache(false);
     Display->ZoomChanged(Kept, zoMousePan);
+    SendZoomChange(zoMousePan);
 }
 
 } // namespace qv

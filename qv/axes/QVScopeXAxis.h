@@ -140,7 +140,11 @@ public:
     // channels on the axis.
     virtual void AlignValue(double& AValue) const;
     // Scales the zoom window about its centre; the step and the layout stay as they are.
-    void IntZoom(double AValue, TQVZoomOperation /*AOperation*/) override { ScaleZoomWindow(AValue); }
+    void IntZoom(double AValue, TQVZoomOperation AOperation) override
+    {
+        ScaleZoomWindow(AValue);
+        SendZoomChange(AOperation);
+    }
 
     // ---- Stored form ----
     // Older forms: six numbers, the range bounds of Min and Max, then of the zoom width.

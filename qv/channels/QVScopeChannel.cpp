@@ -1,6 +1,7 @@
 #include "qv/channels/QVScopeChannel.h"
 
 #include "qv/channels/QVChannelData.h"
+#include "qv/channels/QVScopeChannelMarker.h"
 #include "qv/channels/QVScopeOwner.h"
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
@@ -13,7 +14,9 @@ namespace qv {
 
 TQVScopeChannel::TQVScopeChannel(TQLCollection* ACollection)
     : TQVDisplayChannel(ACollection), FOwner(dynamic_cast<TQVScopeOwner*>(GetDisplay())),
-      FData(std::make_unique<TQVChannelData>(this)), FWriter(std::make_shared<TQVChannelWriter>(FData.get()))
+      FData(std::make_unique<TQVChannelData>(this)),
+      FMarkers(std::make_unique<TQVScopeChannelMarkers>(this, GetLock(), GetDisplay())),
+      FWriter(std::make_shared<TQVChannelWriter>(FData.get()))
 {
     CreatePins();
 }
@@ -243,6 +246,7 @@ const TQLClassInfo& TQVScopeChannel::StaticClassInfo()
         TQLClassBuilder<TQVScopeChannel>("TQVScopeChannel", &TQVDisplayChannel::StaticClassInfo())
             .Property("ShadeMode", &TQVScopeChannel::GetShadeMode, &TQVScopeChannel::SetShadeMode, csmZero)
             .Property("Synchronize", &TQVScopeChannel::GetSynchronize, &TQVScopeChannel::SetSynchronize, true)
+            .Collection("Markers", &TQVScopeChannel::GetMarkers)
             .Build();
     return Info;
 }

@@ -23,6 +23,7 @@ class TQVChannelMouseHitPoint;
 class TQVDisplayAxis;
 class TQVScopeOwner;
 class TQVScopeChannel;
+class TQVScopeChannelMarkers;
 
 // Fired for each bar before it is drawn; clearing DefaultDraw leaves that bar out.
 using TQVSampleDrawEvent = std::function<void(TQLPersistent* Sender, double XValue, double YValue, TQLCanvas& Canvas,
@@ -174,6 +175,15 @@ public:
     double HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDetectDirection& ADirection, double& AFraction,
                    int32_t& ABeginIndex, int32_t& AEndIndex) override;
 
+    // ---- Markers (QVScopeChannelMarker.cpp) ----
+    // The channel's markers, at sample indexes, each in one of the scope's marker groups.
+    TQVScopeChannelMarkers* GetMarkers() const { return FMarkers.get(); }
+    void SetMarkers(const TQVScopeChannelMarkers* AValue);
+    // Draws each visible marker whose sample lies on screen at the interpolated point of its
+    // position (taking the others out of the hit test), then the ghost of a marker under
+    // drag. Runs after the plot, on the frame's screen stage.
+    void DrawMarkers(TQLCanvas& ACanvas, const TRect& ARect, bool Printing);
+
     // Whether the channel is drawn highlighted, and in which colour.
     virtual bool GetPlotHighlighted(bool APrinting) const { return GetDrawnHighlighted(APrinting); }
     virtual TAlphaColor GetPlotHighlightColor() const { return GetHighlightColor(); }
@@ -222,6 +232,7 @@ private:
     std::atomic<bool> FHasNewBuffer{false};
     std::atomic<double> FSampleRate{0.0};
     std::unique_ptr<TQVChannelData> FData;
+    std::unique_ptr<TQVScopeChannelMarkers> FMarkers;
     std::shared_ptr<TQVChannelWriter> FWriter;
 
     // Pins. The flags are written and read under the display's lock.

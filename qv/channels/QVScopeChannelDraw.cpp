@@ -8,6 +8,7 @@
 #include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVHighlightInfo.h"
 #include "qv/channels/QVScopeChannel.h"
+#include "qv/channels/QVScopeChannelMarker.h"
 #include "qv/channels/QVScopeOwner.h"
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLCanvas.h"
@@ -99,6 +100,9 @@ void TQVScopeChannel::InvalidateChannel()
 
 void TQVScopeChannel::Draw(TQLCanvas& ACanvas, const TRect& ARect, bool Printing)
 {
+    // A frame that plots nothing draws no marker either: none stays hit where it was.
+    for (TQVScopeChannelMarker* Marker : *FMarkers)
+        Marker->ClearDrawData();
     DrawCall(&TQVScopeChannel::ChannelDataDraw, ACanvas, 0xFF000000, ARect, Printing);
     ACanvas.SetPenWidth(1);
 }
@@ -404,6 +408,7 @@ void TQVScopeChannel::ChannelDataDraw(TQLCanvas& ACanvas, TAlphaColor AColor, co
     if (GetPlotHighlighted(Printing))
         PlotChannelData(ACanvas, AColor, true, false, ARect, AYOffset, AYData, AXData);
     PlotChannelData(ACanvas, AColor, false, false, ARect, AYOffset, AYData, AXData);
+    DrawMarkers(ACanvas, ARect, Printing);
 }
 
 void TQVScopeChannel::ChannelDataZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, double AYOffset,

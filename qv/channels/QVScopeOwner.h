@@ -14,6 +14,7 @@ namespace qv {
 class TQVScopeChannel;
 class TQVScopeChannels;
 class TQVScopeDataView;
+class TQLCollection;
 
 class TQVScopeOwner {
 public:
@@ -35,6 +36,8 @@ public:
     virtual void SetInDraw(bool AValue) = 0;
     // The plot area.
     virtual TQVScopeDataView* GetScopeDataView() const = 0;
+    // The scope's marker groups, whose items are TQVDisplayMarkerGroup; null without them.
+    virtual TQLCollection* GetMarkerGroupCollection() const { return nullptr; }
 };
 
 } // namespace qv

@@ -1,5 +1,8 @@
 #include "qv/display/QVDataDisplay.h"
+
+#include "qv/axes/QVDisplayAxis.h"
 #include "qv/component/QVLabelTemplate.h"
+#include "qv/display/QVDisplayToolBar.h"
 
 #include "qv/channels/QVChannelMouseHitPoint.h"
 #include "qv/component/QVDisplayComponent.h"
@@ -28,6 +31,7 @@ TQVDataDisplay::TQVDataDisplay() : TQVDisplayOwner(QLMakeLock())
     FRedoList = std::make_unique<TQVDisplayZoomList>();
     FBkgBitmap.SetSize(10, 10);
     FElements = std::make_unique<TQVDisplayElements>(*this);
+    FToolBar = std::make_unique<TQVDisplayToolBar>(this);
     // Created last: until a derived display adds its own views the title stands last.
     FTitle = std::make_unique<TQVDisplayTitle>(this);
 }
@@ -39,6 +43,7 @@ TQVDataDisplay::~TQVDataDisplay()
     FRedoList.reset();
     FUndoList.reset();
     FTitle.reset();
+    FToolBar.reset();
     FZooming.reset();
     FRefreshTimer.SetOnTimer({});
     FRefreshTimer.SetOnChange({});
@@ -75,6 +80,24 @@ void TQVDataDisplay::SetDisplayCursor(TCursor AValue)
     FShownCursor = AValue;
     if (FOnCursorChange)
         FOnCursorChange(AValue);
+}
+
+bool TQVDataDisplay::GetAxisValueAt(int32_t AX, int32_t AY, double& AxisX, double& AxisY) const
+{
+    const TQVDisplayAxis* XAxis = GetXAxis();
+    const TQVDisplayAxis* YAxis = GetYAxis();
+    return XAxis && YAxis && XAxis->GetValueAt(AX, AY, AxisX) && YAxis->GetValueAt(AX, AY, AxisY);
+}
+
+std::string TQVDataDisplay::GetPrintTitle() const
+{
+    const std::string& Text = FTitle->GetText();
+    return Text.empty() ? "Untitled" : Text;
+}
+
+void TQVDataDisplay::SetToolBar(const TQVDisplayToolBar* AValue)
+{
+    FToolBar->Assign(AValue);
 }
 
 void TQVDataDisplay::SetTitle(const TQVDisplayTitle* AValue)
@@ -697,6 +720,7 @@ const TQLClassInfo& TQVDataDisplay::StaticClassInfo()
             .Color("Color", &TQVDataDisplay::GetColor, &TQVDataDisplay::SetColor, TAlphaColor(0xFF000000))
             .Object("Title", &TQVDataDisplay::GetTitle)
             .Object("Zooming", &TQVDataDisplay::GetZooming)
+            .Object("ToolBar", &TQVDataDisplay::GetToolBar)
             .Property("Cursor", &TQVDataDisplay::GetCursor, &TQVDataDisplay::SetCursor, crDefault)
             .Property("NavigateMode", &TQVDataDisplay::GetNavigateMode, &TQVDataDisplay::SetNavigateMode, nmZoom)
             .Property("RefreshInterval", &TQVDataDisplay::GetRefreshInterval, &TQVDataDisplay::SetRefreshInterval,

@@ -35,6 +35,7 @@ class TQVDisplayAxis;
 class TQVDisplayZoom;
 class TQVDisplayZoomList;
 class TQVAxisZoomList;
+class TQVDisplayToolBar;
 
 using TQVDataToolTipEvent =
     std::function<void(TQLPersistent* Sender, TPoint MousePoint, TQVRealPoint DataPoint, std::string& Text)>;
@@ -185,6 +186,12 @@ public:
     void DblClick();
     // The plot area, when the display has one.
     TQVDisplayComponent* GetDataView() const override { return nullptr; }
+    // The values of the main X and Y axes at the control pixel (AX, AY): false, with the
+    // outputs as they were or AxisX alone set, unless both axes give a value there (the Y
+    // axis is not asked when the X axis fails). False on a display without axes.
+    bool GetAxisValueAt(int32_t AX, int32_t AY, double& AxisX, double& AxisY) const;
+    // The name a print job carries: the title's text, or "Untitled" when it has none.
+    virtual std::string GetPrintTitle() const;
     bool GetIsVertical() const override { return false; }
 
     // ---- Axes by kind and index (a chart has them; a plain display has none) ----
@@ -268,6 +275,10 @@ public:
     const TQVDisplayAxisList& GetXAxes() const { return FXAxes; }
     TQVDisplayAxisList& GetYAxes() override { return FYAxes; }
     const TQVDisplayAxisList& GetYAxes() const { return FYAxes; }
+
+    // The floating tool bar over the data view.
+    TQVDisplayToolBar* GetToolBar() const { return FToolBar.get(); }
+    void SetToolBar(const TQVDisplayToolBar* AValue);
 
     // The main title and its additional titles.
     TQVDisplayTitle* GetTitle() const { return FTitle.get(); }
@@ -419,6 +430,7 @@ private:
     std::vector<TQVDisplayComponent*> FComponents;
     std::unique_ptr<TQVDisplayTitle> FTitle;
     std::unique_ptr<TQVDisplayElements> FElements;
+    std::unique_ptr<TQVDisplayToolBar> FToolBar;
     std::unique_ptr<TQVDisplayZoom> FZooming;
     std::unique_ptr<TQVDisplayZoomList> FUndoList;
     std::unique_ptr<TQVDisplayZoomList> FRedoList;

@@ -4,6 +4,9 @@
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/decor/QVDisplayTitle.h"
+#include "qv/display/QVDisplayToolBar.h"
+#include "qv/elements/QVScopeMarkerGroup.h"
+#include "qv/elements/QVTextLabel.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
@@ -21,6 +24,11 @@ TQVScope::TQVScope()
     FElementFamilies.Set(ekZones, FZones.get());
     FElementFamilies.Set(ekEllipses, FEllipses.get());
     FElementFamilies.Set(ekCursorLinks, FCursorLinks.get());
+    FMarkerGroups = std::make_unique<TQVScopeMarkerGroups>(this, GetLock(), this);
+    FLabels = std::make_unique<TQVScopeTextLabels>(this, GetLock(), this);
+    FElementFamilies.Set(ekMarkerGroups, FMarkerGroups.get());
+    FElementFamilies.Set(ekLabels, FLabels.get());
+    FElementFamilies.Set(ekToolBar, GetToolBar());
     // The views dock in the order they are made: the axes, then the data view, which takes
     // what they leave.
     FXAxis = std::make_unique<TQVScopeXAxis>(this);
@@ -48,6 +56,11 @@ TQVScope::~TQVScope()
     FEllipses.reset();
     FZones.reset();
     FCursors.reset();
+    FElementFamilies.Set(ekMarkerGroups, nullptr);
+    FElementFamilies.Set(ekLabels, nullptr);
+    FElementFamilies.Set(ekToolBar, nullptr);
+    FMarkerGroups.reset();
+    FLabels.reset();
     FYAxis.reset();
     FXAxis.reset();
     FDataView.reset();
@@ -217,6 +230,29 @@ void TQVScope::Loaded()
         Min->SetValue(0.0 - Min->GetValue());
 }
 
+void TQVScope::SetMarkerGroups(const TQVScopeMarkerGroups* AValue)
+{
+    FMarkerGroups->Assign(AValue);
+}
+
+TQLCollection* TQVScope::GetMarkerGroupCollection() const
+{
+    return FMarkerGroups.get();
+}
+
+TQVScopeMarkerGroup* TQVScope::GetLastMarerGroup()
+{
+    auto Guard = GetLock()->AcquireWrite();
+    if (FMarkerGroups->GetCount() == 0)
+        return FMarkerGroups->Add();
+    return FMarkerGroups->GetItem(FMarkerGroups->GetCount() - 1);
+}
+
+void TQVScope::SetLabels(const TQVScopeTextLabels* AValue)
+{
+    FLabels->Assign(AValue);
+}
+
 void TQVScope::SetChannels(const TQVScopeChannels* AValue)
 {
     FChannels->Assign(AValue);
@@ -312,6 +348,8 @@ const TQLClassInfo& TQVScope::StaticClassInfo()
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVScope>("TQVScope", &TQVDataChart::StaticClassInfo())
             .Property("Vertical", &TQVScope::GetVertical, &TQVScope::SetVertical, false)
+            // Groups before channels: a stored channel marker names its group by index.
+            .Collection("MarkerGroups", &TQVScope::GetMarkerGroups)
             .Collection("Channels", &TQVScope::GetChannels)
             .Collection("Cursors", &TQVScope::GetCursors)
             .Collection("Zones", &TQVScope::GetZones)
@@ -319,6 +357,7 @@ const TQLClassInfo& TQVScope::StaticClassInfo()
             .Collection("CursorLinks", &TQVScope::GetCursorLinks)
             .Object("Trails", &TQVScope::GetTrails)
             .Property("CursorsStayInView", &TQVScope::GetCursorsStayInView, &TQVScope::SetCursorsStayInView, true)
+            .Collection("Labels", &TQVScope::GetLabels)
             .Property("SizeLimit", &TQVScope::GetSizeLimit, &TQVScope::SetSizeLimit, uint32_t(0))
             .Build();
     return Info;

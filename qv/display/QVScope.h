@@ -23,6 +23,9 @@ namespace qv {
 class TQVScopeChannel;
 class TQVScopeChannels;
 class TQVScopeDataView;
+class TQVScopeMarkerGroup;
+class TQVScopeMarkerGroups;
+class TQVScopeTextLabels;
 
 // May replace the text of the label shown at a channel hit: the handler calls SetLabelText.
 using TQVCustomMouseLabelEvent =
@@ -122,6 +125,14 @@ public:
     {
         return TQVDataChart::GetFormatLabelText(APoint, AX, AY, ALabelText, ADefault);
     }
+    // ---- Markers and labels ----
+    TQVScopeMarkerGroups* GetMarkerGroups() const { return FMarkerGroups.get(); }
+    void SetMarkerGroups(const TQVScopeMarkerGroups* AValue);
+    TQLCollection* GetMarkerGroupCollection() const override;
+    // The last marker group; a scope without groups gets one first.
+    TQVScopeMarkerGroup* GetLastMarerGroup();
+    TQVScopeTextLabels* GetLabels() const { return FLabels.get(); }
+    void SetLabels(const TQVScopeTextLabels* AValue);
 
     // The element families laid over the plot, each drawn at its place in the draw order.
     TQVScopeElementFamilies& GetElementFamilies() { return FElementFamilies; }
@@ -141,6 +152,8 @@ protected:
 private:
     bool FVertical = false;
     std::unique_ptr<TQVScopeChannels> FChannels;
+    std::unique_ptr<TQVScopeMarkerGroups> FMarkerGroups;
+    std::unique_ptr<TQVScopeTextLabels> FLabels;
     // Producers read it on their threads.
     std::atomic<uint32_t> FSizeLimit{0};
     TQWCriticalSection FAllChannelSection;

@@ -17,6 +17,7 @@ std::string QVDataKindName(TQVDataKind AKind)
     case dkWord: return "dkWord";
     case dkComplex: return "dkComplex";
     case dkByte: return "dkByte";
+    case dkAxisState: return "dkAxisState";
     }
     return "kind " + std::to_string(static_cast<int>(AKind));
 }

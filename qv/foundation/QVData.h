@@ -21,8 +21,9 @@ enum TQVDataKind : uint8_t {
     dkUInt64,
     dkSmallInt,
     dkWord,
-    dkComplex, // std::complex<double>: pairs of doubles, real part first
-    dkByte     // raw bytes, no numeric meaning
+    dkComplex,  // std::complex<double>: pairs of doubles, real part first
+    dkByte,     // raw bytes, no numeric meaning
+    dkAxisState // no samples: the zoom state of an axis, passed between displays
 };
 
 // "dkReal", "dkComplex", ...; an unknown value gives "kind <number>".

@@ -6,10 +6,15 @@
 #include "qv/platform/qt/QLQtImage.h"
 #include "qv/platform/qt/QLQtPictureOutput.h"
 
+#include "qv/display/QVDisplayToolBar.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPrintDialog>
 #include <QThread>
 #include <QWheelEvent>
 
@@ -82,7 +87,8 @@ TQVDisplayWidget::TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWi
     setFocusPolicy(Qt::StrongFocus);
     FDisplay->SetCanvasFactory(QLQtCanvasFactory());
     // Print, clipboard and image files work in a widget with no further set-up.
-    QLInstallQtPictureServices(*FDisplay);
+    std::shared_ptr<TQLQtPictureServices> Services = QLInstallQtPictureServices(*FDisplay);
+    InstallToolBarDialogs(Services);
     FDisplay->SetParentState(true, 0);
     // A repaint may be asked for from a producer's thread (a channel cleared there): the
     // request then travels to the GUI thread as a queued call.
@@ -121,6 +127,10 @@ void TQVDisplayWidget::DetachDisplay()
     FDisplay->SetOnCursorChange({});
     FDisplay->SetOnSetFocus({});
     FDisplay->SetOnSetupDialog({});
+    if (TQVDisplayToolBar* Bar = FDisplay->GetToolBar()) {
+        Bar->SetOnPrintDialog({});
+        Bar->SetOnSaveDialog({});
+    }
     FDisplay->GetRefreshTimer().SetOnChange({});
     FDisplay->SetParentState(false, 0);
     FDisplay = nullptr;
@@ -164,6 +174,45 @@ bool TQVDisplayWidget::ShowSetupDialog(TQLPersistent* AObject)
     const QPoint TopRight = mapToGlobal(QPoint(width() - Dialog.width() - 20, 20));
     Dialog.move(TopRight);
     return Dialog.exec() == QDialog::Accepted;
+}
+
+void TQVDisplayWidget::InstallToolBarDialogs(const std::shared_ptr<TQLQtPictureServices>& AServices)
+{
+    TQVDisplayToolBar* Bar = FDisplay->GetToolBar();
+    if (!Bar)
+        return;
+    // The print dialog sets up the printer that the display's Print then uses.
+    std::weak_ptr<TQLQtPictureServices> Weak = AServices;
+    Bar->SetOnPrintDialog([this, Weak] {
+        std::shared_ptr<TQLQtPictureServices> Services = Weak.lock();
+        if (!Services)
+            return false;
+        Services->GetQPrinter().setDocName(QString::fromStdString(FDisplay->GetPrintTitle()));
+        QPrintDialog Dialog(&Services->GetQPrinter(), this);
+        return Dialog.exec() == QDialog::Accepted;
+    });
+    Bar->SetOnSaveDialog([this](const std::string& AFilter, const std::string& ADefaultExt, std::string& AFileName) {
+        const QString Name = QFileDialog::getSaveFileName(this, tr("Save picture"), QString(), QVQtFileFilter(AFilter));
+        if (Name.isEmpty())
+            return false;
+        AFileName = Name.toStdString();
+        if (QFileInfo(Name).suffix().isEmpty())
+            AFileName += "." + ADefaultExt;
+        return true;
+    });
+}
+
+QString QVQtFileFilter(const std::string& AFilter)
+{
+    // "description|pattern|description|pattern": Qt's form lists the descriptions, which
+    // name their patterns, one per ";;".
+    const QStringList Parts = QString::fromStdString(AFilter).split('|');
+    QStringList Filters;
+    for (qsizetype I = 0; I + 1 < Parts.size(); I += 2) {
+        const QString& Description = Parts[I];
+        Filters << (Description.contains('(') ? Description : Description + " (" + Parts[I + 1] + ")");
+    }
+    return Filters.join(";;");
 }
 
 void TQVDisplayWidget::SyncTimer()

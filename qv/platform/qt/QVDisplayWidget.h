@@ -9,6 +9,8 @@
 
 #include <QColor>
 #include <QTimer>
+
+#include <QString>
 #include <QWidget>
 #include <memory>
 
@@ -23,6 +25,10 @@ Qt::CursorShape QVQtCursorShape(TCursor ACursor);
 // The library's key code (TQLKey, or a printable character's code) of a Qt key; vkNone for
 // keys the displays have no code for.
 uint16_t QVKeyOf(int AQtKey);
+// A tool bar file filter ("description|pattern|...") in Qt's form ("description;;...").
+QString QVQtFileFilter(const std::string& AFilter);
+
+class TQLQtPictureServices;
 
 // The Qt properties let Qt Designer and .ui files set the commonest settings; everything
 // else is reached through GetDisplay().
@@ -76,6 +82,8 @@ protected:
 
 private:
     void SyncTimer();
+    // The tool bar's print and save buttons open Qt's print and file dialogs.
+    void InstallToolBarDialogs(const std::shared_ptr<TQLQtPictureServices>& AServices);
     void DetachDisplay();
 
     std::unique_ptr<TQVDataDisplay> FOwned;

@@ -1,0 +1,70 @@
+// The zoom pin: two axes in different displays share one zoom window.
+#include "qv/axes/QVZoomPin.h"
+
+#include "qv/axes/QVDisplayAxis.h"
+
+#include <stdexcept>
+
+namespace qv {
+
+TQVZoomPin::TQVZoomPin(TQVDisplayAxis* AAxis)
+    : FAxis(AAxis),
+      FSink(std::make_shared<TQWSinkPin>(std::initializer_list<TQVDataKind>{dkAxisState},
+                                         [this](TQWPin*, TQVDataKind AKind, const TQWOperation& AOperation,
+                                                uint64_t AState) { return DispatchData(AKind, AOperation, AState); }))
+{}
+
+TQVZoomPin::~TQVZoomPin()
+{
+    Disconnect();
+    FSink->Close();
+}
+
+void TQVZoomPin::Connect(TQVZoomPin& AOther)
+{
+    if (&AOther == this)
+        throw std::invalid_argument("TQVZoomPin.Connect: an axis' zoom pin cannot be tied to itself");
+    Disconnect();
+    AOther.Disconnect();
+    FSource.Connect(*AOther.FSink);
+    AOther.FSource.Connect(*FSink);
+    FPartner = &AOther;
+    AOther.FPartner = this;
+    SendChange(FAxis->IsZoomed() ? zoZoom : zoZoomOff);
+}
+
+void TQVZoomPin::Disconnect()
+{
+    if (!FPartner)
+        return;
+    TQVZoomPin* Partner = FPartner;
+    FPartner = nullptr;
+    Partner->FPartner = nullptr;
+    FSource.Disconnect(*Partner->FSink);
+    Partner->FSource.Disconnect(*FSink);
+}
+
+void TQVZoomPin::SendChange(TQVZoomOperation AOperation)
+{
+    if (FPartner)
+        FSource.Notify(TQWSuppliedZoomOperation(FAxis, AOperation));
+}
+
+bool TQVZoomPin::DispatchData(TQVDataKind /*ADataTypeID*/, const TQWOperation& AOperation, uint64_t /*AState*/)
+{
+    const auto* Zoom = dynamic_cast<const TQWSuppliedZoomOperation*>(&AOperation);
+    if (!Zoom || !Zoom->GetAxis())
+        return false;
+    if (Zoom->GetOperation() == zoZoomOff) {
+        FAxis->BasicZoomOff();
+        FAxis->InvalidateRecalc();
+        return true;
+    }
+    double Min = 0.0, Max = 0.0;
+    Zoom->GetAxis()->GetInternalZoomTo(Min, Max);
+    // Taken without sending it back: the partner has this window already.
+    FAxis->InternalZoomToScale(Min, Max, zoZoom, false);
+    return true;
+}
+
+} // namespace qv
