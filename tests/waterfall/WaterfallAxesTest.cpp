@@ -70,7 +70,8 @@ TEST(WaterfallAxes, ZoomNeverShowsFewerThanTwoRowsOrSamples)
              W.GetXAxis()->ZoomBy(0.001);
              W.GetYAxis()->ZoomBy(0.001);
          }},
-        {"wheel notches", [](TQVWaterfall& W, const TPoint& P) {
+        {"wheel notches",
+         [](TQVWaterfall& W, const TPoint& P) {
              for (int32_t I = 0; I < 40; ++I)
                  W.MouseWheelZoom(P, 0.5, 0.5);
          }},
