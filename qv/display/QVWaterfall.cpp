@@ -98,6 +98,8 @@ void TQVBasicWaterfall::PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas,
     ACanvas.SetTextColor(0xFFFFFFFF);
     ACanvas.SetClipRegion(ARegion);
     ACanvas.FillRect(Plot);
+    // Hosted displays lie on the background, under everything the waterfall draws.
+    GetElements()->DrawElements(ddpForeground, ACanvas, Plot, APrinting);
 
     const bool Vertical = GetIsVertical();
     for (TQVDisplayView* View : GetViews()) {

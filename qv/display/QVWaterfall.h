@@ -205,6 +205,8 @@ public:
     bool IsIntensityDomain() const override { return FIntensityDomain.load(); }
     // Marks the rows as spectra or intensities (as a pin's start does).
     void SetDomains(bool AFrequency, bool AIntensity);
+    // The level view's setup button opens the setup dialog on the level settings.
+    void DoColorChannelClick(int32_t /*AIndex*/) override { ShowSetupDialogFor(FLevels.get()); }
 
     QL_CLASS_INFO()
 
