@@ -1,15 +1,21 @@
 // A spectrum analyser: a signal thread computes a 4096-point FFT (FFTW) of its input twenty
-// times a second and hands the scope the magnitude spectrum in dB against frequency. The
-// input is synthesised: a 1 kHz tone, a weaker 5 kHz tone, a tone sweeping from 200 Hz to
-// 20 kHz and a noise floor.
+// times a second and hands the scope the magnitude spectrum in dB against frequency, and the
+// waterfall under it the same spectrum as its newest row. The input is synthesised: a 1 kHz
+// tone, a weaker 5 kHz tone, a tone sweeping from 200 Hz to 20 kHz and a noise floor. A
+// cursor on the waterfall stands at 5 kHz; its slice (that bin's level over the rows) goes
+// through its output pin to a small scope at the bottom.
 //
 //   qv_spectrum [--snapshot FILE]   with --snapshot: runs for a second, writes the picture
 //                                   to FILE and quits
 #include <qv/QVScope.h>
+#include <qv/QVWaterfall.h>
 #include <qv/qt/QVScopeWidget.h>
+#include <qv/qt/QVWaterfallWidget.h>
 
 #include <QApplication>
 #include <QTimer>
+#include <QVBoxLayout>
+#include <QWidget>
 
 #include <fftw3.h>
 
@@ -32,8 +38,8 @@ constexpr int Bins = Points / 2 + 1;
 // planning is not thread-safe; running a plan is.
 class TAnalyser {
 public:
-    explicit TAnalyser(qv::TQVScope& AScope)
-        : FScope(AScope), FIn(fftw_alloc_real(Points)), FOut(fftw_alloc_complex(Bins)),
+    TAnalyser(qv::TQVScope& AScope, qv::TQVWaterfall& AWaterfall)
+        : FScope(AScope), FWaterfall(AWaterfall), FIn(fftw_alloc_real(Points)), FOut(fftw_alloc_complex(Bins)),
           FPlan(fftw_plan_dft_r2c_1d(Points, FIn, FOut, FFTW_ESTIMATE)), FThread([this] { Run(); })
     {}
     ~TAnalyser()
@@ -75,12 +81,14 @@ private:
             }
             // Each frame replaces the spectrum; the scope shows it at its next refresh.
             FScope.GetChannels()->GetItem(0)->GetData()->SetXYData(Frequency.data(), Level.data(), Bins);
+            FWaterfall.GetData()->AddData(Level.data(), Bins);
             Next += std::chrono::milliseconds(50);
             std::this_thread::sleep_until(Next);
         }
     }
 
     qv::TQVScope& FScope;
+    qv::TQVWaterfall& FWaterfall;
     double* FIn;
     fftw_complex* FOut;
     fftw_plan FPlan;
@@ -97,8 +105,17 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication App(argc, argv);
 
-    qv::TQVScopeWidget Widget;
-    qv::TQVScope& Scope = Widget.GetScope();
+    QWidget Window;
+    auto* Layout = new QVBoxLayout(&Window);
+    Layout->setContentsMargins(0, 0, 0, 0);
+    Layout->setSpacing(0);
+    auto* Widget = new qv::TQVScopeWidget(&Window);
+    auto* WaterfallWidget = new qv::TQVWaterfallWidget(&Window);
+    auto* HistoryWidget = new qv::TQVScopeWidget(&Window);
+    Layout->addWidget(Widget, 3);
+    Layout->addWidget(WaterfallWidget, 3);
+    Layout->addWidget(HistoryWidget, 2);
+    qv::TQVScope& Scope = Widget->GetScope();
     Scope.GetTitle()->SetText("Spectrum, 4096-point FFT at 48 kHz");
     Scope.GetXAxis()->GetAxisLabel()->SetText("Frequency (Hz)");
     Scope.GetYAxis()->GetAxisLabel()->SetText("Level (dB)");
@@ -106,13 +123,42 @@ int main(int argc, char** argv)
     Scope.GetYAxis()->GetAutoScaling()->SetEnabled(false);
     Scope.GetYAxis()->GetMin()->SetValue(-120.0);
     Scope.GetYAxis()->GetMax()->SetValue(0.0);
-    Widget.resize(900, 420);
-    Widget.show();
-    TAnalyser Analyser(Scope); // declared after the widget: it stops first
+
+    // The waterfall: one row per spectrum, the last 200 rows, coloured from -120 dB to 0 dB;
+    // its sample axis reads in kHz up to half the sample rate.
+    qv::TQVWaterfall& Waterfall = WaterfallWidget->GetWaterfall();
+    Waterfall.GetTitle()->SetText("Spectrum history");
+    Waterfall.GetXAxis()->SetSamples(200);
+    Waterfall.GetXAxis()->GetAxisLabel()->SetText("Row (20 a second)");
+    Waterfall.GetData()->SetSampleRate(Rate);
+    Waterfall.SetDomains(true, false);
+    qv::TQVLevelAxis& Levels = *Waterfall.GetLevels()->GetAxis();
+    Levels.SetAutoscale(false);
+    Levels.SetMin(-120.0);
+    Levels.SetMax(0.0);
+
+    // A cursor at 5 kHz: after each paint its slice through the rows goes to the bottom
+    // scope, which shows how the 5 kHz level moved (the sweep passes it every 5 seconds).
+    qv::TQVWaterfallCursor& Cursor = *Waterfall.GetCursors()->Add();
+    Cursor.SetKind(qv::ckHorizontal);
+    Cursor.SetColor(0xFFFFFFFF);
+    Cursor.GetPosition()->SetY(5.0);
+    qv::TQVScope& History = HistoryWidget->GetScope();
+    History.GetTitle()->SetText("5 kHz over the rows (waterfall cursor)");
+    History.GetXAxis()->GetAxisLabel()->SetText("Row");
+    History.GetYAxis()->GetAxisLabel()->SetText("Level (dB)");
+    History.GetYAxis()->GetAutoScaling()->SetEnabled(false);
+    History.GetYAxis()->GetMin()->SetValue(-120.0);
+    History.GetYAxis()->GetMax()->SetValue(0.0);
+    Cursor.GetYOutputPin()->Connect(*History.GetChannels()->GetItem(0)->GetInputPin());
+
+    Window.resize(900, 900);
+    Window.show();
+    TAnalyser Analyser(Scope, Waterfall); // declared after the widgets: it stops first
 
     if (Snapshot) {
         QTimer::singleShot(1000, &App, [&] {
-            Scope.SaveToBitmap(Snapshot);
+            Window.grab().save(QString::fromUtf8(Snapshot));
             App.quit();
         });
     }

@@ -267,6 +267,9 @@ public:
     virtual void MouseWheelZoomInt(const TPoint& APoint, double AFactor);
     // Lets an axis change the wheel factor for a window of width AWidth; none here.
     virtual void AdjustZoomFactor(double AWidth, double& AFactor) {}
+    // The narrowest zoom window the axis allows, in printed units; 0 leaves the window to
+    // the general rules.
+    virtual double GetLeastZoomWidth() const { return 0.0; }
 
     // ---- Panning ----
     // A drag starts at (AX, AY): the window it starts from is remembered.

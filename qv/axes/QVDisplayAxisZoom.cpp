@@ -192,6 +192,12 @@ void TQVDisplayAxis::IntZoomToScale(double AMin, double AMax, TQVZoomOperation A
     auto Guard = GetLock()->AcquireWrite();
     if (AMax < AMin)
         std::swap(AMin, AMax);
+    // A window narrower than the axis allows opens about its centre.
+    if (const double Least = GetLeastZoomWidth(); AMax - AMin < Least) {
+        const double Centre = (AMin + AMax) / 2.0;
+        AMin = Centre - Least / 2.0;
+        AMax = Centre + Least / 2.0;
+    }
     FZoomMin = AMin;
     FZoomMax = AMax;
     if (GetRestrictMinMax()) {

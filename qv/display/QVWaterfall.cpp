@@ -21,12 +21,14 @@ TQVBasicWaterfall::TQVBasicWaterfall()
     FHighlighting = std::make_unique<TQVDisplayHighlighting>(this);
     FXAxis = std::make_unique<TQVWaterfallXAxis>(this, this);
     FYAxis = std::make_unique<TQVWaterfallYAxis>(this, this);
+    FCursors = std::make_unique<TQVWaterfallCursors>(this, GetLock(), this);
     RowBoundChanged();
 }
 
 TQVBasicWaterfall::~TQVBasicWaterfall()
 {
     BeginDestroy();
+    FCursors.reset();
     FYAxis.reset();
     FXAxis.reset();
 }
@@ -96,6 +98,8 @@ void TQVBasicWaterfall::PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas,
     ACanvas.SetTextColor(0xFFFFFFFF);
     ACanvas.SetClipRegion(ARegion);
     ACanvas.FillRect(Plot);
+    // Hosted displays lie on the background, under everything the waterfall draws.
+    GetElements()->DrawElements(ddpForeground, ACanvas, Plot, APrinting);
 
     const bool Vertical = GetIsVertical();
     for (TQVDisplayView* View : GetViews()) {
@@ -115,6 +119,11 @@ void TQVBasicWaterfall::PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas,
     if (GetWaterfallBuffers().TakeBuffersChanged())
         DataView->HitTests();
 
+    if (FCursors->GetCount() > 0 && !ViewRect.IsEmpty()) {
+        TQLCanvasSave ViewSave(ACanvas);
+        ACanvas.SetClipRegion(TQLRegion(QLIntersectRect(ViewRect, Plot)));
+        FCursors->Draw(ACanvas, ViewRect);
+    }
     if (!APrinting) {
         TQLCanvasSave ViewSave(ACanvas);
         ACanvas.SetClipRegion(TQLRegion(QLIntersectRect(ViewRect, Plot)));
@@ -125,6 +134,9 @@ void TQVBasicWaterfall::PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas,
     }
     if (!APrinting && GetIsFocused())
         ACanvas.DrawFocusRect(Plot);
+    // Followers see what the cursors stand on in the picture just drawn.
+    if (!APrinting)
+        FCursors->UpdateCursorsData(*this);
 }
 
 void TQVBasicWaterfall::DrawHitPoint(TQLCanvas& ACanvas)
@@ -220,6 +232,7 @@ const TQLClassInfo& TQVBasicWaterfall::StaticClassInfo()
                                          .Object("XAxis", &C::GetXAxis)
                                          .Object("YAxis", &C::GetYAxis)
                                          .Object("Highlighting", &C::GetHighlighting)
+                                         .Collection("Cursors", &C::GetCursors)
                                          .Property("Vertical", &C::GetVertical, &C::SetVertical, false)
                                          .Build();
     return Info;
@@ -258,6 +271,8 @@ TQVWaterfall::~TQVWaterfall()
 {
     BeginDestroy();
     FInputPin->Close();
+    // The cursors ask the display for its data view as they go.
+    FCursors.reset();
     FDataView.reset();
     FLevels.reset();
 }

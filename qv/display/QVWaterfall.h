@@ -15,6 +15,7 @@
 #include "qv/waterfall/QVLevelDisplay.h"
 #include "qv/waterfall/QVWaterfallAxes.h"
 #include "qv/waterfall/QVWaterfallBuffers.h"
+#include "qv/waterfall/QVWaterfallCursor.h"
 #include "qv/waterfall/QVWaterfallDataView.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
 
@@ -35,6 +36,9 @@ public:
     TQVWaterfallYAxis* GetYAxis() const override { return FYAxis.get(); }
     void SetYAxis(const TQVWaterfallYAxis* AValue) { FYAxis->Assign(AValue); }
     TQVDisplayHighlighting* GetHighlighting() const override { return FHighlighting.get(); }
+    // Cursors over the picture; each publishes its row and slice after every paint.
+    TQVWaterfallCursors* GetCursors() const { return FCursors.get(); }
+    void SetCursors(const TQVWaterfallCursors* AValue) { FCursors->Assign(AValue); }
     void SetHighlighting(const TQVDisplayHighlighting* AValue) { FHighlighting->Assign(AValue); }
     // Rows run down the display and samples across it.
     bool GetVertical() const { return FVertical; }
@@ -47,8 +51,8 @@ public:
     // The next draw colours every row anew.
     void ForceFullRedraw() override;
     void RepopulateView() override { ForceFullRedraw(); }
-    // Background, the docked views, the image, the hit point and the box being dragged,
-    // the focus.
+    // Background, the docked views, the image, the cursors, the hit point and the box being
+    // dragged, the focus; then the cursors publish their rows and slices.
     void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, const TQLRegion& ARegion,
                           bool APrinting) override;
     // Prints with the picture held; Hold comes back as it was, also when the print fails.
@@ -70,9 +74,9 @@ public:
     // false), -100000 outside the rows or samples.
     double GetValueAtInt(double AMinValue, int32_t AX, int32_t AY, bool& AFound) const;
     double GetValueAtScale(double AMinValue, double AXValue, double AYValue) const;
-    std::shared_ptr<IQVRealBuffer> GetBufferAtXScale(double AValue) const;
+    std::shared_ptr<IQVRealBuffer> GetBufferAtXScale(double AValue) const override;
     // A time slice: sample Round(position) of every row, oldest first.
-    std::shared_ptr<IQVRealBuffer> GetBufferAtYScale(double AValue) const;
+    std::shared_ptr<IQVRealBuffer> GetBufferAtYScale(double AValue) const override;
     // The value under the mouse, as the tool tip shows it.
     virtual double GetToolTipZValue() const { return 0.0; }
     // The level value's text, for "%Z".
@@ -108,6 +112,7 @@ protected:
     std::atomic<bool> FForcedFullRedraw{true};
     std::unique_ptr<TQVWaterfallXAxis> FXAxis;
     std::unique_ptr<TQVWaterfallYAxis> FYAxis;
+    std::unique_ptr<TQVWaterfallCursors> FCursors;
     bool FVertical = false;
     // XAxis.Samples, read by producers on their threads.
     std::atomic<int32_t> FRowBound{512};
@@ -200,6 +205,8 @@ public:
     bool IsIntensityDomain() const override { return FIntensityDomain.load(); }
     // Marks the rows as spectra or intensities (as a pin's start does).
     void SetDomains(bool AFrequency, bool AIntensity);
+    // The level view's setup button opens the setup dialog on the level settings.
+    void DoColorChannelClick(int32_t /*AIndex*/) override { ShowSetupDialogFor(FLevels.get()); }
 
     QL_CLASS_INFO()
 

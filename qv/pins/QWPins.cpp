@@ -137,8 +137,11 @@ void TQWSourcePin::Connect(TQWSinkPin& ASink)
         std::lock_guard Lock(FLink->Section);
         FLink->Sinks.push_back(std::move(Sink));
     }
-    std::lock_guard Lock(ASink.FSection);
-    ASink.FSource = FLink;
+    {
+        std::lock_guard Lock(ASink.FSection);
+        ASink.FSource = FLink;
+    }
+    Connected(ASink);
 }
 
 void TQWSourcePin::Disconnect(TQWSinkPin& ASink)

@@ -131,8 +131,35 @@ public:
     void Notify(const TQWOperation& AOperation);
     bool GetStreaming() const;
 
+protected:
+    // Runs after ASink was connected, on the connecting thread, with no lock of the pin held.
+    virtual void Connected(TQWSinkPin& ASink) {}
+
 private:
     std::shared_ptr<TQWSourceLink> FLink;
+};
+
+// A source of real blocks. Its connect callback runs for every new sink, so the owner can
+// open the stream for that sink alone (a start with the rate it sends at).
+class TQVQWRealSourcePin : public TQWSourcePin {
+public:
+    using TQWConnectProc = std::function<void(TQWSinkPin& ASink)>;
+    explicit TQVQWRealSourcePin(TQWConnectProc AOnConnect = {})
+        : TQWSourcePin(dkReal), FOnConnect(std::move(AOnConnect))
+    {}
+    // Sends ABuffer as one block to every connected sink; a null buffer raises
+    // std::invalid_argument.
+    void SendBuffer(std::shared_ptr<const IQVData> ABuffer) { Notify(TQWSuppliedBufferOperation(std::move(ABuffer))); }
+
+protected:
+    void Connected(TQWSinkPin& ASink) override
+    {
+        if (FOnConnect)
+            FOnConnect(ASink);
+    }
+
+private:
+    TQWConnectProc FOnConnect;
 };
 
 // Sink pins registered under names, such as the input pins of a chart's channels. Holds the

@@ -11,6 +11,25 @@
 
 namespace qv {
 
+namespace {
+
+// Raises the wheel factor AFactor for a window of AWidth printed units so that the new
+// window spans at least two units of AUnit printed units each (rows or samples).
+void QVRaiseToTwoUnits(double AWidth, double AUnit, double& AFactor)
+{
+    if (AWidth == 0.0 || AUnit == 0.0)
+        return;
+    double V = AWidth * AFactor;
+    const double Units = V / AUnit;
+    if (Units > 0.0 && Units < 2.0)
+        V = 2.0 * AUnit;
+    else if (Units < 0.0 && Units > -2.0)
+        V = -2.0 * AUnit;
+    AFactor = V / AWidth;
+}
+
+} // namespace
+
 // ---- X axis: rows ----
 
 TQVWaterfallXAxis::TQVWaterfallXAxis(TQVDisplayOwner* ADisplay, TQVWaterfallOwner* AWaterfall)
@@ -96,6 +115,38 @@ double TQVWaterfallXAxis::GetStep()
     const double OneRow = std::abs(DataToScaleTickNoOffset(1.0));
     FStep = std::max(Step, OneRow);
     return FStep;
+}
+
+void TQVWaterfallXAxis::AdjustZoomFactor(double AWidth, double& AFactor)
+{
+    QVRaiseToTwoUnits(AWidth, std::abs(DataToScaleTickNoOffset(1.0)), AFactor);
+}
+
+void TQVWaterfallXAxis::IntZoom(double AValue, TQVZoomOperation AOperation)
+{
+    AdjustZoomFactor(GetScaleZoomedTickRange(), AValue);
+    TQVBasicDisplayXAxis::IntZoom(AValue, AOperation);
+}
+
+double TQVWaterfallXAxis::GetLeastZoomWidth() const
+{
+    return std::abs(DataToScaleTickNoOffset(2.0));
+}
+
+bool TQVWaterfallXAxis::GetCanZoomIn() const
+{
+    const TQVDisplayValueRange* Range = GetZoomWidthRange();
+    if (Range && Range->GetLow()->GetEnabled() && GetScaleZoomedTickRange() <= Range->GetLow()->GetValue())
+        return false;
+    return !(FZoomed && GetMaxSample() - GetMinSample() <= 2.0);
+}
+
+bool TQVWaterfallXAxis::GetCanZoomOut() const
+{
+    const TQVDisplayValueRange* Range = GetZoomWidthRange();
+    if (Range && Range->GetHigh()->GetEnabled() && GetScaleZoomedTickRange() >= Range->GetHigh()->GetValue())
+        return false;
+    return FZoomed && (GetScaleFullTickMin() < FZoomMin || GetScaleFullTickMax() > FZoomMax);
 }
 
 void TQVWaterfallXAxis::Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting)
@@ -198,6 +249,38 @@ double TQVWaterfallYAxis::SampleToScale(double AValue) const
     const double TickMax = FScaleTick.GetFull().GetMax().GetValue();
     const double Span = FSamples > 1 ? FSamples - 1.0 : 1.0;
     return (TickMax - TickMin) * ((AValue - FDataTotal.GetFull().GetMin().GetValue()) / Span) + TickMin;
+}
+
+double TQVWaterfallYAxis::SampleToScaleRange(double AValue) const
+{
+    const double Samples = GetFullDataSamples();
+    if (Samples == 0.0)
+        return 0.0;
+    return (FScaleTick.GetFull().GetMax().GetValue() - FScaleTick.GetFull().GetMin().GetValue()) * (AValue / Samples);
+}
+
+void TQVWaterfallYAxis::AdjustZoomFactor(double AWidth, double& AFactor)
+{
+    QVRaiseToTwoUnits(AWidth, std::abs(SampleToScaleRange(1.0)), AFactor);
+}
+
+void TQVWaterfallYAxis::IntZoom(double AValue, TQVZoomOperation AOperation)
+{
+    AdjustZoomFactor(GetScaleZoomedTickRange(), AValue);
+    TQVBasicDisplayYAxis::IntZoom(AValue, AOperation);
+}
+
+double TQVWaterfallYAxis::GetLeastZoomWidth() const
+{
+    return std::abs(SampleToScaleRange(2.0));
+}
+
+bool TQVWaterfallYAxis::GetCanZoomOut() const
+{
+    const TQVDisplayValueRange* Range = GetZoomWidthRange();
+    if (Range && Range->GetHigh()->GetEnabled() && GetScaleZoomedTickRange() >= Range->GetHigh()->GetValue())
+        return false;
+    return FZoomed && (GetScaleFullTickMin() < FZoomMin || GetScaleFullTickMax() > FZoomMax);
 }
 
 double TQVWaterfallYAxis::GetDataFullMax() const

@@ -36,6 +36,15 @@ public:
     double GetScaleFullTickMax() const override;
     // Never a step below one row.
     double GetStep() override;
+    // A zoom never shows fewer than two rows: the wheel, ZoomBy and ZoomIn scale the window
+    // no further, and a narrower window opens about its centre.
+    void AdjustZoomFactor(double AWidth, double& AFactor) override;
+    void IntZoom(double AValue, TQVZoomOperation AOperation) override;
+    double GetLeastZoomWidth() const override;
+    // No zooming in once two rows or fewer show (or Zooming.Range's least width is
+    // reached); zooming out only while the window leaves rows out.
+    bool GetCanZoomIn() const override;
+    bool GetCanZoomOut() const override;
     TQVScaleMode GetIntScaleMode() const override { return smLinear; }
     void SetIntScaleMode(TQVScaleMode) override {}
     void Draw(TQVDisplayDrawPart ADrawPart, TQLCanvas& ACanvas, bool AVertical, bool APrinting) override;
@@ -68,6 +77,8 @@ public:
     double GetMaxSample() const;
     double ScaleToSample(double AValue) const;
     double SampleToScale(double AValue) const;
+    // A span of AValue samples in printed units.
+    double SampleToScaleRange(double AValue) const;
     // The full sample span (Samples - 1 unless Max and Min are fixed).
     double GetFullDataSamples() const;
 
@@ -81,6 +92,11 @@ public:
     TQVAxisDirection GetDefaultHorizDir() const override { return adToRight; }
     TQVAxisDirection GetDefaultVertDir() const override { return adToUp; }
     bool GetIsOposite() const override { return false; }
+    // Never fewer than two samples shown, as the X axis does with rows.
+    void AdjustZoomFactor(double AWidth, double& AFactor) override;
+    void IntZoom(double AValue, TQVZoomOperation AOperation) override;
+    double GetLeastZoomWidth() const override;
+    bool GetCanZoomOut() const override;
     std::string GetAxisLabelText() const override;
     TQVScaleMode GetIntScaleMode() const override { return smLinear; }
     void SetIntScaleMode(TQVScaleMode) override {}

@@ -6,6 +6,7 @@
 #include "qv/foundation/QWCriticalSection.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace qv {
 
@@ -46,6 +47,10 @@ public:
     virtual void RowBoundChanged() = 0;
     // The image's row order turned round: sized and coloured anew at the next draw.
     virtual void RepopulateView() = 0;
+    // The row at the X scale value AValue, and the slice of sample Round(AValue) of the
+    // Y scale across every row; null outside the rows or samples.
+    virtual std::shared_ptr<IQVRealBuffer> GetBufferAtXScale(double AValue) const = 0;
+    virtual std::shared_ptr<IQVRealBuffer> GetBufferAtYScale(double AValue) const = 0;
     // A press on the level caption asks for the setup of the colour channel AIndex.
     virtual void DoColorChannelClick(int32_t AIndex) = 0;
 };

@@ -3,11 +3,13 @@
 // order, that changes reach the host, and that bad fractions and buffers are refused.
 #include "qv/QVScope.h"
 #include "qv/display/QVExternalScopeElement.h"
+#include "qv/display/QVExternalWaterfallElement.h"
 #include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -100,6 +102,48 @@ TEST(ExternalElement, TheHostDrawsVisibleElementsFirstInIndexOrder)
     TQLRecordingCanvas Again;
     Host.Scope.PaintToCanvas(Bitmap, Again, false);
     EXPECT_EQ(Host.Invalidations, 0);
+}
+
+// A waterfall hosts elements as the scope does, and is itself hosted by either: its picture
+// lands right after the host's background.
+TEST(ExternalElement, WaterfallsHostAndAreHosted)
+{
+    struct TCase {
+        const char* Name;
+        std::function<std::unique_ptr<TQVDataDisplay>()> MakeHost;
+        std::function<void(TQVDisplayElements&)> AddElement;
+    };
+    const auto AddWaterfall = [](TQVDisplayElements& E) { E.Add<TQVExternalWaterfallElement>(); };
+    const auto AddScope = [](TQVDisplayElements& E) { E.Add<TQVExternalScopeElement>(); };
+    const TCase Cases[] = {
+        {"a scope hosting a waterfall", [] { return std::make_unique<TQVScope>(); }, AddWaterfall},
+        {"a waterfall hosting a scope", [] { return std::make_unique<TQVWaterfall>(); }, AddScope},
+        {"a waterfall hosting a waterfall", [] { return std::make_unique<TQVWaterfall>(); }, AddWaterfall},
+    };
+    for (const TCase& C : Cases) {
+        std::unique_ptr<TQVDataDisplay> Host = C.MakeHost();
+        Host->SetCanvasFactory(RecordingFactory());
+        Host->SetBounds(0, 0, 400, 200);
+        C.AddElement(*Host->GetElements());
+        TQLBitmap Bitmap(400, 200);
+        TQLRecordingCanvas Canvas;
+        Host->PaintToCanvas(Bitmap, Canvas, false);
+        const auto& Records = Canvas.GetRecords();
+        size_t Fills = 0;
+        bool Drawn = false;
+        for (const TQLCanvasRecord& R : Records) {
+            if (R.Op == "DrawBitmap") {
+                Drawn = true;
+                EXPECT_EQ(R.Args[2], 241) << C.Name; // 0.6 of the host, plus the edge column
+                break;
+            }
+            EXPECT_TRUE(R.Op == "FillRect" || R.Op == "SetClipRegion" || R.Op == "SaveState" || R.Op == "SetPenStyle")
+                << C.Name << ": " << R.Op;
+            Fills += R.Op == "FillRect";
+        }
+        EXPECT_TRUE(Drawn) << C.Name;
+        EXPECT_EQ(Fills, 1u) << C.Name;
+    }
 }
 
 TEST(ExternalElement, AHiddenElementDrawsAndRendersNothing)

@@ -251,3 +251,29 @@ TEST(WaterfallControl, PrintsHeldAndPutsHoldBack)
     EXPECT_TRUE(Printer->HeldWhilePrinting);
     EXPECT_FALSE(F.Waterfall.GetHold());
 }
+
+// A press on the level caption opens the setup of the level settings, unless the button's own
+// click handler takes it.
+TEST(WaterfallControl, LevelCaptionClickOpensTheLevelSetup)
+{
+    for (const bool Handler : {false, true}) {
+        TQVWaterfall Waterfall;
+        Waterfall.SetCanvasFactory(
+            [](TQLBitmap&) -> std::unique_ptr<TQLCanvas> { return std::make_unique<TQLRecordingCanvas>(); });
+        Waterfall.SetBounds(0, 0, 320, 240);
+        TQLBitmap Bitmap{320, 240};
+        TQLRecordingCanvas Canvas;
+        Waterfall.PaintToCanvas(Bitmap, Canvas, false);
+        TQLPersistent* Opened = nullptr;
+        Waterfall.SetOnSetupDialog([&](TQLPersistent* AObject) { Opened = AObject; });
+        auto* Button = dynamic_cast<TQVViewButtonSettings*>(Waterfall.GetLevels()->GetButtonSettings());
+        ASSERT_NE(Button, nullptr);
+        if (Handler)
+            Button->SetOnClick([](TQLPersistent*, bool& AHandled) { AHandled = true; });
+        int32_t Angle = 0;
+        const TRect Box = Waterfall.GetLevels()->GetLabelRect(Canvas, Angle);
+        ASSERT_FALSE(Box.IsEmpty());
+        Waterfall.MouseDown(mbLeft, 0, (Box.Left + Box.Right) / 2, (Box.Top + Box.Bottom) / 2);
+        EXPECT_EQ(Opened, Handler ? nullptr : static_cast<TQLPersistent*>(Waterfall.GetLevels())) << Handler;
+    }
+}

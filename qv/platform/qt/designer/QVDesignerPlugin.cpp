@@ -1,12 +1,14 @@
 #include "QVDesignerPlugin.h"
 
 #include "qv/platform/qt/QVScopeWidget.h"
+#include "qv/platform/qt/QVWaterfallWidget.h"
 
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
 
+#include <algorithm>
 #include <cmath>
 
 namespace qv {
@@ -65,6 +67,32 @@ QIcon ScopeIcon()
     return QIcon(QPixmap::fromImage(Image));
 }
 
+// The waterfall's icon: rows of a spectrum coloured from blue through green to red, with a
+// bright line wandering down them, and the level key at the right; drawn at 32 x 32.
+QIcon WaterfallIcon()
+{
+    QImage Image(32, 32, QImage::Format_ARGB32_Premultiplied);
+    Image.fill(Qt::transparent);
+    QPainter Painter(&Image);
+    for (int Y = 4; Y < 28; ++Y)
+        for (int X = 2; X < 24; ++X) {
+            // A peak that drifts across the rows, on a low noisy floor.
+            const double Peak = std::exp(-std::pow((X - 8 - Y * 0.4) / 2.5, 2.0));
+            const double Level = std::min(1.0, 0.15 + 0.1 * std::sin(X * 1.7 + Y * 2.3) + Peak);
+            Painter.setPen(QColor::fromHsvF(static_cast<float>((1.0 - Level) * 0.66), 1.0f, 0.9f));
+            Painter.drawPoint(X, Y);
+        }
+    for (int Y = 4; Y < 28; ++Y) {
+        Painter.setPen(QColor::fromHsvF(static_cast<float>((Y - 4) / 24.0 * 0.66), 1.0f, 0.9f));
+        Painter.drawLine(26, Y, 29, Y);
+    }
+    Painter.setPen(QPen(QColor(90, 90, 90), 1));
+    Painter.setBrush(Qt::NoBrush);
+    Painter.drawRect(QRectF(1.5, 3.5, 22, 24));
+    Painter.end();
+    return QIcon(QPixmap::fromImage(Image));
+}
+
 } // namespace
 
 TQVDesignerPlugin::TQVDesignerPlugin(QObject* AParent) : QObject(AParent)
@@ -73,6 +101,10 @@ TQVDesignerPlugin::TQVDesignerPlugin(QObject* AParent) : QObject(AParent)
                                           QStringLiteral("A scope: channels plotted against X and Y axes"),
                                           QStringLiteral("scope"), ScopeIcon(), &CreateForDesigner<TQVScopeWidget>,
                                           this));
+    FWidgets.append(new TQVDesignerWidget(
+        QStringLiteral("qv::TQVWaterfallWidget"), QStringLiteral("qv/qt/QVWaterfallWidget.h"),
+        QStringLiteral("A waterfall: successive rows shown as a colour image with a level key"),
+        QStringLiteral("waterfall"), WaterfallIcon(), &CreateForDesigner<TQVWaterfallWidget>, this));
 }
 
 } // namespace qv

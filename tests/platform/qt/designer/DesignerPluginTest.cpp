@@ -43,7 +43,7 @@ TEST(DesignerPlugin, AFormWithAScopeLoadsAndTheScopePaints)
 
     // Laid out by the form and painted: the background colour fills most of it, and the
     // title, axes and grid draw on it.
-    Form->resize(400, 260);
+    Form->resize(400, 520);
     const QImage Shot = Scope->grab().toImage().convertToFormat(QImage::Format_RGB32);
     ASSERT_GT(Shot.width(), 300);
     int Background = 0, Other = 0;
@@ -52,6 +52,27 @@ TEST(DesignerPlugin, AFormWithAScopeLoadsAndTheScopePaints)
             (Shot.pixel(X, Y) == qRgb(0, 0, 64) ? Background : Other)++;
     EXPECT_GT(Background, Shot.width() * Shot.height() / 3);
     EXPECT_GT(Other, 500);
+}
+
+TEST(DesignerPlugin, AFormWithAWaterfallLoadsAndTheWaterfallPaints)
+{
+    QUiLoader Loader;
+    std::unique_ptr<QWidget> Form = LoadForm(Loader);
+    ASSERT_TRUE(Form) << Loader.errorString().toStdString();
+    EXPECT_TRUE(Loader.availableWidgets().contains(QStringLiteral("qv::TQVWaterfallWidget")));
+    QWidget* Waterfall = Form->findChild<QWidget*>(QStringLiteral("waterfall"));
+    ASSERT_NE(Waterfall, nullptr);
+    EXPECT_TRUE(Waterfall->inherits("qv::TQVWaterfallWidget")) << Waterfall->metaObject()->className();
+    EXPECT_EQ(Waterfall->property("backgroundColor").value<QColor>(), QColor(0, 48, 0));
+
+    Form->resize(400, 520);
+    const QImage Shot = Waterfall->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    ASSERT_GT(Shot.width(), 300);
+    int Background = 0;
+    for (int Y = 0; Y < Shot.height(); ++Y)
+        for (int X = 0; X < Shot.width(); ++X)
+            Background += Shot.pixel(X, Y) == qRgb(0, 48, 0);
+    EXPECT_GT(Background, Shot.width() * Shot.height() / 10);
 }
 
 int main(int argc, char** argv)
