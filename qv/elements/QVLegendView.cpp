@@ -93,7 +93,7 @@ TSize TQVLegendView::GetAutoSize() const
 int32_t TQVLegendView::GetViewHeight(TQLCanvas& ACanvas) const
 {
     bool NotFirst = false;
-    int32_t Height = 0;
+    int32_t Height = HeadingRoom;
     for (const TQVBasicLegendGroup* Group : FGroupsList)
         Height += Group->GetHeight(ACanvas, NotFirst);
     ACanvas.ApplyFont(*FFont);
@@ -154,7 +154,7 @@ void TQVLegendView::Draw(TQVDisplayDrawPart /*ADrawPart*/, TQLCanvas& ACanvas, b
     }
     const int32_t ViewHeight = GetViewHeight(ACanvas);
     const int32_t Line = LineHeight(ACanvas);
-    int32_t YPos = Rect.Top + Line / 2 + 2 - FScrollPos;
+    int32_t YPos = Rect.Top + HeadingRoom + Line / 2 + 2 - FScrollPos;
     int32_t LastY = YPos;
     for (TQVBasicLegendGroup* Group : FGroupsList) {
         if (ControlHeight() <= LastY)
@@ -200,7 +200,7 @@ void TQVLegendView::ButtonHitTest(int32_t AX, int32_t AY)
     if (FHighlightButtonID != 0)
         AX = -100;
     const int32_t Line = LineHeight(*Canvas);
-    int32_t YPos = GetDrawRect().Top + Line / 2 + 1 - FScrollPos;
+    int32_t YPos = GetDrawRect().Top + HeadingRoom + Line / 2 + 1 - FScrollPos;
     for (TQVBasicLegendGroup* Group : FGroupsList)
         Group->ButtonHitTest(*Canvas, AX, AY, YPos);
 }

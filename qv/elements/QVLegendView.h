@@ -64,6 +64,9 @@ public:
     static constexpr uint32_t RepeatInterval = 50;
     // The scroll glyphs are squares of this side.
     static constexpr int32_t GlyphSize = 11;
+    // A heading stands 6 pixels up into the line above its group; the first one gets that
+    // room below the legend's top edge.
+    static constexpr int32_t HeadingRoom = 6;
 
     TQVDisplayFont* GetFont() const { return FFont.get(); }
     void SetFont(const TQVDisplayFont* AValue) { FFont->Assign(AValue); }

@@ -122,6 +122,12 @@ void TQVDisplayWidget::DetachDisplay()
     FDisplay->SetOnSetFocus({});
     FDisplay->SetOnSetupDialog({});
     FDisplay->GetRefreshTimer().SetOnChange({});
+    for (auto& [Timer, QtTimer] : FHostedTimers) {
+        Timer->SetOnChange({});
+        QtTimer->stop();
+        QtTimer->disconnect();
+    }
+    FHostedTimers.clear();
     FDisplay->SetParentState(false, 0);
     FDisplay = nullptr;
 }
@@ -164,6 +170,24 @@ bool TQVDisplayWidget::ShowSetupDialog(TQLPersistent* AObject)
     const QPoint TopRight = mapToGlobal(QPoint(width() - Dialog.width() - 20, 20));
     Dialog.move(TopRight);
     return Dialog.exec() == QDialog::Accepted;
+}
+
+void TQVDisplayWidget::HostTimer(TQLTimer& ATimer)
+{
+    auto* QtTimer = new QTimer(this);
+    QtTimer->setTimerType(Qt::PreciseTimer);
+    auto Sync = [QtTimer, &ATimer] {
+        // A new interval on a running QTimer starts its wait anew, as the core expects.
+        QtTimer->setInterval(static_cast<int>(std::min<uint32_t>(ATimer.GetInterval(), INT32_MAX)));
+        if (ATimer.GetEnabled())
+            QtTimer->start();
+        else
+            QtTimer->stop();
+    };
+    ATimer.SetOnChange(Sync);
+    connect(QtTimer, &QTimer::timeout, this, [&ATimer] { ATimer.Fire(); });
+    Sync();
+    FHostedTimers.emplace_back(&ATimer, QtTimer);
 }
 
 void TQVDisplayWidget::SyncTimer()

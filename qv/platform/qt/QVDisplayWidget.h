@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <QWidget>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace qv {
 
@@ -74,6 +76,10 @@ protected:
     void showEvent(QShowEvent* AEvent) override;
     void hideEvent(QHideEvent* AEvent) override;
 
+    // Runs ATimer, a timer of the display besides its refresh timer (the legend's scroll
+    // repeat), on a QTimer of the widget, following its interval and enabled state.
+    void HostTimer(TQLTimer& ATimer);
+
 private:
     void SyncTimer();
     void DetachDisplay();
@@ -81,6 +87,7 @@ private:
     std::unique_ptr<TQVDataDisplay> FOwned;
     TQVDataDisplay* FDisplay;
     QTimer FTimer;
+    std::vector<std::pair<TQLTimer*, QTimer*>> FHostedTimers;
     bool FPressedLeft = false;
 };
 
