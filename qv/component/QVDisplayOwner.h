@@ -101,6 +101,9 @@ public:
     virtual TQVDisplayAxis* GetYAxisByIndex(int32_t AIndex) const = 0;
     // A press on an axis title asks for the setup of axis AIndex (GetAxisIndex).
     virtual void DoAxisClick(int32_t AIndex) = 0;
+    // A click on the legend line AIndex of group AGroupIndex, whose item is AItem, that no
+    // handler took: the display opens its setup on the item.
+    virtual void DoLegendClick(int32_t AGroupIndex, int32_t AIndex, TQLPersistent* AItem) {}
     // How the display's elements light up, and which of them are lit or dragged.
     virtual TQVDisplayHighlighting* GetHighlighting() const = 0;
     virtual TQVHighlightInfo* GetHighlightInfo() const = 0;

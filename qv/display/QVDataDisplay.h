@@ -207,6 +207,10 @@ public:
     // A press on an axis title asks for the setup of the axis AIndex (GetAxisIndex); a
     // display without axes has nothing to show.
     void DoAxisClick(int32_t AIndex) override {}
+    void DoLegendClick(int32_t AGroupIndex, int32_t AIndex, TQLPersistent* AItem) override
+    {
+        ShowSetupDialogFor(AItem);
+    }
 
     // ---- Setup dialog ----
     // The host's setup dialog over the display's settings, opened on AObject's page (the

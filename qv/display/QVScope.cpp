@@ -29,8 +29,16 @@ TQVScope::TQVScope()
     FElementFamilies.Set(ekMarkerGroups, FMarkerGroups.get());
     FElementFamilies.Set(ekLabels, FLabels.get());
     FElementFamilies.Set(ekToolBar, GetToolBar());
-    // The views dock in the order they are made: the axes, then the data view, which takes
-    // what they leave.
+    // The views dock in the order they are made: the legend, the axes, then the data view,
+    // which takes what they leave. Each legend group lists one of the collections.
+    FLegend = std::make_unique<TQVScopeLegendView>(this);
+    FLegend->GetChannels()->SetItems(FChannels.get());
+    FLegend->GetZones()->SetItems(FZones.get());
+    FLegend->GetEllipses()->SetItems(FEllipses.get());
+    FLegend->GetCursors()->SetItems(FCursors.get());
+    FLegend->GetCursorLinks()->SetItems(FCursorLinks.get());
+    FLegend->GetMarkerGroups()->SetItems(FMarkerGroups.get());
+    FLegend->GetLabels()->SetItems(FLabels.get());
     FXAxis = std::make_unique<TQVScopeXAxis>(this);
     FYAxis = std::make_unique<TQVScopeYAxis>(this);
     FDataView = std::make_unique<TQVScopeDataView>(this);
@@ -50,6 +58,7 @@ TQVScope::~TQVScope()
 {
     // Paint and refresh stop before anything is freed.
     BeginDestroy();
+    FLegend.reset();
     FChannels.reset();
     // Links before the cursors they join; all elements before the data view they name.
     FCursorLinks.reset();
@@ -356,6 +365,7 @@ const TQLClassInfo& TQVScope::StaticClassInfo()
             .Collection("Ellipses", &TQVScope::GetEllipses)
             .Collection("CursorLinks", &TQVScope::GetCursorLinks)
             .Object("Trails", &TQVScope::GetTrails)
+            .Object("Legend", &TQVScope::GetLegend)
             .Property("CursorsStayInView", &TQVScope::GetCursorsStayInView, &TQVScope::SetCursorsStayInView, true)
             .Collection("Labels", &TQVScope::GetLabels)
             .Property("SizeLimit", &TQVScope::GetSizeLimit, &TQVScope::SetSizeLimit, uint32_t(0))

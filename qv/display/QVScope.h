@@ -10,6 +10,7 @@
 #include "qv/elements/QVDisplayTrails.h"
 #include "qv/elements/QVDisplayZone.h"
 #include "qv/elements/QVElementsOwner.h"
+#include "qv/elements/QVLegendView.h"
 #include "qv/elements/QVScopeCursor.h"
 #include "qv/foundation/QWCriticalSection.h"
 
@@ -112,6 +113,8 @@ public:
     TQVDisplayEllipticZones* GetEllipses() const { return FEllipses.get(); }
     void SetEllipses(const TQVDisplayEllipticZones* AValue) { FEllipses->Assign(AValue); }
     TQVDisplayTrails* GetTrails() const override { return FTrails.get(); }
+    TQVScopeLegendView* GetLegend() const { return FLegend.get(); }
+    void SetLegend(const TQVScopeLegendView* AValue) { FLegend->Assign(AValue); }
     void SetTrails(const TQVDisplayTrails* AValue) { FTrails->Assign(AValue); }
     bool GetCursorsStayInView() const override { return FCursorsStayInView; }
     void SetCursorsStayInView(bool AValue);
@@ -164,6 +167,7 @@ private:
     std::unique_ptr<TQVDisplayZones> FZones;
     std::unique_ptr<TQVDisplayEllipticZones> FEllipses;
     std::unique_ptr<TQVScopeCursorLinks> FCursorLinks;
+    std::unique_ptr<TQVScopeLegendView> FLegend;
     bool FCursorsStayInView = true;
     TQVCustomMouseLabelEvent FOnCustomMouseHitLabel;
     bool FNewText = false;

@@ -23,6 +23,8 @@ struct TPaintedScope {
     {
         Scope.SetBounds(0, 0, 400, 300);
         Bitmap.SetSize(400, 300);
+        // The legend's swatches are rectangles too; the order of the rest is what counts here.
+        Scope.GetLegend()->SetVisible(false);
     }
     void Paint(bool APrinting = false)
     {

@@ -19,6 +19,8 @@ protected:
     TElementFixture()
     {
         Scope.SetBounds(0, 0, 500, 400);
+        // Elements added by a test would widen the legend and move the view under it.
+        Scope.GetLegend()->SetVisible(false);
         TQVScopeYAxis& Y = *Scope.GetYAxis();
         Y.GetAutoScaling()->SetEnabled(false);
         Y.GetAutoScaling()->GetSpaceAbove()->SetSpace(0);

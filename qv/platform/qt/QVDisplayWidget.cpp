@@ -132,6 +132,12 @@ void TQVDisplayWidget::DetachDisplay()
         Bar->SetOnSaveDialog({});
     }
     FDisplay->GetRefreshTimer().SetOnChange({});
+    for (auto& [Timer, QtTimer] : FHostedTimers) {
+        Timer->SetOnChange({});
+        QtTimer->stop();
+        QtTimer->disconnect();
+    }
+    FHostedTimers.clear();
     FDisplay->SetParentState(false, 0);
     FDisplay = nullptr;
 }
@@ -213,6 +219,24 @@ QString QVQtFileFilter(const std::string& AFilter)
         Filters << (Description.contains('(') ? Description : Description + " (" + Parts[I + 1] + ")");
     }
     return Filters.join(";;");
+}
+
+void TQVDisplayWidget::HostTimer(TQLTimer& ATimer)
+{
+    auto* QtTimer = new QTimer(this);
+    QtTimer->setTimerType(Qt::PreciseTimer);
+    auto Sync = [QtTimer, &ATimer] {
+        // A new interval on a running QTimer starts its wait anew, as the core expects.
+        QtTimer->setInterval(static_cast<int>(std::min<uint32_t>(ATimer.GetInterval(), INT32_MAX)));
+        if (ATimer.GetEnabled())
+            QtTimer->start();
+        else
+            QtTimer->stop();
+    };
+    ATimer.SetOnChange(Sync);
+    connect(QtTimer, &QTimer::timeout, this, [&ATimer] { ATimer.Fire(); });
+    Sync();
+    FHostedTimers.emplace_back(&ATimer, QtTimer);
 }
 
 void TQVDisplayWidget::SyncTimer()

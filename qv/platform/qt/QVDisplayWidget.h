@@ -13,6 +13,8 @@
 #include <QString>
 #include <QWidget>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace qv {
 
@@ -80,6 +82,10 @@ protected:
     void showEvent(QShowEvent* AEvent) override;
     void hideEvent(QHideEvent* AEvent) override;
 
+    // Runs ATimer, a timer of the display besides its refresh timer (the legend's scroll
+    // repeat), on a QTimer of the widget, following its interval and enabled state.
+    void HostTimer(TQLTimer& ATimer);
+
 private:
     void SyncTimer();
     // The tool bar's print and save buttons open Qt's print and file dialogs.
@@ -89,6 +95,7 @@ private:
     std::unique_ptr<TQVDataDisplay> FOwned;
     TQVDataDisplay* FDisplay;
     QTimer FTimer;
+    std::vector<std::pair<TQLTimer*, QTimer*>> FHostedTimers;
     bool FPressedLeft = false;
 };
 

@@ -11,7 +11,9 @@
 namespace qv {
 
 TQVScopeWidget::TQVScopeWidget(QWidget* AParent) : TQVDisplayWidget(std::make_unique<TQVScope>(), AParent)
-{}
+{
+    HostTimer(GetScope().GetLegend()->GetRepeatTimer());
+}
 
 QString TQVScopeWidget::GetTitleText() const
 {
