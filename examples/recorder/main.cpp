@@ -2,7 +2,8 @@
 // (synthesised here: syllable-like bursts over a noise floor) and the scope keeps up to ten
 // minutes of it. The view shows the whole take; drag a box or turn the wheel to zoom into a
 // passage, press Backspace or the right button to zoom back out, and Space to freeze the
-// picture while the recording goes on.
+// picture while the recording goes on. C drops two cursors on the passage shown, with a link
+// that measures the time between them; drag either cursor to measure another stretch.
 //
 //   qv_recorder [--snapshot FILE]   with --snapshot: records for a second, zooms into its
 //                                   middle, writes the picture to FILE and quits
@@ -73,6 +74,28 @@ private:
     std::thread FThread;
 };
 
+// Two cursors at a third and two thirds of the passage shown, marking where they cross the
+// left channel, and a link measuring the time between them. Pressing C again moves them.
+void DropCursors(qv::TQVScope& AScope)
+{
+    auto& Cursors = *AScope.GetCursors();
+    while (Cursors.GetCount() < 2) {
+        qv::TQVScopeCursor* C = Cursors.Add();
+        C->GetChannels()->Add()->SetChannel(AScope.GetChannels()->GetItem(0));
+    }
+    const double Lo = AScope.GetXMinZoom(), Hi = AScope.GetXMaxZoom();
+    Cursors.GetItem(0)->GetPosition()->SetX(Lo + (Hi - Lo) / 3.0);
+    Cursors.GetItem(1)->GetPosition()->SetX(Lo + 2.0 * (Hi - Lo) / 3.0);
+    if (AScope.GetCursorLinks()->GetCount() == 0) {
+        qv::TQVScopeCursorLink* Link = AScope.GetCursorLinks()->Add();
+        Link->SetBeginCursor(Cursors.GetItem(0));
+        Link->SetEndCursor(Cursors.GetItem(1));
+        Link->GetMeasurementLine()->GetMeasurementLabel()->SetText("dt = %V");
+        Link->GetSelection()->SetVisible(true);
+        Link->GetSelection()->GetBrush()->SetColor(0x28FFFFFF);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -101,6 +124,8 @@ int main(int argc, char** argv)
             Scope.UndoZoom();
         else if (AKey == ' ')
             Scope.SetHold(!Scope.GetHold());
+        else if (AKey == 'C' || AKey == 'c')
+            DropCursors(Scope);
     });
     Scope.SetOnMouseUp([&Scope](qv::TQLPersistent*, qv::TMouseButton AButton, qv::TShiftState, float, float) {
         if (AButton == qv::mbRight)
@@ -119,6 +144,7 @@ int main(int argc, char** argv)
             Scope.MouseDown(qv::mbLeft, qv::ssLeft, X0, float(View.Top + 2));
             Scope.MouseMove(qv::ssLeft, X1, float(View.Bottom - 2));
             Scope.MouseUp(qv::mbLeft, 0, X1, float(View.Bottom - 2));
+            DropCursors(Scope);
             Scope.SaveToBitmap(Snapshot);
             App.quit();
         });

@@ -16,6 +16,7 @@ namespace {
 struct TAxisScope {
     TAxisScope()
     {
+        Scope.GetLegend()->SetVisible(false); // the plot takes the whole width
         Scope.SetBounds(0, 0, 400, 300);
         Feed(Scope, Line(1001, -1, 1));
         Paint();

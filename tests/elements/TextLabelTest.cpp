@@ -15,6 +15,7 @@ namespace {
 struct TLabelScope {
     TLabelScope()
     {
+        Scope.GetLegend()->SetVisible(false); // the plot takes the whole width
         Scope.SetBounds(0, 0, 400, 300);
         Bitmap.SetSize(400, 300);
         // The display measures text on this canvas outside a paint.
