@@ -3,6 +3,8 @@
 #include <qv/QVScope.h>
 #include <qv/qt/QVDisplayWidget.h>
 
+#include "platform/qt/KeepPicture.h"
+
 #include <QApplication>
 #include <QTest>
 
@@ -45,6 +47,8 @@ TEST(MarkerGesture, AFreeMarkerFollowsTheMouseThroughTheWidget)
     QTest::mouseMove(&Widget, QPoint((At.X + To.x()) / 2, (At.Y + To.y()) / 2));
     QTest::mouseMove(&Widget, To);
     EXPECT_EQ(Info.FDraggedMarker, Marker);
+    Scope.Paint();
+    qvtest::KeepPicture(Scope.GetBitmap(), "MarkerDrag.png");
     QTest::mouseRelease(&Widget, Qt::LeftButton, Qt::NoModifier, To);
     EXPECT_EQ(Info.FDraggedMarker, nullptr);
     EXPECT_NEAR(Marker->GetPosition()->GetX(), 60.0, 1.0);
