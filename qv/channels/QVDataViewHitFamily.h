@@ -44,12 +44,20 @@ public:
     {
         return false;
     }
+    // The mouse moved to (X, Y) while the family may hold a drag: the dragged element
+    // follows it.
+    virtual void DragMove(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect) {}
+    // Any button went up at (X, Y); every family hears it before a left release ends a drag.
+    virtual void ButtonUp(TMouseButton AButton, TShiftState AShift, int32_t X, int32_t Y) {}
     // The left button went up: the family's drag, if it has one, ends at (X, Y). True when
     // it had one.
     virtual bool EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)
     {
         return false;
     }
+    // A drag of the family is under way during which no element lights up under the mouse,
+    // only the channels.
+    virtual bool GetHoldsElementsBack() const { return false; }
 };
 
 // The families of a data view by kind; the table does not own them.

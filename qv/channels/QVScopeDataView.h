@@ -63,8 +63,8 @@ public:
     // the highlighted item or marker changed.
     void HitTests();
     // The search under the mouse: nothing while a cursor or link is dragged; else, inside
-    // the view and with no zoom or pan under way, the families in their order and then the
-    // channels. Moves the mouse's enter and leave between the old and the new item, sets the
+    // the view and with no zoom or pan under way, the families in their order (none while a
+    // family holds them back, as a channel marker's drag does) and then the channels. Moves the mouse's enter and leave between the old and the new item, sets the
     // mouse cursor the item asks for and, on a channel, the value under the mouse.
     void IntHitTests();
     // A cursor or cursor link holds the left button.

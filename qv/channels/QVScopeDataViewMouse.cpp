@@ -68,7 +68,13 @@ void TQVScopeDataView::IntHitTests()
     const TPoint P = FCurrentMousePoint;
     const TRect Rect = GetDrawRect();
     if (Rect.Contains(P) && !FLeftMouseDown) {
+        // While a channel marker is dragged only the channels light up.
+        bool ElementsHeldBack = false;
+        for (const IQVDataViewHitFamily* Family : FHitFamilies)
+            ElementsHeldBack = ElementsHeldBack || (Family && Family->GetHoldsElementsBack());
         for (IQVDataViewHitFamily* Family : FHitFamilies) {
+            if (ElementsHeldBack)
+                break;
             TQVElementHit Hit;
             if (!Family || !Family->HitTest(I, P.X, P.Y, Rect, Hit))
                 continue;
@@ -232,6 +238,10 @@ void TQVScopeDataView::MouseMove(TShiftState AShift, int32_t AX, int32_t AY, boo
             Axis->MouseMoveScale(FLeftMouseDownPoint, FCurrentMousePoint);
         FViewMouseMoved = true;
     }
+    const TRect Rect = GetDrawRect();
+    for (IQVDataViewHitFamily* Family : FHitFamilies)
+        if (Family)
+            Family->DragMove(FHighlightInfo, AShift, AX, AY, Rect);
     if (FLeftMouseDown || FLeftMouseItemDown)
         Invalidate();
     HitTests();
@@ -240,6 +250,9 @@ void TQVScopeDataView::MouseMove(TShiftState AShift, int32_t AX, int32_t AY, boo
 void TQVScopeDataView::MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside)
 {
     TQVCustomColorDisplayView::MouseUp(AButton, AShift, AX, AY, AMouseInside);
+    for (IQVDataViewHitFamily* Family : FHitFamilies)
+        if (Family)
+            Family->ButtonUp(AButton, AShift, AX, AY);
     if (AButton != mbLeft)
         return;
     TQVDisplayOwner* Display = GetDisplay();

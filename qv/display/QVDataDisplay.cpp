@@ -217,10 +217,9 @@ void TQVDataDisplay::Loaded()
 
 // ---- Refresh cycle ----
 
-void TQVDataDisplay::ShowSetupDialogFor(TQLPersistent* AObject)
+bool TQVDataDisplay::ShowSetupDialogFor(TQLPersistent* AObject)
 {
-    if (FOnSetupDialog)
-        FOnSetupDialog(AObject ? AObject : this);
+    return FOnSetupDialog && FOnSetupDialog(AObject ? AObject : this);
 }
 
 void TQVDataDisplay::RefreshView()

@@ -214,10 +214,11 @@ public:
 
     // ---- Setup dialog ----
     // The host's setup dialog over the display's settings, opened on AObject's page (the
-    // display's own when null). The platform fills the hook; without one nothing opens.
-    using TQVSetupDialogHook = std::function<void(TQLPersistent* AObject)>;
-    void ShowSetupDialog() { ShowSetupDialogFor(nullptr); }
-    void ShowSetupDialogFor(TQLPersistent* AObject);
+    // display's own when null). The platform fills the hook, which answers whether the user
+    // accepted; without one (headless) nothing opens and the answer is cancelled (false).
+    using TQVSetupDialogHook = std::function<bool(TQLPersistent* AObject)>;
+    bool ShowSetupDialog() { return ShowSetupDialogFor(nullptr); }
+    bool ShowSetupDialogFor(TQLPersistent* AObject);
     void SetOnSetupDialog(TQVSetupDialogHook AHook) { FOnSetupDialog = std::move(AHook); }
     const TQVSetupDialogHook& GetOnSetupDialog() const { return FOnSetupDialog; }
     // The index of an X (Y) axis among the X (Y) axes, and back; -1 and null when unknown.

@@ -184,8 +184,7 @@ void TQVDisplayToolBar::DoXYZoomMode()
 void TQVDisplayToolBar::DoSetup()
 {
     Hide();
-    if (FOnSetupDialog)
-        FOnSetupDialog();
+    FOwnerDisplay->ShowSetupDialog();
 }
 
 void TQVDisplayToolBar::DoCopy()

@@ -64,11 +64,10 @@ private:
 };
 
 // The platform's dialogs. Each returns whether the user went on; AFileName comes back with
-// the chosen file.
+// the chosen file. The setup button opens the display's own setup dialog (ShowSetupDialog).
 using TQVPrintDialogHook = std::function<bool()>;
 using TQVSaveDialogHook =
     std::function<bool(const std::string& AFilter, const std::string& ADefaultExt, std::string& AFileName)>;
-using TQVSetupDialogHook = std::function<void()>;
 
 class TQVDisplayToolBar : public TQVBasicDisplayToolBar, public IQVScopeElementFamily {
 public:
@@ -94,8 +93,6 @@ public:
     const TQVPrintDialogHook& GetOnPrintDialog() const { return FOnPrintDialog; }
     void SetOnSaveDialog(TQVSaveDialogHook AHook) { FOnSaveDialog = std::move(AHook); }
     const TQVSaveDialogHook& GetOnSaveDialog() const { return FOnSaveDialog; }
-    void SetOnSetupDialog(TQVSetupDialogHook AHook) { FOnSetupDialog = std::move(AHook); }
-    const TQVSetupDialogHook& GetOnSetupDialog() const { return FOnSetupDialog; }
 
     // The run-time buttons, for hosts and tests.
     TQVDisplayIntToolBarButton* GetRunButton() const { return FRunButton; }
@@ -155,7 +152,6 @@ private:
     TQVDisplayIntToolBarButton* FSaveButton = nullptr;
     TQVPrintDialogHook FOnPrintDialog;
     TQVSaveDialogHook FOnSaveDialog;
-    TQVSetupDialogHook FOnSetupDialog;
 };
 
 } // namespace qv

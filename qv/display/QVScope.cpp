@@ -42,11 +42,15 @@ TQVScope::TQVScope()
     FXAxis = std::make_unique<TQVScopeXAxis>(this);
     FYAxis = std::make_unique<TQVScopeYAxis>(this);
     FDataView = std::make_unique<TQVScopeDataView>(this);
-    // Under the mouse: cursors, then links, then zones and ellipses, then the channels.
+    // Under the mouse: cursors, links, markers, zones, ellipses, labels, then the channels.
+    FMarkerHitFamily = std::make_unique<TQVMarkerHitFamily>(FMarkerGroups.get());
+    FLabelHitFamily = std::make_unique<TQVLabelHitFamily>(FLabels.get());
     FDataView->SetHitFamily(hfCursors, FCursors.get());
     FDataView->SetHitFamily(hfCursorLinks, FCursorLinks.get());
+    FDataView->SetHitFamily(hfMarkerGroups, FMarkerHitFamily.get());
     FDataView->SetHitFamily(hfZones, FZones.get());
     FDataView->SetHitFamily(hfEllipses, FEllipses.get());
+    FDataView->SetHitFamily(hfLabels, FLabelHitFamily.get());
     // A new scope has one channel; a stored form without channels gives it back.
     FChannels->SetDefaultCount(1);
     FChannels->Add();
@@ -65,6 +69,8 @@ TQVScope::~TQVScope()
     FEllipses.reset();
     FZones.reset();
     FCursors.reset();
+    FDataView->SetHitFamily(hfMarkerGroups, nullptr);
+    FDataView->SetHitFamily(hfLabels, nullptr);
     FElementFamilies.Set(ekMarkerGroups, nullptr);
     FElementFamilies.Set(ekLabels, nullptr);
     FElementFamilies.Set(ekToolBar, nullptr);

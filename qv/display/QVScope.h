@@ -11,6 +11,8 @@
 #include "qv/elements/QVDisplayZone.h"
 #include "qv/elements/QVElementsOwner.h"
 #include "qv/elements/QVLegendView.h"
+#include "qv/elements/QVLabelHitFamily.h"
+#include "qv/elements/QVMarkerHitFamily.h"
 #include "qv/elements/QVScopeCursor.h"
 #include "qv/foundation/QWCriticalSection.h"
 
@@ -157,6 +159,9 @@ private:
     std::unique_ptr<TQVScopeChannels> FChannels;
     std::unique_ptr<TQVScopeMarkerGroups> FMarkerGroups;
     std::unique_ptr<TQVScopeTextLabels> FLabels;
+    // The markers and labels under the data view's mouse.
+    std::unique_ptr<TQVMarkerHitFamily> FMarkerHitFamily;
+    std::unique_ptr<TQVLabelHitFamily> FLabelHitFamily;
     // Producers read it on their threads.
     std::atomic<uint32_t> FSizeLimit{0};
     TQWCriticalSection FAllChannelSection;

@@ -185,11 +185,24 @@ TEST(ToolBar, DialogsThroughHooks)
     });
     EXPECT_THROW(B.DoSave(), std::runtime_error);
     EXPECT_FALSE(S.Scope.GetHold());
+}
 
-    int32_t SetupCalls = 0;
-    B.SetOnSetupDialog([&] { ++SetupCalls; });
+// The setup button opens the display's setup dialog on the display's page; headless (no
+// host dialog) the display answers cancelled and the button does nothing else.
+TEST(ToolBar, SetupButtonOpensTheDisplaysSetupDialog)
+{
+    TBarScope S;
+    TQVDisplayToolBar& B = S.Bar();
+    EXPECT_FALSE(S.Scope.ShowSetupDialog());
     S.Click(B.GetSetupButton());
-    EXPECT_EQ(SetupCalls, 1);
+    std::vector<TQLPersistent*> Opened;
+    S.Scope.SetOnSetupDialog([&](TQLPersistent* AObject) {
+        Opened.push_back(AObject);
+        return true;
+    });
+    S.Click(B.GetSetupButton());
+    EXPECT_EQ(Opened, std::vector<TQLPersistent*>{&S.Scope});
+    EXPECT_TRUE(S.Scope.ShowSetupDialog());
 }
 
 // AutoHide: the bar is drawn only while the mouse is over the control; without AutoHide it

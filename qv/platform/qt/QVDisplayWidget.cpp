@@ -101,7 +101,7 @@ TQVDisplayWidget::TQVDisplayWidget(std::unique_ptr<TQVDataDisplay> ADisplay, QWi
     });
     FDisplay->SetOnCursorChange([this](TCursor ACursor) { setCursor(QVQtCursorShape(ACursor)); });
     FDisplay->SetOnSetFocus([this] { setFocus(Qt::MouseFocusReason); });
-    FDisplay->SetOnSetupDialog([this](TQLPersistent* AObject) { ShowSetupDialog(AObject); });
+    FDisplay->SetOnSetupDialog([this](TQLPersistent* AObject) { return ShowSetupDialog(AObject); });
     FDisplay->GetRefreshTimer().SetOnChange([this] { SyncTimer(); });
     FTimer.setTimerType(Qt::PreciseTimer);
     connect(&FTimer, &QTimer::timeout, this, [this] {
