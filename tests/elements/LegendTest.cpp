@@ -147,7 +147,10 @@ TEST_F(Legend, AClickFiresTheGroupHandlerElseOpensTheSetupOnTheItem)
 {
     AddCursors(1);
     TQLPersistent* Opened = nullptr;
-    Scope.SetOnSetupDialog([&](TQLPersistent* AObject) { Opened = AObject; });
+    Scope.SetOnSetupDialog([&](TQLPersistent* AObject) {
+        Opened = AObject;
+        return true;
+    });
     // The cursor's line is the one below the heading.
     const std::vector<TQLCanvasRecord> T = Texts();
     const auto Heading = std::find_if(T.begin(), T.end(), [](const auto& R) { return R.Text == "Cursors"; });

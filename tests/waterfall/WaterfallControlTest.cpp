@@ -265,7 +265,10 @@ TEST(WaterfallControl, LevelCaptionClickOpensTheLevelSetup)
         TQLRecordingCanvas Canvas;
         Waterfall.PaintToCanvas(Bitmap, Canvas, false);
         TQLPersistent* Opened = nullptr;
-        Waterfall.SetOnSetupDialog([&](TQLPersistent* AObject) { Opened = AObject; });
+        Waterfall.SetOnSetupDialog([&](TQLPersistent* AObject) {
+            Opened = AObject;
+            return true;
+        });
         auto* Button = dynamic_cast<TQVViewButtonSettings*>(Waterfall.GetLevels()->GetButtonSettings());
         ASSERT_NE(Button, nullptr);
         if (Handler)
