@@ -173,13 +173,23 @@ void TQVDisplayCursor::SetHighlighted(bool AValue)
 int32_t TQVDisplayCursor::DrawVAt(double AValue, TQLCanvas& ACanvas, bool ATurned, const TRect& ARect, double AMin,
                                   double AMax, double AScale, double AWidth, bool& AInView)
 {
-    int32_t P = GetVAt(AValue, ATurned, ARect, AMin, AMax, AScale, AWidth);
+    return DrawLineAt(GetVAt(AValue, ATurned, ARect, AMin, AMax, AScale, AWidth), !ATurned, ACanvas, ARect, AInView);
+}
+
+int32_t TQVDisplayCursor::DrawHAt(double AValue, TQLCanvas& ACanvas, bool ATurned, const TRect& ARect, double AMin,
+                                  double AMax, double AScale, double AWidth, bool& AInView)
+{
+    return DrawLineAt(GetHAt(AValue, ATurned, ARect, AMin, AMax, AScale, AWidth), ATurned, ACanvas, ARect, AInView);
+}
+
+int32_t TQVDisplayCursor::DrawLineAt(int32_t P, bool AUpright, TQLCanvas& ACanvas, const TRect& ARect, bool& AInView)
+{
     AInView = true;
     ACanvas.GetBrush().SetStyle(bsClear);
     const TQVElementsOwner* Owner = TQVElementsOwner::Of(GetDisplay());
     if (Owner && Owner->GetCursorsStayInView()) {
-        const int32_t Low = ATurned ? ARect.Top : ARect.Left;
-        const int32_t High = (ATurned ? ARect.Bottom : ARect.Right) - 1;
+        const int32_t Low = AUpright ? ARect.Left : ARect.Top;
+        const int32_t High = (AUpright ? ARect.Right : ARect.Bottom) - 1;
         if (P < Low || P > High) {
             P = std::clamp(P, Low, High);
             AInView = false;
@@ -188,39 +198,12 @@ int32_t TQVDisplayCursor::DrawVAt(double AValue, TQLCanvas& ACanvas, bool ATurne
     // A line held at the edge shows dashed.
     if (!AInView)
         ACanvas.SetPenStyle(psDash);
-    if (!ATurned) {
+    if (AUpright) {
         ACanvas.MoveTo(P, ARect.Top + 1);
         ACanvas.LineTo(P, ARect.Bottom);
     } else {
         ACanvas.MoveTo(ARect.Left + 1, P);
         ACanvas.LineTo(ARect.Right - 1, P);
-    }
-    return P;
-}
-
-int32_t TQVDisplayCursor::DrawHAt(double AValue, TQLCanvas& ACanvas, bool ATurned, const TRect& ARect, double AMin,
-                                  double AMax, double AScale, double AWidth, bool& AInView)
-{
-    int32_t P = GetHAt(AValue, ATurned, ARect, AMin, AMax, AScale, AWidth);
-    AInView = true;
-    ACanvas.GetBrush().SetStyle(bsClear);
-    const TQVElementsOwner* Owner = TQVElementsOwner::Of(GetDisplay());
-    if (Owner && Owner->GetCursorsStayInView()) {
-        const int32_t Low = ATurned ? ARect.Left : ARect.Top;
-        const int32_t High = (ATurned ? ARect.Right : ARect.Bottom) - 1;
-        if (P < Low || P > High) {
-            P = std::clamp(P, Low, High);
-            AInView = false;
-        }
-    }
-    if (!AInView)
-        ACanvas.SetPenStyle(psDash);
-    if (!ATurned) {
-        ACanvas.MoveTo(ARect.Left + 1, P);
-        ACanvas.LineTo(ARect.Right - 1, P);
-    } else {
-        ACanvas.MoveTo(P, ARect.Top + 1);
-        ACanvas.LineTo(P, ARect.Bottom);
     }
     return P;
 }

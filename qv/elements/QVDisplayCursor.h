@@ -136,6 +136,9 @@ protected:
 
 private:
     TQVHighlightInfo* Info() const;
+    // Draws the line at pixel P across ARect, upright (from top to bottom) or lying; held at
+    // the edge and dashed when the cursors stay in view and P lies outside.
+    int32_t DrawLineAt(int32_t P, bool AUpright, TQLCanvas& ACanvas, const TRect& ARect, bool& AInView);
     void DrawLine(bool AVertical, TQLCanvas& ACanvas, const TRect& ARect, const TQVElementAxesWindow& AWindow);
     void DrawHighlight(bool AVertical, TQLCanvas& ACanvas, const TRect& ARect, const TQVElementAxesWindow& AWindow);
 
