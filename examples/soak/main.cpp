@@ -1,11 +1,13 @@
-// Soak run: four producer threads feed four channels of a scope while the control's thread
-// ticks and paints at 30 Hz, zooms and drags, saves and reloads its settings, and deletes a
-// channel and adds it back. At the end it says whether every sample a channel took reached the
-// draw stage, whether memory stayed flat after the warm-up, and how long frames took.
+// Soak run: four producer threads feed four channels of a scope, and a fifth feeds rows to a
+// waterfall, while the controls' thread ticks and paints both at 30 Hz, zooms and drags, saves
+// and reloads their settings, and deletes a channel and adds it back. At the end it says whether
+// every sample a channel took and every row the waterfall took reached the draw stage, whether
+// memory stayed flat after the warm-up, and how long frames took.
 //
-// Usage: qv_soak [--seconds N] [--rate SAMPLES_PER_SECOND_PER_CHANNEL]
+// Usage: qv_soak [--seconds N] [--rate SAMPLES_PER_SECOND_PER_CHANNEL] [--rows ROWS_PER_SECOND]
 // Exit status 0 when every check holds, 1 otherwise.
 #include <qv/QVScope.h>
+#include <qv/QVWaterfall.h>
 #include <qv/qt/QLJsonForm.h>
 #include <qv/qt/QVDisplayWidget.h>
 
@@ -15,6 +17,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -32,6 +35,8 @@ namespace {
 constexpr int kChannels = 4;
 constexpr uint32_t kBlock = 4096;
 constexpr uint32_t kSizeLimit = 1'000'000;
+constexpr int32_t kRowSize = 1024;
+constexpr int32_t kHistoryRows = 512;
 
 // Resident memory of the process in bytes.
 uint64_t ResidentBytes()
@@ -121,6 +126,47 @@ struct TChecker {
     }
 };
 
+// The waterfall's producer: rows whose first sample is the row's number 0, 1, 2, ..., the
+// rest a pattern, paced to a rate.
+struct TRowProducer {
+    uint64_t Sent = 0;
+
+    void Run(TQVWaterfall& AWaterfall, const std::atomic<bool>& AStop, double ARate)
+    {
+        std::vector<double> Row(kRowSize);
+        const auto Start = TClock::now();
+        while (!AStop.load()) {
+            Row[0] = double(Sent);
+            for (int32_t I = 1; I < kRowSize; ++I)
+                Row[size_t(I)] = std::sin(0.01 * double(I) * double(1 + Sent % 64));
+            AWaterfall.GetData()->AddData(Row.data(), kRowSize);
+            ++Sent;
+            const auto Due = Start + std::chrono::duration<double>(double(Sent) / ARate);
+            std::this_thread::sleep_until(std::chrono::time_point_cast<TClock::duration>(Due));
+        }
+    }
+};
+
+// What the controls' thread has seen of the waterfall's drawn rows: consecutive numbers, each
+// tick following on from the last, so that every row reached the picture.
+struct TRowChecker {
+    double LastEnd = -1.0;
+    uint64_t Faults = 0;
+
+    void Check(const TQVRealBufferArray& ARows)
+    {
+        if (ARows.empty())
+            return;
+        const double First = ARows.front()->GetItem(0);
+        for (size_t I = 0; I < ARows.size(); ++I)
+            if (ARows[I]->GetSize() != kRowSize || ARows[I]->GetItem(0) != First + double(I))
+                ++Faults;
+        if (First > LastEnd + 1.0)
+            ++Faults;
+        LastEnd = ARows.back()->GetItem(0);
+    }
+};
+
 double Percentile(std::vector<double> AValues, double AShare)
 {
     if (AValues.empty())
@@ -135,19 +181,25 @@ int main(int argc, char** argv)
 {
     int Seconds = 600;
     double Rate = 2'000'000.0;
+    double RowRate = 1000.0;
     for (int I = 1; I < argc; ++I) {
         const std::string Arg = argv[I];
         if (Arg == "--seconds" && I + 1 < argc)
             Seconds = std::atoi(argv[++I]);
         else if (Arg == "--rate" && I + 1 < argc)
             Rate = std::atof(argv[++I]);
+        else if (Arg == "--rows" && I + 1 < argc)
+            RowRate = std::atof(argv[++I]);
         else {
-            std::fprintf(stderr, "usage: qv_soak [--seconds N] [--rate SAMPLES_PER_SECOND_PER_CHANNEL]\n");
+            std::fprintf(stderr, "usage: qv_soak [--seconds N] [--rate SAMPLES_PER_SECOND_PER_CHANNEL] "
+                                 "[--rows ROWS_PER_SECOND]\n");
             return 2;
         }
     }
-    if (Seconds < 1 || !(Rate >= 1000.0 && Rate <= 1e9)) {
-        std::fprintf(stderr, "qv_soak: --seconds takes a whole number of at least 1 and --rate 1000 to 1e9\n");
+    // A tick must not take more rows than the history holds, or rows would scroll out unseen.
+    if (Seconds < 1 || !(Rate >= 1000.0 && Rate <= 1e9) || !(RowRate >= 1.0 && RowRate <= 10000.0)) {
+        std::fprintf(stderr, "qv_soak: --seconds takes a whole number of at least 1, --rate 1000 to 1e9 and "
+                             "--rows 1 to 10000\n");
         return 2;
     }
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
@@ -166,10 +218,19 @@ int main(int argc, char** argv)
     for (int C = 0; C < kChannels; ++C)
         Producers[size_t(C)].SetWriter(Scope.GetChannels()->GetItem(C)->GetWriter());
 
+    TQVWaterfall Waterfall;
+    Waterfall.SetCanvasFactory(QLQtCanvasFactory());
+    Waterfall.SetBounds(0, 0, 1000, 400);
+    Waterfall.GetXAxis()->SetSamples(kHistoryRows);
+    Waterfall.GetZooming()->SetHoldOnZoom(false);
+    TRowProducer RowProducer;
+    TRowChecker RowChecker;
+
     std::atomic<bool> Stop{false};
     std::vector<std::thread> Threads;
     for (auto& P : Producers)
         Threads.emplace_back([&P, &Stop, Rate] { P.Run(Stop, Rate); });
+    Threads.emplace_back([&RowProducer, &Waterfall, &Stop, RowRate] { RowProducer.Run(Waterfall, Stop, RowRate); });
 
     std::mt19937 Random(12345);
     std::vector<double> FrameMs;
@@ -186,6 +247,8 @@ int main(int argc, char** argv)
         const auto FrameStart = TClock::now();
         Scope.RefreshView();
         Scope.Paint();
+        Waterfall.RefreshView();
+        Waterfall.Paint();
         FrameMs.push_back(std::chrono::duration<double, std::milli>(TClock::now() - FrameStart).count());
 
         for (int C = 0; C < kChannels; ++C) {
@@ -195,6 +258,7 @@ int main(int argc, char** argv)
                 Checker = TChecker{Generation, -1.0, Checker.Faults};
             Checker.Check(*Scope.GetChannels()->GetItem(C)->GetData(), Random);
         }
+        RowChecker.Check(Waterfall.GetData()->GetDrawData());
 
         if (Tick % 60 == 30) { // a zoom and a drag in the plot, then back
             const TRect View = Scope.GetDataView()->GetDrawRect();
@@ -204,10 +268,13 @@ int main(int argc, char** argv)
             Scope.MouseUp(mbLeft, 0, float(View.Left + 200), float(View.Top + 150));
             Scope.UndoZoom();
             Scope.ZoomOff();
+            Waterfall.ZoomBy(0.5);
+            Waterfall.UndoZoom();
             ++Gestures;
         }
         if (Tick % 150 == 75) { // settings saved and loaded back
             QLLoadFromJson(Scope, QLSaveToJson(Scope));
+            QLLoadFromJson(Waterfall, QLSaveToJson(Waterfall));
             ++Reloads;
         }
         if (Tick % 210 == 105) { // the last channel deleted and added back
@@ -229,9 +296,23 @@ int main(int argc, char** argv)
     for (auto& T : Threads)
         T.join();
 
-    // The last numbers every channel took reach the draw stage with one more tick.
-    Scope.RefreshView();
     bool Ok = true;
+    // The last numbers every channel took, and the last rows, reach the draw stage with one
+    // more tick.
+    Scope.RefreshView();
+    Waterfall.RefreshView();
+    Waterfall.Paint();
+    RowChecker.Check(Waterfall.GetData()->GetDrawData());
+    if (RowProducer.Sent > 0 && RowChecker.LastEnd != double(RowProducer.Sent - 1)) {
+        std::printf("waterfall: the last row drawn is %.0f, the producer's last row is %llu\n", RowChecker.LastEnd,
+                    static_cast<unsigned long long>(RowProducer.Sent - 1));
+        Ok = false;
+    }
+    if (RowChecker.Faults > 0) {
+        std::printf("waterfall: %llu drawn histories were not consecutive rows following on from the last tick\n",
+                    static_cast<unsigned long long>(RowChecker.Faults));
+        Ok = false;
+    }
     uint64_t Sent = 0, Dropped = 0, Faults = 0;
     for (int C = 0; C < kChannels; ++C) {
         TChecker& Checker = Checkers[size_t(C)];
@@ -263,10 +344,12 @@ int main(int argc, char** argv)
         Ok = false;
     }
     std::printf("soak: %d s, %d frames (p50 %.2f ms, p99 %.2f ms), %.1f M samples sent, %.1f M dropped by "
-                "channels that went, %llu gestures, %llu reloads, %llu channels recreated, memory %.1f MB at "
+                "channels that went, %llu waterfall rows, %llu gestures, %llu reloads, %llu channels recreated, memory "
+                "%.1f MB at "
                 "start, %.1f MB after warm-up, %.1f MB at most: %s\n",
-                Seconds, Tick, P50, P99, Sent / 1e6, Dropped / 1e6, static_cast<unsigned long long>(Gestures),
-                static_cast<unsigned long long>(Reloads), static_cast<unsigned long long>(Recreated),
-                RssStart / 1048576.0, RssAtWarmUp / 1048576.0, RssMax / 1048576.0, Ok ? "passed" : "FAILED");
+                Seconds, Tick, P50, P99, Sent / 1e6, Dropped / 1e6, static_cast<unsigned long long>(RowProducer.Sent),
+                static_cast<unsigned long long>(Gestures), static_cast<unsigned long long>(Reloads),
+                static_cast<unsigned long long>(Recreated), RssStart / 1048576.0, RssAtWarmUp / 1048576.0,
+                RssMax / 1048576.0, Ok ? "passed" : "FAILED");
     return Ok ? 0 : 1;
 }
