@@ -3,7 +3,7 @@
 // DrawNewData: every frame follows a hand-over of new data, so the whole pipeline runs:
 // extents, slice, X and Y mapping and the min/max cut to two points per column.
 // DrawUnchanged: frames with nothing new; the cached pixels are drawn again.
-// Downsample: the min/max cut alone, over a million samples and their pixel columns.
+// Downsample: the min/max cut alone, a million samples into 1000 columns, read sample by sample.
 // Drawing goes to a surface that only counts calls, so the figures are the channel's own.
 
 #include "qv/axes/QVScopeYAxis.h"
@@ -113,14 +113,11 @@ BENCHMARK(DrawUnchanged)->Unit(benchmark::kMicrosecond);
 void Downsample(benchmark::State& AState)
 {
     const std::vector<double> Y = Signal();
-    std::vector<int32_t> X(kSamples);
-    for (int32_t j = 0; j < kSamples; ++j)
-        X[size_t(j)] = int32_t(int64_t(j) * 1000 / kSamples);
-    std::vector<int32_t> OX(2000), OG(1);
+    std::vector<int32_t> OG(1);
     std::vector<double> OY(2000);
     for (auto _ : AState) {
-        const TQVDownsampled R = QVDownsampleMinMax(Y.data(), X.data(), kSamples, 0, 999, nullptr, 0, OX.data(),
-                                                    OY.data(), nullptr, OG.data());
+        const TQVDownsampled R =
+            QVDownsampleColumns(Y.data(), kSamples, 1000, nullptr, 0, OY.data(), nullptr, OG.data());
         benchmark::DoNotOptimize(R);
         benchmark::DoNotOptimize(OY.data());
     }

@@ -60,168 +60,60 @@ TQVScreenSlice QVScreenSlice(int32_t ASize, bool AIsRamp, bool AXLogarithmic, in
     return Slice;
 }
 
-namespace {
-
-// The common part of both cuts: runs of samples that share a column, as ARunEnd finds them
-// (ARunEnd(First, Column) gives the run's column and returns the index after its last sample),
-// each reduced to its extremes by AReduce(First, End, Lo, Hi) (false when it has no number),
-// with the gaps that fall in front of or inside it.
-template <class TRunEnd, class TReduce>
-TQVDownsampled DownsampleRuns(int32_t ACount, int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps,
-                              int32_t AGapCount, int32_t* AOutX, double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps,
-                              TRunEnd ARunEnd, TReduce AReduce)
+TQVDownsampled QVDownsampleColumns(const double* AY, int32_t ACount, int32_t AColumns, const int32_t* AGaps,
+                                   int32_t AGapCount, double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps,
+                                   const TQVBlockExtremes* ABlocks, int32_t ABlockBase)
 {
     TQVDownsampled Result;
-    if (ACount <= 0 || AHighPixel < ALowPixel)
+    if (ACount <= 0 || AColumns <= 0)
         return Result;
-    // Samples that come back to a column already passed (X not monotone) cannot get more
-    // columns than there is room for: the last slot takes all that remain.
-    const int64_t Capacity = int64_t(AHighPixel) - ALowPixel + 1;
+    // The end of column i, in 64 bits: (i + 1) * ACount passes 2^31 on long records.
+    const auto EndOf = [=](int32_t i) {
+        return i == AColumns - 1 ? ACount - 1 : int32_t(int64_t(i + 1) * ACount / AColumns - 1);
+    };
     int32_t NextGap = 0;
-    int32_t j = 0;
-    while (j < ACount) {
-        const int32_t First = j;
-        int32_t Column = 0;
-        j = ARunEnd(First, Column);
-        if (Result.Points / 2 + 1 >= Capacity)
-            j = ACount;
-        // NaN samples take no part; a column with no number becomes missing.
-        double Lo = 0.0, Hi = 0.0;
-        if (!AReduce(First, j, Lo, Hi))
-            Lo = Hi = std::numeric_limits<double>::quiet_NaN();
-
-        // Gaps inside the column, or between it and the previous one, break in front of it.
-        while (NextGap < AGapCount && AGaps[NextGap] < First)
+    int32_t b = 0;
+    for (int32_t i = 0; i < AColumns; ++i) {
+        // A column of fewer than two samples (more columns asked for than the samples allow)
+        // still gets its two points, from the samples it has.
+        const int32_t e = std::max(EndOf(i), b);
+        if (ABlocks && i + 1 < AColumns) {
+            // The next column's end is far from this one's on a long record: its samples and
+            // summary entries are fetched while this column is worked out.
+            const int32_t Next = EndOf(i + 1);
+#if defined(__GNUC__) || defined(__clang__)
+            __builtin_prefetch(AY + Next);
+#endif
+            ABlocks->Prefetch(AY - ABlockBase, ABlockBase + Next);
+        }
+        double Lo, Hi;
+        if (e - b <= 1) {
+            Lo = AY[b];
+            Hi = AY[e];
+        } else {
+            const bool Found = ABlocks
+                                   ? ABlocks->MinMax(AY - ABlockBase, ABlockBase + b, ABlockBase + e + 1, false, Lo, Hi)
+                                   : QVArrayMinMax(AY + b, size_t(e - b + 1), Lo, Hi);
+            if (!Found)
+                Lo = Hi = std::numeric_limits<double>::quiet_NaN();
+        }
+        // A break between samples g - 1 and g with b < g <= e lies inside this column.
+        while (NextGap < AGapCount && AGaps[NextGap] <= b)
             ++NextGap;
-        if (NextGap < AGapCount && AGaps[NextGap] < j) {
-            if (First > 0)
+        if (NextGap < AGapCount && AGaps[NextGap] <= e) {
+            if (i > 0)
                 AOutGaps[Result.GapCount++] = Result.Points;
-            while (NextGap < AGapCount && AGaps[NextGap] < j)
+            while (NextGap < AGapCount && AGaps[NextGap] <= e)
                 ++NextGap;
         }
-        const int32_t k = Result.Points;
-        AOutX[k] = AOutX[k + 1] = Column;
-        AOutY[k] = Lo;
-        AOutY[k + 1] = Hi;
+        AOutY[Result.Points] = Lo;
+        AOutY[Result.Points + 1] = Hi;
         if (AOutFirst)
-            AOutFirst[k / 2] = First;
+            AOutFirst[i] = b;
         Result.Points += 2;
+        b = e;
     }
     return Result;
-}
-
-// The first index in AFrom..ATo for which APast holds, given that it holds for ATo and, past
-// some point, for every later index. Searched outward from the guess AGuess, so that a good
-// guess costs a few probes and a bad one a logarithmic number.
-template <class TPast>
-int32_t FirstPast(int32_t AFrom, int32_t ATo, int32_t AGuess, TPast APast)
-{
-    int32_t Lo, Hi; // APast(Lo) is false or Lo == AFrom - 1; APast(Hi) is true
-    const int32_t G = std::clamp(AGuess, AFrom, ATo);
-    if (APast(G)) {
-        Hi = G;
-        Lo = G - 1;
-        int32_t Step = 1;
-        while (Lo >= AFrom && APast(Lo)) {
-            Hi = Lo;
-            Lo = std::max(AFrom - 1, Lo - Step);
-            Step *= 2;
-        }
-    } else {
-        Lo = G;
-        Hi = G + 1;
-        int32_t Step = 1;
-        while (Hi < ATo && !APast(Hi)) {
-            Lo = Hi;
-            Step *= 2;
-            Hi = int32_t(std::min<int64_t>(ATo, int64_t(Hi) + Step));
-        }
-    }
-    while (Hi - Lo > 1) {
-        const int32_t Mid = Lo + (Hi - Lo) / 2;
-        if (APast(Mid))
-            Hi = Mid;
-        else
-            Lo = Mid;
-    }
-    return Hi;
-}
-
-} // namespace
-
-TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int32_t ACount, int32_t ALowPixel,
-                                  int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount, int32_t* AOutX,
-                                  double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps)
-{
-    const auto ColumnOf = [ALowPixel, AHighPixel](int32_t APixel) {
-        // A missing pixel (the most negative integer) lands in the low column.
-        return APixel < ALowPixel ? ALowPixel : (APixel > AHighPixel ? AHighPixel : APixel);
-    };
-    return DownsampleRuns(
-        ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
-        [&](int32_t AFirst, int32_t& AColumn) {
-            // Samples come column after column: the column's end is searched
-            // for outward from the next sample, a few compares however many
-            // samples it holds.
-            const int32_t K = ColumnOf(AXPixels[AFirst]);
-            AColumn = K;
-            return FirstPast(AFirst + 1, ACount, AFirst + 1,
-                             [&](int32_t i) { return i >= ACount || ColumnOf(AXPixels[i]) != K; });
-        },
-        [AY](int32_t AFirst, int32_t AEnd, double& ALo, double& AHi) {
-            return QVArrayMinMax(AY + AFirst, size_t(AEnd - AFirst), ALo, AHi);
-        });
-}
-
-TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_t ACount, double AScale, double AOffset,
-                                      int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount,
-                                      int32_t* AOutX, double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps,
-                                      const TQVBlockExtremes* ABlocks, int32_t ABlockBase)
-{
-    if (ACount <= 0)
-        return {};
-    // The column of sample i, exactly as QVMapX and QVDownsampleMinMax give it.
-    const auto ColumnAt = [=](int32_t i) {
-        const int32_t P = QVPixelOf(AOffset + AX[i] * AScale);
-        return P < ALowPixel ? ALowPixel : (P > AHighPixel ? AHighPixel : P);
-    };
-    // The pixel of sample i is close to the line through the ends: P0 + i * Slope. A run of
-    // column K ends where that line crosses the next rounding boundary, K + 1/2 going right
-    // or K - 1/2 going left; the exact end is then found by probing around the estimate.
-    const double P0 = AOffset + AX[0] * AScale;
-    const double Slope = ACount > 1 ? (AX[ACount - 1] - AX[0]) * AScale / double(ACount - 1) : 0.0;
-    const auto Reduce = [=](int32_t AFirst, int32_t AEnd, double& ALo, double& AHi) {
-        if (ABlocks)
-            return ABlocks->MinMax(AY - ABlockBase, ABlockBase + AFirst, ABlockBase + AEnd, false, ALo, AHi);
-        return QVArrayMinMax(AY + AFirst, size_t(AEnd - AFirst), ALo, AHi);
-    };
-    return DownsampleRuns(
-        ACount, ALowPixel, AHighPixel, AGaps, AGapCount, AOutX, AOutY, AOutFirst, AOutGaps,
-        [&](int32_t AFirst, int32_t& AColumn) {
-            const int32_t K = ColumnAt(AFirst);
-            AColumn = K;
-            const double Edge = Slope < 0.0 ? K - 0.5 : K + 0.5;
-            const double At = std::ceil((Edge - P0) / Slope);
-            int32_t Guess = AFirst + 1;
-            if (At > AFirst && At < ACount) // false for NaN and for no slope
-                Guess = int32_t(At);
-            else if (At >= ACount)
-                Guess = ACount;
-            // The next column's edge lies about as far on: its samples, X and summary are
-            // fetched while this column is worked out, since on a long record they are far
-            // apart in memory and nowhere in the cache.
-            if (ABlocks && Guess > AFirst + 1) {
-                const int64_t Next = int64_t(Guess) + (Guess - AFirst);
-                if (Next < ACount) {
-#if defined(__GNUC__) || defined(__clang__)
-                    __builtin_prefetch(AX + Next);
-#endif
-                    ABlocks->Prefetch(AY - ABlockBase, ABlockBase + int32_t(Next));
-                }
-            }
-            return FirstPast(AFirst + 1, ACount, Guess, [&](int32_t i) { return i >= ACount || ColumnAt(i) != K; });
-        },
-        Reduce);
 }
 
 void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase, int32_t* AOut)
@@ -230,7 +122,7 @@ void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarith
     // bound check comes before the conversion so that it never sees an unrepresentable value.
     const auto Pixel = [APlotBase](double AScaled) {
         const float Narrow = static_cast<float>(APlotBase - AScaled);
-        return QVPixelOf(static_cast<double>(Narrow));
+        return QVYPixelOf(static_cast<double>(Narrow));
     };
     if (ALogarithmic) {
         for (int32_t i = 0; i < ACount; ++i)
@@ -315,26 +207,23 @@ inline TPoint ScreenPoint(bool AVertical, int32_t AX, int32_t AY)
 void QVPlotLine(TQLCanvas& ACanvas, const TQVPlotPoints& APoints, TAlphaColor AEndColor)
 {
     TGapWalk Gaps(APoints);
-    bool Open = false; // a piece is being drawn and its last point is the pen position
+    bool Open = false;  // a piece is being drawn and its last point is the pen position
+    bool Drawn = false; // some point was reached
     for (int32_t i = 0; i < APoints.Count; ++i) {
         const bool Break = i > 0 && Gaps.BreaksAt(i);
         if (IsMissing(APoints, i)) {
-            if (Open)
-                ACanvas.SetPixel(ACanvas.GetPenPos().X, ACanvas.GetPenPos().Y, AEndColor);
             Open = false;
             continue;
         }
         const TPoint P = ScreenPoint(APoints.Vertical, APoints.X[i], APoints.Y[i]);
-        if (Open && !Break) {
+        if (Open && !Break)
             ACanvas.LineTo(P.X, P.Y);
-        } else {
-            if (Open)
-                ACanvas.SetPixel(ACanvas.GetPenPos().X, ACanvas.GetPenPos().Y, AEndColor);
+        else
             ACanvas.MoveTo(P.X, P.Y);
-            Open = true;
-        }
+        Open = Drawn = true;
     }
-    if (Open)
+    // Once, on the last point reached: a line leaves out its end.
+    if (Drawn)
         ACanvas.SetPixel(ACanvas.GetPenPos().X, ACanvas.GetPenPos().Y, AEndColor);
 }
 

@@ -25,6 +25,10 @@ class TQVBlockExtremes;
 inline constexpr int32_t QVMissingPixel = std::numeric_limits<int32_t>::min();
 // Pixels are held to plus or minus this bound, far outside any view.
 inline constexpr double QVPixelClipBound = 10000000.0;
+// Y pixels are clipped at QVPixelClipBound below the view only: above it they run on, so
+// that a line leaving the top keeps its slope, and are held only where the integer range
+// would end (with room left for the few pixels that drawing adds around a point).
+inline constexpr double QVPixelLowest = -1073741824.0;
 
 // AValue rounded to nearest (ties to even) and held to the clipping bound; NaN is missing.
 // Written without branches so that whole-buffer passes vectorise.
@@ -72,51 +76,51 @@ inline bool QVIsDownsampled(bool AIsRamp, bool AXLogarithmic, int32_t AUsedWidth
 
 // ---- Downsampling ----
 
-// The result of cutting a slice down to pixel columns.
+// The result of cutting a slice down to columns.
 struct TQVDownsampled {
     int32_t Points = 0;   // points written: two per column
     int32_t GapCount = 0; // entries written to the gap list
 };
 
-// Cuts a slice down to two points per pixel column, in one pass: every sample goes to the
-// column of its own pixel AXPixels[j], held to ALowPixel..AHighPixel, so that each column
-// shows exactly the smallest and largest pixel that the samples would give if each were
-// drawn. The samples must come column after column (X grows or falls with the index), as
-// a ramp's do; the end of each column is found by a search, not sample by sample. Samples
-// out of that order may be counted with a neighbouring column, never beyond the output's room.
+// Cuts a slice of ACount samples down to AColumns columns of two points, split by sample
+// index: column i ends at sample (i + 1) * ACount / AColumns - 1 (the last column at
+// ACount - 1) and begins where the column before it ended, so that neighbouring columns
+// share a sample and the line runs on from one column to the next. A column of two samples
+// gives them in their order; a longer one gives its smallest and then its largest value.
+// NaN samples take no part; a column with no number gives two NaN, and so becomes missing.
+// The caller asks for at most ACount / 2 columns, so that every column holds two samples.
 //
-// For each column in sample order: AOutX gets its pixel twice, AOutY its smallest then its
-// largest value, and AOutFirst (when given) the index of its first sample. NaN samples take
-// no part; a column with no number gives two NaN, and so becomes missing.
-//
+// AOutY receives 2 * AColumns values and AOutFirst (when given) each column's first sample.
 // AGaps lists, ascending, the indexes (relative to the slice) where the line is broken:
-// between sample g - 1 and g. A gap whose sample g lies in a column breaks the line in front
-// of that column: the column's first point index goes to AOutGaps, once per column.
-//
-// The output arrays need room for 2 * (AHighPixel - ALowPixel + 1) points and, for the gaps,
-// for min(AGapCount, columns) entries.
-TQVDownsampled QVDownsampleMinMax(const double* AY, const int32_t* AXPixels, int32_t ACount, int32_t ALowPixel,
-                                  int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount, int32_t* AOutX,
-                                  double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps);
-
-// The same cut for a ramp on a linear X axis, whose pixels are those QVMapX gives:
-// QVPixelOf(AOffset + AX[j] * AScale). AX must not fall along the slice (a ramp counts up), so
-// that each column holds one run of samples; the runs are then found from the pixel formula
-// at a few samples around each column's edge, and no sample is mapped otherwise. The result
-// equals QVDownsampleMinMax over the mapped pixels.
+// between sample g - 1 and g. Such a break lies in the column whose samples run past g - 1
+// to g, and breaks the line in front of that column: its first point's index goes to
+// AOutGaps, once per column (never for the first column). AOutGaps needs room for
+// min(AGapCount, AColumns) entries.
 //
 // When ABlocks is given, it summarises the record that AY is part of, AY being its sample
 // ABlockBase: each column's extremes then come from the summary and the samples of the part
-// blocks at the column's ends.
-TQVDownsampled QVDownsampleRampMinMax(const double* AY, const double* AX, int32_t ACount, double AScale, double AOffset,
-                                      int32_t ALowPixel, int32_t AHighPixel, const int32_t* AGaps, int32_t AGapCount,
-                                      int32_t* AOutX, double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps,
-                                      const TQVBlockExtremes* ABlocks = nullptr, int32_t ABlockBase = 0);
+// blocks at the column's ends, with the same result as reading every sample.
+TQVDownsampled QVDownsampleColumns(const double* AY, int32_t ACount, int32_t AColumns, const int32_t* AGaps,
+                                   int32_t AGapCount, double* AOutY, int32_t* AOutFirst, int32_t* AOutGaps,
+                                   const TQVBlockExtremes* ABlocks = nullptr, int32_t ABlockBase = 0);
 
 // ---- Values to pixels ----
 
-// Y: APlotBase - f(v) * AScale for each value, narrowed to a 32-bit float, rounded and
-// clipped; f is the identity or QVPlotLog. On a linear axis with a factor above 1 the
+// A Y pixel: AValue rounded to nearest (ties to even), clipped at QVPixelClipBound from below
+// the view and held at QVPixelLowest above it; NaN is missing.
+inline int32_t QVYPixelOf(double AValue)
+{
+    const bool Missing = !(AValue == AValue);
+    double V = Missing ? 0.0 : AValue;
+    V = V > QVPixelClipBound ? QVPixelClipBound : V;
+    V = V < QVPixelLowest ? QVPixelLowest : V;
+    constexpr double Shift = 6755399441055744.0; // as in QVPixelOf
+    const int32_t Pixel = static_cast<int32_t>((V + Shift) - Shift);
+    return Missing ? QVMissingPixel : Pixel;
+}
+
+// Y: APlotBase - f(v) * AScale for each value, narrowed to a 32-bit float and made a pixel by
+// QVYPixelOf; f is the identity or QVPlotLog. On a linear axis with a factor above 1 the
 // largest finite values pass unscaled, as markers of "beyond the top".
 void QVMapY(const double* AValues, int32_t ACount, double AScale, bool ALogarithmic, double APlotBase, int32_t* AOut);
 
@@ -144,8 +148,8 @@ struct TQVPlotPoints {
     int32_t IndexBase = 0;
 };
 
-// A polyline that breaks at gaps and missing points; each piece's last point gets a pixel of
-// AEndColor, since a line leaves out its end.
+// A polyline that breaks at gaps and missing points. The last point drawn gets a pixel of
+// AEndColor, since a line leaves out its end; the other pieces' ends are left as drawn.
 void QVPlotLine(TQLCanvas& ACanvas, const TQVPlotPoints& APoints, TAlphaColor AEndColor);
 // A staircase: along the X axis, then across to each point. Gaps are crossed; missing points are
 // passed over.

@@ -259,18 +259,29 @@ void TQVScopeChannel::DrawCall(TQVChannelDrawProc ADrawProc, TQLCanvas& ACanvas,
             for (int32_t k = 0, Count = FDrawGapsBuffer->GetSize(); k < Count; ++k)
                 if (G[k] > FScreenStartIndex && G[k] < FScreenStartIndex + c)
                     Gaps.push_back(G[k] - FScreenStartIndex);
-            // Two points for each pixel column of the view that the samples reach; samples
-            // beyond the view's edges join its first or last column. Only a ramp on a linear
-            // axis is downsampled, so the columns follow from the X mapping directly.
-            const int32_t Columns = std::max(w, 1);
-            std::vector<int32_t> DX(size_t(2) * Columns);
+            // Two points for each used pixel column, the slice split evenly by sample index.
+            // The columns run along the X axis one pixel apart from the first one: the
+            // data's first pixel when the data starts inside the view, else the view's edge
+            // (the right one on a reversed axis).
+            const int32_t Columns = FScreenUsedWidth;
+            const int32_t Last = xb + std::max(w, 1) - 1;
+            const double Scale = FScaledMapping.XScale * FScaledMapping.XRatio;
+            const int32_t Step = Scale < 0.0 ? -1 : 1;
+            int32_t FirstColumn = Step > 0 ? xb : Last;
+            if (FScreenStartIndex == 0) {
+                const int32_t P = QVPixelOf(FScaledMapping.XOffset + XS[0] * Scale);
+                if (P != QVMissingPixel)
+                    FirstColumn = std::clamp(P, xb, Last);
+            }
             std::vector<int32_t> First(static_cast<size_t>(Columns));
             std::vector<int32_t> ColumnGaps(std::min<size_t>(Gaps.size(), size_t(Columns)) + 1);
             FDownsampledRealY.resize(size_t(2) * Columns);
-            const TQVDownsampled Cut = QVDownsampleRampMinMax(
-                YDraw.Read() + FScreenStartIndex, XS, c, FScaledMapping.XScale * FScaledMapping.XRatio,
-                FScaledMapping.XOffset, xb, xb + Columns - 1, Gaps.data(), int32_t(Gaps.size()), DX.data(),
-                FDownsampledRealY.data(), First.data(), ColumnGaps.data(), &DrawYBlocks(), FScreenStartIndex);
+            const TQVDownsampled Cut = QVDownsampleColumns(YDraw.Read() + FScreenStartIndex, c, Columns, Gaps.data(),
+                                                           int32_t(Gaps.size()), FDownsampledRealY.data(), First.data(),
+                                                           ColumnGaps.data(), &DrawYBlocks(), FScreenStartIndex);
+            std::vector<int32_t> DX(size_t(Cut.Points));
+            for (int32_t k = 0; k < Cut.Points; ++k)
+                DX[size_t(k)] = FirstColumn + Step * (k / 2);
             FDownsampledRealY.resize(size_t(Cut.Points));
             FDownsampledRealX.resize(size_t(Cut.Points));
             for (int32_t k = 0; k < Cut.Points; ++k)

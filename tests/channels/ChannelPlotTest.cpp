@@ -1,5 +1,5 @@
 // The plotting arithmetic on plain arrays: screen slice and downsample threshold, min/max
-// columns, value-to-pixel mapping with clipping, and lines, steps and bars from pixel points.
+// columns split by sample index, value-to-pixel mapping with clipping, and lines, steps and bars from pixel points.
 #include "qv/channels/QVChannelPlot.h"
 #include "support/RecordingCanvas.h"
 
@@ -61,86 +61,39 @@ TEST(ChannelPlotSlice, RampIsCutToTheViewWithItsMarginsAndOtherRecordsStayWhole)
     EXPECT_EQ(QVScreenUsedWidth(500, -Inf, -Inf, 0, 100), 0);
 }
 
-TEST(ChannelPlotDownsample, ColumnsSkipNaNClampEdgesAndBreakInFrontOfGaps)
+TEST(ChannelPlotDownsample, ColumnsSplitBySampleIndexShareTheirEndsAndBreakInFrontOfGaps)
 {
-    // Pixels -1 and 4 lie outside the columns 0..3 and join the edge columns.
-    const std::vector<double> Y{8, NaN, 3, 1, NaN, NaN, NaN, 7, -Inf, NaN, 2, 9, 4, 0};
-    const std::vector<int32_t> X{-1, 0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4};
-    const std::vector<int32_t> Gaps{5, 10}; // inside column 1, and at the start of column 3
-    std::vector<int32_t> OX(8), OG(2), First(4);
-    std::vector<double> OY(8);
-    const TQVDownsampled R =
-        QVDownsampleMinMax(Y.data(), X.data(), 14, 0, 3, Gaps.data(), 2, OX.data(), OY.data(), First.data(), OG.data());
-    ASSERT_EQ(R.Points, 8);
-    EXPECT_EQ(OX, (std::vector<int32_t>{0, 0, 1, 1, 2, 2, 3, 3}));
-    EXPECT_TRUE(std::isnan(OY[2]) && std::isnan(OY[3])); // no number: missing
-    OY[2] = OY[3] = 0;
-    EXPECT_EQ(OY, (std::vector<double>{1, 8, 0, 0, -Inf, 7, 0, 9}));
-    EXPECT_EQ(First, (std::vector<int32_t>{0, 4, 7, 10}));
-    ASSERT_EQ(R.GapCount, 2);
-    EXPECT_EQ(OG, (std::vector<int32_t>{2, 6}));
-}
-
-TEST(ChannelPlotDownsample, RampColumnsFromThePixelFormulaMatchSampleBySampleMapping)
-{
-    // Awkward mappings: fractional samples per column, offsets that put the record's ends off
-    // the view, a ramp not starting at 0, a reversed axis (negative scale), columns narrower
-    // than a sample, and scales that put samples exactly on rounding boundaries.
+    // Column i runs from the end of column i - 1 to (i + 1) * count / columns - 1, so a
+    // column's extremes include the sample it shares with the one before. A two-sample column
+    // gives its samples in order; NaN takes no part, and a column with no number is missing.
     struct TCase {
-        int32_t Count;
-        double X0, Scale, Offset;
-        int32_t Low, High;
+        std::vector<double> Y;
+        int32_t Columns;
+        std::vector<int32_t> Gaps;
+        std::vector<double> Points;
+        std::vector<int32_t> First, PointGaps;
     };
     const TCase Cases[] = {
-        {100000, 0.0, 499.0 / 99999.0, 0.0, 0, 499}, // the whole record in 500 columns
-        {100003, 0.0, 0.0031, 17.25, 10, 309},       // non-integer samples per column
-        {50000, 12345.0, 0.0125, -200.4, 0, 399},    // a zoomed window: both ends beyond
-        {40000, 0.0, -0.01, 399.7, 0, 399},          // reversed: X runs right to left
-        {30000, -7.0, 0.5, 0.0, 0, 999},             // two samples per column
-        {20000, 0.0, 2.5, -1000.0, 0, 999},          // more columns than samples
-        {65536, 0.0, 1.0 / 64.0, 0.5, 0, 1023},      // exact .5 boundaries (ties to even)
-        {10, 0.0, 100.0, 0.0, 0, 3},                 // far off both edges after sample 0
-        {1, 5.0, 1.0, 0.0, 0, 9},                    // a single sample
+        // Column 1 is 2..5, and its top is the shared sample 2 (9), not sample 4 (7).
+        {{5, 1, 9, 3, 7, 2, 8, 4, 6, 0}, 3, {}, {1, 9, 2, 9, 0, 8}, {0, 2, 5}, {}},
+        // Column 0 holds samples 0 and 1: 9 then 1, in their order.
+        {{9, 1, 4, 6, 2}, 2, {}, {9, 1, 1, 6}, {0, 1}, {}},
+        {{NaN, NaN, NaN, 3, NaN, -Inf}, 2, {}, {NaN, NaN, -Inf, 3}, {0, 2}, {}},
+        // Breaks inside column 0 (none to record), twice in column 1, and at column 2's end.
+        {{5, 1, 9, 3, 7, 2, 8, 4, 6, 0}, 3, {2, 3, 5, 9}, {1, 9, 2, 9, 0, 8}, {0, 2, 5}, {2, 4}},
     };
     for (const TCase& C : Cases) {
-        std::vector<double> X(size_t(C.Count)), Y(size_t(C.Count));
-        for (int32_t i = 0; i < C.Count; ++i) {
-            X[size_t(i)] = C.X0 + i;
-            Y[size_t(i)] = std::sin(i * 0.37) * 50.0 + (i % 101 == 0 ? 80.0 : 0.0);
-        }
-        // NaN runs that cross column boundaries, and a record end of NaN.
-        for (int32_t Start : {C.Count / 3, C.Count / 2 + 7, C.Count - 3})
-            for (int32_t i = Start; i < std::min(C.Count, Start + 900); ++i)
-                if (i >= 0)
-                    Y[size_t(i)] = NaN;
-        std::vector<int32_t> Gaps;
-        for (int32_t g = 5; g < C.Count; g += 4999)
-            Gaps.push_back(g);
-        std::vector<int32_t> Pixels(size_t(C.Count));
-        QVMapX(X.data(), C.Count, C.Scale, C.Offset, false, 0.0, Pixels.data(), nullptr);
-
-        const size_t Room = 2 * size_t(C.High - C.Low + 1);
-        std::vector<int32_t> EX(Room), EFirst(Room / 2), EGaps(Gaps.size() + 1);
-        std::vector<int32_t> GX(Room), GFirst(Room / 2), GGaps(Gaps.size() + 1);
-        std::vector<double> EY(Room), GY(Room);
-        const TQVDownsampled E =
-            QVDownsampleMinMax(Y.data(), Pixels.data(), C.Count, C.Low, C.High, Gaps.data(), int32_t(Gaps.size()),
-                               EX.data(), EY.data(), EFirst.data(), EGaps.data());
-        const TQVDownsampled G =
-            QVDownsampleRampMinMax(Y.data(), X.data(), C.Count, C.Scale, C.Offset, C.Low, C.High, Gaps.data(),
-                                   int32_t(Gaps.size()), GX.data(), GY.data(), GFirst.data(), GGaps.data());
-        SCOPED_TRACE("count " + std::to_string(C.Count) + ", scale " + std::to_string(C.Scale));
-        ASSERT_GT(E.Points, 0);
-        ASSERT_EQ(E.Points, G.Points);
-        ASSERT_EQ(E.GapCount, G.GapCount);
-        for (int32_t k = 0; k < E.Points; ++k) {
-            ASSERT_EQ(EX[size_t(k)], GX[size_t(k)]) << k;
-            ASSERT_TRUE(EY[size_t(k)] == GY[size_t(k)] || (std::isnan(EY[size_t(k)]) && std::isnan(GY[size_t(k)])))
-                << k;
-            ASSERT_EQ(EFirst[size_t(k / 2)], GFirst[size_t(k / 2)]) << k;
-        }
-        for (int32_t k = 0; k < E.GapCount; ++k)
-            ASSERT_EQ(EGaps[size_t(k)], GGaps[size_t(k)]) << k;
+        const int32_t Count = int32_t(C.Y.size());
+        std::vector<double> OY(2 * size_t(C.Columns));
+        std::vector<int32_t> First(size_t(C.Columns)), OG(C.Gaps.size() + 1);
+        const TQVDownsampled R = QVDownsampleColumns(C.Y.data(), Count, C.Columns, C.Gaps.data(),
+                                                     int32_t(C.Gaps.size()), OY.data(), First.data(), OG.data());
+        SCOPED_TRACE("count " + std::to_string(Count) + ", gaps " + std::to_string(C.Gaps.size()));
+        ASSERT_EQ(R.Points, 2 * C.Columns);
+        for (size_t k = 0; k < OY.size(); ++k)
+            EXPECT_TRUE(OY[k] == C.Points[k] || (std::isnan(OY[k]) && std::isnan(C.Points[k]))) << k << ": " << OY[k];
+        EXPECT_EQ(First, C.First);
+        EXPECT_EQ(std::vector<int32_t>(OG.begin(), OG.begin() + R.GapCount), C.PointGaps);
     }
 }
 
@@ -149,7 +102,13 @@ TEST(ChannelPlotMapping, ValuesBecomeClippedPixelsAndNaNBecomesMissing)
     const std::vector<double> V{0, 25, 100, NaN, Inf, -Inf, -1e300, DBL_MAX};
     std::vector<int32_t> P(V.size());
     QVMapY(V.data(), int32_t(V.size()), 4.0, false, 400.0, P.data()); // 0 at 400, 100 at 0
-    EXPECT_EQ(P, (std::vector<int32_t>{400, 300, 0, QVMissingPixel, -10000000, 10000000, 10000000, -10000000}));
+    // Clipped below the view only: above it a pixel runs on to the integer range's end.
+    EXPECT_EQ(P, (std::vector<int32_t>{400, 300, 0, QVMissingPixel, int32_t(QVPixelLowest), 10000000, 10000000,
+                                       int32_t(QVPixelLowest)}));
+    const std::vector<double> High{2e7, 536870912.0};
+    std::vector<int32_t> HP(2);
+    QVMapY(High.data(), 2, 1.0, false, 0.0, HP.data());
+    EXPECT_EQ(HP, (std::vector<int32_t>{-20000000, -536870912}));
     const std::vector<double> L{0, 9, 99, -9};
     std::vector<int32_t> LP(4);
     QVMapY(L.data(), 4, 100.0, true, 400.0, LP.data()); // a decade per 100 pixels
@@ -169,8 +128,9 @@ TEST(ChannelPlotDraw, LineBreaksAtGapsAndMissingPointsWhileStepCrossesGaps)
     const std::vector<int32_t> X{0, 1, 2, 3}, Y{10, 11, 12, 13}, Gaps{100, 102}; // counted from 100
     TQLRecordingCanvas C;
     QVPlotLine(C, Points(X, Y, Gaps, 100), 0xFF00FF00);
-    EXPECT_EQ(Ops(C), (std::vector<std::string>{"MoveTo 0,10", "LineTo 1,11", "SetPixel 1,11", "MoveTo 2,12",
-                                                "LineTo 3,13", "SetPixel 3,13"}));
+    // The end pixel is set once, after the last point, not at the end of every piece.
+    EXPECT_EQ(Ops(C),
+              (std::vector<std::string>{"MoveTo 0,10", "LineTo 1,11", "MoveTo 2,12", "LineTo 3,13", "SetPixel 3,13"}));
     EXPECT_EQ(C.Of("SetPixel")[0].Color, 0xFF00FF00u);
     C.ClearRecords();
     QVPlotStep(C, Points(X, Y, Gaps, 100), 0);
@@ -180,8 +140,7 @@ TEST(ChannelPlotDraw, LineBreaksAtGapsAndMissingPointsWhileStepCrossesGaps)
     const std::vector<int32_t> M{10, QVMissingPixel, 12, 13};
     C.ClearRecords();
     QVPlotLine(C, Points(X, M), 0);
-    EXPECT_EQ(Ops(C), (std::vector<std::string>{"MoveTo 0,10", "SetPixel 0,10", "MoveTo 2,12", "LineTo 3,13",
-                                                "SetPixel 3,13"}));
+    EXPECT_EQ(Ops(C), (std::vector<std::string>{"MoveTo 0,10", "MoveTo 2,12", "LineTo 3,13", "SetPixel 3,13"}));
     C.ClearRecords();
     QVPlotStep(C, Points(X, M), 0);
     EXPECT_EQ(Ops(C)[1], "LineTo 2,10"); // passes over the missing point
