@@ -404,6 +404,27 @@ TEST(TypedDataQueue, ConcurrentProducersAndConsumersLoseAndDuplicateNothing)
         ASSERT_EQ(i, All[size_t(i)]);
 }
 
+// Every range between two of APoints, counting non-finite values and not, against a plain
+// scan of the samples the summary covers.
+void ExpectSummaryMatches(const TQVBlockExtremes& ASummary, const std::vector<double>& AKept,
+                          const std::vector<int32_t>& APoints, const std::string& AWhere = {})
+{
+    const int32_t N = int32_t(AKept.size());
+    ASSERT_EQ(N, ASummary.GetCount()) << AWhere;
+    for (int32_t First : APoints)
+        for (int32_t End : APoints)
+            for (const bool Finite : {false, true}) {
+                const int32_t F = std::clamp(First, 0, N), E = std::clamp(End, F, N);
+                double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
+                const bool Expected = E > F && (Finite ? QVArrayFiniteMinMax(AKept.data() + F, size_t(E - F), ELo, EHi)
+                                                       : QVArrayMinMax(AKept.data() + F, size_t(E - F), ELo, EHi));
+                const bool Got = ASummary.MinMax(AKept.data(), First, End, Finite, Lo, Hi);
+                ASSERT_EQ(Expected, Got) << AWhere << First << ".." << End << " " << Finite;
+                ASSERT_EQ(ELo, Lo) << AWhere << First << ".." << End << " " << Finite;
+                ASSERT_EQ(EHi, Hi) << AWhere << First << ".." << End << " " << Finite;
+            }
+}
+
 } // namespace
 
 TEST(ArrayExtremes, BothInOnePassAgreeWithASimpleScanAndTellFiniteFromNumber)
@@ -467,19 +488,8 @@ TEST(BlockExtremes, AnyRangeAgreesWithReadingItsSamples)
     V[700] = -kInf;
     TQVBlockExtremes B;
     B.Build(V.data(), N);
-    ASSERT_EQ(N, B.GetCount());
-    const int32_t Edges[] = {-5, 0, 1, 63, 64, 65, 127, 128, 200, 210, 339, 340, 341, 699, 700, 701, 999, 1000, 1200};
-    for (int32_t First : Edges)
-        for (int32_t End : Edges)
-            for (const bool Finite : {false, true}) {
-                const int32_t F = std::clamp(First, 0, N), E = std::clamp(End, F, N);
-                double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
-                const bool Expected = E > F && (Finite ? QVArrayFiniteMinMax(V.data() + F, size_t(E - F), ELo, EHi)
-                                                       : QVArrayMinMax(V.data() + F, size_t(E - F), ELo, EHi));
-                ASSERT_EQ(Expected, B.MinMax(V.data(), First, End, Finite, Lo, Hi)) << First << " " << End;
-                ASSERT_EQ(ELo, Lo) << First << " " << End << " " << Finite;
-                ASSERT_EQ(EHi, Hi) << First << " " << End << " " << Finite;
-            }
+    ExpectSummaryMatches(B, V,
+                         {-5, 0, 1, 63, 64, 65, 127, 128, 200, 210, 339, 340, 341, 699, 700, 701, 999, 1000, 1200});
     // A rebuilt summary follows new samples; an empty one finds nothing.
     V.assign(10, kNaN);
     B.Build(V.data(), 10);
@@ -515,21 +525,8 @@ TEST(BlockExtremes, KeptAtBothEndsAgreesWithReadingTheSamples)
     Source[70555] = -500; // extremes inside a group of groups
     Source[70556] = 500;
     const auto Check = [](const TQVBlockExtremes& B, const std::vector<double>& Kept, const std::string& AWhere) {
-        ASSERT_EQ(int32_t(Kept.size()), B.GetCount()) << AWhere;
-        const int32_t N = B.GetCount();
-        const int32_t Points[] = {0, 1, 63, 64, 1023, 1025, N / 3, N / 2 + 7, N - 1025, N - 64, N - 1, N};
-        for (int32_t First : Points)
-            for (int32_t End : Points)
-                for (const bool Finite : {false, true}) {
-                    const int32_t F = std::clamp(First, 0, N), E = std::clamp(End, F, N);
-                    double ELo = 7, EHi = 7, Lo = 7, Hi = 7;
-                    const bool Expected =
-                        E > F && (Finite ? QVArrayFiniteMinMax(Kept.data() + F, size_t(E - F), ELo, EHi)
-                                         : QVArrayMinMax(Kept.data() + F, size_t(E - F), ELo, EHi));
-                    ASSERT_EQ(Expected, B.MinMax(Kept.data(), First, End, Finite, Lo, Hi)) << AWhere << F << ".." << E;
-                    ASSERT_EQ(ELo, Lo) << AWhere << F << ".." << E << " " << Finite;
-                    ASSERT_EQ(EHi, Hi) << AWhere << F << ".." << E << " " << Finite;
-                }
+        const int32_t N = int32_t(Kept.size());
+        ExpectSummaryMatches(B, Kept, {0, 1, 63, 64, 1023, 1025, N / 3, N / 2 + 7, N - 1025, N - 64, N - 1, N}, AWhere);
     };
     for (size_t r = 0; r < Runs.size(); ++r) {
         TQVBlockExtremes B;
