@@ -71,6 +71,7 @@ TEST_F(ScopeChannel, DrawStageStaysFrozenUntilTheNextRefreshAndUnderHold)
     // Hold keeps the draw stage while data arrives; releasing shows the newest data at once.
     Scope.SetHold(true);
     Add({4, 5});
+    EXPECT_FALSE(Scope.PopulateDrawBuffers());
     Scope.RefreshView();
     EXPECT_EQ(DrawY(), V({120, 200, 201, 202, 0, 1, 300, 301}));
     Scope.SetHold(false);

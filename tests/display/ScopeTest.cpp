@@ -1,5 +1,5 @@
-// The scope as a whole: its channels, the hand-over of data on the refresh tick, Hold, the
-// size limit, producers on other threads and its stored form.
+// The scope as a whole: its channels, the hand-over of data on the refresh tick, producers
+// on other threads, its stored form and zoom windows.
 #include "qv/QVScope.h"
 #include "support/RecordingCanvas.h"
 
@@ -48,53 +48,13 @@ TEST(Scope, OneHeaderServesAUser)
 TEST(Scope, TheTickHandsNewDataToTheDrawStageEvenOfAHiddenChannel)
 {
     TQVScope Scope;
+    Scope.GetChannels()->GetItem(0)->SetVisible(false);
     const auto Block = Ramp(100);
     Data(Scope).AddYData(Block.data(), 100);
-    EXPECT_EQ(Data(Scope).GetSize(), 100);
     EXPECT_EQ(Data(Scope).GetDrawSize(), 0); // not before the tick
     Scope.RefreshView();
     EXPECT_EQ(Data(Scope).GetDrawSize(), 100);
     EXPECT_TRUE(Scope.GetChannels()->GetItem(0)->GetDataChanged());
-    EXPECT_FALSE(Scope.GetChannels()->GetItem(0)->GetHasNewBuffer());
-    Scope.GetChannels()->GetItem(0)->SetVisible(false);
-    Data(Scope).AddYPoint(1.0);
-    Scope.RefreshView();
-    EXPECT_EQ(Data(Scope).GetDrawSize(), 101);
-}
-
-TEST(Scope, HoldFreezesTheDrawStageWhileDataKeepsArriving)
-{
-    TQVScope Scope;
-    const auto Block = Ramp(10);
-    Data(Scope).AddYData(Block.data(), 10);
-    Scope.RefreshView();
-    Scope.SetHold(true);
-    Data(Scope).AddYData(Block.data(), 10);
-    Data(Scope).AddYData(Block.data(), 10);
-    EXPECT_FALSE(Scope.PopulateDrawBuffers());
-    Scope.RefreshView();
-    EXPECT_EQ(Data(Scope).GetSize(), 30);
-    EXPECT_EQ(Data(Scope).GetDrawSize(), 10);
-    EXPECT_TRUE(Scope.GetNeedsRecalc());
-    // Releasing hold shows the newest data at once, without waiting for a tick.
-    Scope.SetHold(false);
-    EXPECT_EQ(Data(Scope).GetDrawSize(), 30);
-}
-
-TEST(Scope, LoweringTheSizeLimitKeepsTheNewestSamplesOfEveryChannel)
-{
-    TQVScope Scope;
-    Scope.GetChannels()->Add();
-    const auto Block = Ramp(50);
-    Data(Scope, 0).AddYData(Block.data(), 50);
-    Data(Scope, 1).AddYData(Block.data(), 8);
-    Scope.SetSizeLimit(10);
-    EXPECT_EQ(Data(Scope, 0).GetSize(), 10);
-    EXPECT_EQ(Data(Scope, 1).GetSize(), 8);
-    std::vector<double> Y(10);
-    Data(Scope, 0).GetYData(Y.data());
-    EXPECT_EQ(Y.front(), 40.0);
-    EXPECT_EQ(Y.back(), 49.0);
 }
 
 TEST(Scope, ProducersOnManyThreadsLoseNoSampleWhileTheControlTicks)
