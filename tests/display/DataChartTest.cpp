@@ -146,6 +146,9 @@ TEST(DataChart, TurningTheScopeSwapsTheAxesOrientation)
     TQVScope Scope;
     EXPECT_EQ(Scope.GetXAxis()->GetScreenAlign(), vsaBottom);
     EXPECT_EQ(Scope.GetYAxis()->GetScreenAlign(), vsaLeft);
+    TQLBitmap Bitmap(200, 100);
+    TQLRecordingCanvas Canvas;
+    Scope.PaintToCanvas(Bitmap, Canvas, false); // lays the scope out: no recalculation due
     Scope.SetVertical(true);
     EXPECT_TRUE(Scope.GetNeedsRecalc());
     EXPECT_TRUE(Scope.GetXAxis()->GetIsVertical());

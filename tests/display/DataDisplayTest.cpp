@@ -40,6 +40,7 @@ public:
     }
     void StartDestroy() { BeginDestroy(); }
     void ClearRefreshFlag() { FRefreshImage = false; }
+    void ClearRecalcFlag() { FNeedsRecalc = false; }
 
     int Invalidations = 0;
     int Populates = 0;
@@ -177,8 +178,9 @@ TEST(DataDisplayPaint, BackgroundFactoryPictureSizeAndPrintSize)
 TEST(DataDisplayGeometry, SizeChangesRecalculateAndBadBoundsAreRefused)
 {
     TProbeDisplay D; // 450 by 280
-    D.PaintToCanvas(*std::make_unique<TQLBitmap>(4, 4), *std::make_unique<TQLRecordingCanvas>(), false);
-    D.SetBounds(5, 5, 450, 280);
+    D.ClearRecalcFlag();
+    D.SetBounds(5, 5, 450, 280); // moved only
+    EXPECT_FALSE(D.GetNeedsRecalc());
     D.SetBounds(5, 5, 300, 200);
     EXPECT_TRUE(D.GetNeedsRecalc());
     EXPECT_EQ(D.GetPlotWidth(), 300);
