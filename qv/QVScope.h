@@ -22,6 +22,7 @@
 #include "qv/display/QVDisplayToolBar.h"
 #include "qv/display/QVDisplayZoomList.h"
 #include "qv/display/QVScope.h"
+#include "qv/elements/QVDisplayChannelLink.h"
 #include "qv/elements/QVDisplayCursorLink.h"
 #include "qv/elements/QVDisplayZone.h"
 #include "qv/elements/QVScopeCursor.h"

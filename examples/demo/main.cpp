@@ -169,6 +169,16 @@ void SetUpMeasurement(TQVScope& AScope)
     Inside->GetHighlighting()->SetColor(0xFFFF8000);
 }
 
+// A channel link: the band from the chirp down to the square wave filled in a translucent
+// blue, under the channels; the legend lists it with its two channels' colours.
+void SetUpChannelLink(TQVScope& AScope)
+{
+    auto& Channels = *AScope.GetChannels();
+    TQVDisplayChannelLink* Band = AScope.GetChannelLinks()->Add(Channels.GetItem(2), Channels.GetItem(1));
+    Band->SetName("Chirp to square");
+    Band->GetBrush()->SetColor(0x703070E0);
+}
+
 // Undo and redo of zooming by the right button and the keyboard.
 void SetUpUndo(TQVScope& AScope)
 {
@@ -253,6 +263,7 @@ int main(int argc, char** argv)
         TQVWaterfall& Waterfall = WaterfallWidget->GetWaterfall();
         SetUpScope(Scope);
         SetUpMeasurement(Scope);
+        SetUpChannelLink(Scope);
         SetUpUndo(Scope);
         demo::SetUpWaterfall(Waterfall, SampleRate);
         demo::TSpectrum Spectrum(Waterfall, SampleRate);

@@ -156,6 +156,12 @@ public:
     virtual void ChannelDataZoneDraw(TQLCanvas& ACanvas, TAlphaColor AColor, const TRect& ARect, double AYOffset,
                                      const double* AYData, const double* AXData, int32_t ASize,
                                      const IQVIntegerBuffer& AXInts, const IQVIntegerBuffer& AYInts, bool Printing);
+    // Plots nothing: DrawCall with it only brings the screen stage up to date, for those who
+    // read the frame's pixels before the channel is drawn (the fill between two channels).
+    void ChannelDataPrepare(TQLCanvas& /*ACanvas*/, TAlphaColor /*AColor*/, const TRect& /*ARect*/, double /*AYOffset*/,
+                            const double* /*AYData*/, const double* /*AXData*/, int32_t /*ASize*/,
+                            const IQVIntegerBuffer& /*AXInts*/, const IQVIntegerBuffer& /*AYInts*/, bool /*Printing*/)
+    {}
     // Draws the plotted points in the channel's mode, then the point symbols.
     void PlotChannelData(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw, const TRect& ARect,
                          double AYOffset, const double* AYData, const double* AXData);

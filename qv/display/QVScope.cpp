@@ -15,11 +15,13 @@ TQVScope::TQVScope()
 {
     GetTitle()->SetTextDefault("Scope");
     FChannels = std::make_unique<TQVScopeChannels>(this, GetLock(), this);
+    FChannelLinks = std::make_unique<TQVDisplayChannelLinks>(this, GetLock(), this);
     FTrails = std::make_unique<TQVDisplayTrails>(this);
     FCursors = std::make_unique<TQVScopeCursors>(this, GetLock(), this);
     FZones = std::make_unique<TQVDisplayZones>(this, GetLock(), this, GetHighlighting()->GetZones());
     FEllipses = std::make_unique<TQVDisplayEllipticZones>(this, GetLock(), this, GetHighlighting()->GetEllipses());
     FCursorLinks = std::make_unique<TQVScopeCursorLinks>(this, GetLock(), this);
+    FElementFamilies.Set(ekChannelLinks, FChannelLinks.get());
     FElementFamilies.Set(ekCursors, FCursors.get());
     FElementFamilies.Set(ekZones, FZones.get());
     FElementFamilies.Set(ekEllipses, FEllipses.get());
@@ -33,6 +35,7 @@ TQVScope::TQVScope()
     // which takes what they leave. Each legend group lists one of the collections.
     FLegend = std::make_unique<TQVScopeLegendView>(this);
     FLegend->GetChannels()->SetItems(FChannels.get());
+    FLegend->GetChannelLinks()->SetItems(FChannelLinks.get());
     FLegend->GetZones()->SetItems(FZones.get());
     FLegend->GetEllipses()->SetItems(FEllipses.get());
     FLegend->GetCursors()->SetItems(FCursors.get());
@@ -63,6 +66,9 @@ TQVScope::~TQVScope()
     // Paint and refresh stop before anything is freed.
     BeginDestroy();
     FLegend.reset();
+    // Links let go of their channels before the channels go.
+    FElementFamilies.Set(ekChannelLinks, nullptr);
+    FChannelLinks.reset();
     FChannels.reset();
     // Links before the cursors they join; all elements before the data view they name.
     FCursorLinks.reset();
@@ -240,6 +246,7 @@ void TQVScope::PopulateMaxSample()
 void TQVScope::Loaded()
 {
     TQVDataChart::Loaded();
+    FChannelLinks->PopulateLinks();
     TQVAxisValue* Min = FYAxis->GetMin();
     if (Min->GetValue() == FYAxis->GetMax()->GetValue())
         Min->SetValue(0.0 - Min->GetValue());
@@ -366,6 +373,8 @@ const TQLClassInfo& TQVScope::StaticClassInfo()
             // Groups before channels: a stored channel marker names its group by index.
             .Collection("MarkerGroups", &TQVScope::GetMarkerGroups)
             .Collection("Channels", &TQVScope::GetChannels)
+            // After the channels, whose indexes the links store.
+            .Collection("ChannelLinks", &TQVScope::GetChannelLinks)
             .Collection("Cursors", &TQVScope::GetCursors)
             .Collection("Zones", &TQVScope::GetZones)
             .Collection("Ellipses", &TQVScope::GetEllipses)

@@ -7,6 +7,7 @@
 #include "qv/channels/QVScopeOwner.h"
 #include "qv/component/QVScopeElements.h"
 #include "qv/display/QVDataChart.h"
+#include "qv/elements/QVDisplayChannelLink.h"
 #include "qv/elements/QVDisplayTrails.h"
 #include "qv/elements/QVDisplayZone.h"
 #include "qv/elements/QVElementsOwner.h"
@@ -106,6 +107,9 @@ public:
     void InvalidateChannels() override;
 
     // ---- Measurement elements ----
+    // The fills between pairs of channels, drawn under the channels.
+    TQVDisplayChannelLinks* GetChannelLinks() const { return FChannelLinks.get(); }
+    void SetChannelLinks(const TQVDisplayChannelLinks* AValue) { FChannelLinks->Assign(AValue); }
     TQVScopeCursors* GetCursors() const override { return FCursors.get(); }
     void SetCursors(const TQVScopeCursors* AValue) { FCursors->Assign(AValue); }
     TQVScopeCursorLinks* GetCursorLinks() const { return FCursorLinks.get(); }
@@ -157,6 +161,7 @@ protected:
 private:
     bool FVertical = false;
     std::unique_ptr<TQVScopeChannels> FChannels;
+    std::unique_ptr<TQVDisplayChannelLinks> FChannelLinks;
     std::unique_ptr<TQVScopeMarkerGroups> FMarkerGroups;
     std::unique_ptr<TQVScopeTextLabels> FLabels;
     // The markers and labels under the data view's mouse.

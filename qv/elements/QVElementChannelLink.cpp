@@ -96,7 +96,8 @@ TQVDisplayCursorChannelLink::TQVDisplayCursorChannelLink(TQLCollection* ACollect
       FBrush(std::make_unique<TQVDisplayBrush>(
           this, GetLock(), [this] { NotifyProp(); }, 0xFFFFFFFF, bkNone)),
       FChannelLabel(std::make_unique<TQVDisplayLabel>(
-          this, GetLock(), [this] { NotifyProp(); }, QVDefaultLabelFont(), false))
+          this, GetLock(), [this] { NotifyProp(); }, QVDefaultLabelFont(), false)),
+      FData(std::make_unique<TQVDisplayCursorChannelLinkData>(this))
 {}
 
 TQVDisplayCursorChannelLink::~TQVDisplayCursorChannelLink() = default;
@@ -174,7 +175,8 @@ const TQLClassInfo& TQVScopeZonePoints::StaticClassInfo()
 TQVDisplayZoneChannelLink::TQVDisplayZoneChannelLink(TQLCollection* ACollection)
     : TQVDisplayElementChannelLink(ACollection),
       FHighlighting(std::make_unique<TQVDisplayOptionalHighlighting>(GetDisplay())),
-      FPoints(std::make_unique<TQVScopeZonePoints>(this, GetLock(), [this] { NotifyProp(); }))
+      FPoints(std::make_unique<TQVScopeZonePoints>(this, GetLock(), [this] { NotifyProp(); })),
+      FData(std::make_unique<TQVDisplayZoneChannelLinkData>(this))
 {}
 
 TQVDisplayZoneChannelLink::~TQVDisplayZoneChannelLink() = default;

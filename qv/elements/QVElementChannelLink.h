@@ -10,6 +10,7 @@
 #include "qv/component/QVDisplayCollection.h"
 #include "qv/component/QVDisplayCollectionItem.h"
 #include "qv/decor/QVDisplayLabel.h"
+#include "qv/elements/QVChannelLinkData.h"
 #include "qv/foundation/QVDisplayBrush.h"
 #include "qv/foundation/QVDisplayPen.h"
 #include "qv/foundation/QVMarkerShapes.h"
@@ -73,6 +74,8 @@ public:
     void SetChannelLabel(const TQVDisplayLabel* AValue) { FChannelLabel->Assign(AValue); }
     // The cursor that owns the link.
     TQVDisplayCursor* GetCursor() const;
+    // Where the cursor's lines cross the channel, for the host.
+    TQVDisplayCursorChannelLinkData* GetData() const { return FData.get(); }
 
     // The mark at the crossing (AX, AY) on screen. The highlight pass keeps the caller's pen
     // and draws no fill. AXValue and AYValue are the crossing's values in data units.
@@ -88,6 +91,7 @@ private:
     std::unique_ptr<TQVDisplayPen> FPen;
     std::unique_ptr<TQVDisplayBrush> FBrush;
     std::unique_ptr<TQVDisplayLabel> FChannelLabel;
+    std::unique_ptr<TQVDisplayCursorChannelLinkData> FData;
 };
 
 using TQVDisplayCursorChannelLinks = TQVDisplayCollection<TQVDisplayCursorChannelLink>;
@@ -113,12 +117,15 @@ public:
     void SetPoints(const TQVScopeZonePoints* AValue) { FPoints->Assign(AValue); }
     // The zone that owns the link.
     TQVBasicDisplayZone* GetZone() const;
+    // The channel's samples inside the zone, for the host.
+    TQVDisplayZoneChannelLinkData* GetData() const { return FData.get(); }
 
     QL_CLASS_INFO()
 
 private:
     std::unique_ptr<TQVDisplayOptionalHighlighting> FHighlighting;
     std::unique_ptr<TQVScopeZonePoints> FPoints;
+    std::unique_ptr<TQVDisplayZoneChannelLinkData> FData;
 };
 
 using TQVDisplayZoneChannelLinks = TQVDisplayCollection<TQVDisplayZoneChannelLink>;

@@ -52,17 +52,34 @@ TQVLegendView::TQVLegendView(TQVDisplayOwner* ADisplay, std::initializer_list<TQ
         FGroups[Kind] = std::make_unique<TQVLegendGroup>(this, DefaultLabel(Kind));
         FGroupsList.push_back(FGroups[Kind].get());
     }
+    FCustomGroups = std::make_unique<TQVLegendGroupCollection>(this);
     FRepeatTimer.SetEnabled(false);
     FRepeatTimer.SetOnTimer([this] { DoRepeatTimer(); });
 }
 
 TQVLegendView::~TQVLegendView() = default;
 
+int32_t TQVLegendView::GetGroupCount() const
+{
+    return static_cast<int32_t>(FGroupsList.size()) + FCustomGroups->GetCount();
+}
+
 TQVBasicLegendGroup* TQVLegendView::GetGroupItem(int32_t AIndex) const
 {
     if (AIndex < 0 || AIndex >= GetGroupCount())
         throw std::out_of_range("TQVLegendView: group index " + std::to_string(AIndex) + " out of range");
-    return FGroupsList[AIndex];
+    const int32_t Own = static_cast<int32_t>(FGroupsList.size());
+    if (AIndex < Own)
+        return FGroupsList[size_t(AIndex)];
+    return FCustomGroups->GetItem(AIndex - Own)->GetGroup();
+}
+
+std::vector<TQVBasicLegendGroup*> TQVLegendView::Groups() const
+{
+    std::vector<TQVBasicLegendGroup*> Result = FGroupsList;
+    for (TQVLegendGroupCollectionItem* Item : *FCustomGroups)
+        Result.push_back(Item->GetGroup());
+    return Result;
 }
 
 int32_t TQVLegendView::ControlHeight() const
@@ -85,7 +102,7 @@ TSize TQVLegendView::GetAutoSize() const
     if (FAlign == vaTop || FAlign == vaBottom)
         return TSize{-1, GetViewHeight(*Canvas)};
     int32_t Width = 0;
-    for (const TQVBasicLegendGroup* Group : FGroupsList)
+    for (const TQVBasicLegendGroup* Group : Groups())
         Width = std::max(Width, Group->GetDefaultWidth(*Canvas));
     return TSize{Width, -1};
 }
@@ -94,7 +111,7 @@ int32_t TQVLegendView::GetViewHeight(TQLCanvas& ACanvas) const
 {
     bool NotFirst = false;
     int32_t Height = HeadingRoom;
-    for (const TQVBasicLegendGroup* Group : FGroupsList)
+    for (const TQVBasicLegendGroup* Group : Groups())
         Height += Group->GetHeight(ACanvas, NotFirst);
     ACanvas.ApplyFont(*FFont);
     return Height;
@@ -156,7 +173,7 @@ void TQVLegendView::Draw(TQVDisplayDrawPart /*ADrawPart*/, TQLCanvas& ACanvas, b
     const int32_t Line = LineHeight(ACanvas);
     int32_t YPos = Rect.Top + HeadingRoom + Line / 2 + 2 - FScrollPos;
     int32_t LastY = YPos;
-    for (TQVBasicLegendGroup* Group : FGroupsList) {
+    for (TQVBasicLegendGroup* Group : Groups()) {
         if (ControlHeight() <= LastY)
             break;
         Group->Draw(ACanvas, Rect.Left, Rect.Right, APrinting, YPos, LastY);
@@ -201,7 +218,7 @@ void TQVLegendView::ButtonHitTest(int32_t AX, int32_t AY)
         AX = -100;
     const int32_t Line = LineHeight(*Canvas);
     int32_t YPos = GetDrawRect().Top + HeadingRoom + Line / 2 + 1 - FScrollPos;
-    for (TQVBasicLegendGroup* Group : FGroupsList)
+    for (TQVBasicLegendGroup* Group : Groups())
         Group->ButtonHitTest(*Canvas, AX, AY, YPos);
 }
 
@@ -243,8 +260,9 @@ void TQVLegendView::MouseDown(TMouseButton AButton, TShiftState /*AShift*/, int3
         FRepeatTimer.SetEnabled(true);
         return;
     }
-    for (int32_t G = 0; G < GetGroupCount(); ++G)
-        if (FGroupsList[G]->ItemMouseDown(G)) {
+    const std::vector<TQVBasicLegendGroup*> List = Groups();
+    for (int32_t G = 0; G < int32_t(List.size()); ++G)
+        if (List[size_t(G)]->ItemMouseDown(G)) {
             AHandled = true;
             break;
         }
@@ -278,7 +296,7 @@ void TQVLegendView::MouseLeaveView()
 {
     FRepeatTimer.SetEnabled(false);
     FHighlightButtonID = 0;
-    for (TQVBasicLegendGroup* Group : FGroupsList)
+    for (TQVBasicLegendGroup* Group : Groups())
         Group->ClearHighlight();
     InvalidateView();
 }
@@ -287,7 +305,7 @@ void TQVLegendView::MouseLeave()
 {
     TQVOptionalView::MouseLeave();
     bool Any = false;
-    for (TQVBasicLegendGroup* Group : FGroupsList)
+    for (TQVBasicLegendGroup* Group : Groups())
         Any = Group->ClearHighlight() || Any;
     if (Any)
         InvalidateView();
@@ -336,6 +354,7 @@ const TQLClassInfo& TQVLegendView::StaticClassInfo()
             .Object("Cursors", &TQVLegendView::GetCursors)
             .Object("CursorLinks", &TQVLegendView::GetCursorLinks)
             .Object("Labels", &TQVLegendView::GetLabels)
+            .Collection("CustomGroups", &TQVLegendView::GetCustomGroups)
             .Build();
     return Info;
 }

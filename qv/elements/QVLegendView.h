@@ -10,6 +10,7 @@
 
 #include "qv/component/QVDisplayView.h"
 #include "qv/component/QVViewButtonSettings.h"
+#include "qv/elements/QVCustomLegendGroup.h"
 #include "qv/elements/QVLegendGroup.h"
 #include "qv/foundation/QLTimer.h"
 #include "qv/foundation/QVDisplayFont.h"
@@ -77,9 +78,9 @@ public:
     int32_t GetHighlightButtonID() const { return FHighlightButtonID; }
     TQLTimer& GetRepeatTimer() { return FRepeatTimer; }
 
-    // The groups in the order they show, and the group of a kind (null when the legend has
-    // none of that kind).
-    int32_t GetGroupCount() const { return static_cast<int32_t>(FGroupsList.size()); }
+    // The groups in the order they show: the display's own, then one per custom group in
+    // collection order; and the group of a kind (null when the legend has none of that kind).
+    int32_t GetGroupCount() const;
     TQVBasicLegendGroup* GetGroupItem(int32_t AIndex) const;
     TQVLegendGroup* GetGroup(TQVLegendGroupKind AKind) const { return FGroups[AKind].get(); }
     // The published groups.
@@ -91,6 +92,9 @@ public:
     TQVLegendGroup* GetCursors() const { return GetGroup(lgCursors); }
     TQVLegendGroup* GetCursorLinks() const { return GetGroup(lgCursorLinks); }
     TQVLegendGroup* GetLabels() const { return GetGroup(lgLabels); }
+    // Groups of the host's own items, shown after the display's.
+    TQVLegendGroupCollection* GetCustomGroups() const { return FCustomGroups.get(); }
+    void SetCustomGroups(const TQVLegendGroupCollection* AValue) { FCustomGroups->Assign(AValue); }
 
     // The widest group, or ViewSize.Size; the height is what the layout leaves.
     TSize GetAutoSize() const override;
@@ -129,11 +133,14 @@ private:
     void DrawButton(TQLCanvas& ACanvas, const TRect& ARect, bool AUp, bool AEnabled, bool AHighlighted);
     bool StepUp();
     void StepDown();
+    // Every group in the order it shows.
+    std::vector<TQVBasicLegendGroup*> Groups() const;
 
     std::unique_ptr<TQVDisplayFont> FFont;
     std::unique_ptr<TQVLegendViewButtonSettings> FButtons;
     std::array<std::unique_ptr<TQVLegendGroup>, QVLegendGroupKindCount> FGroups;
     std::vector<TQVBasicLegendGroup*> FGroupsList;
+    std::unique_ptr<TQVLegendGroupCollection> FCustomGroups;
     int32_t FScrollPos = 0;
     int32_t FHighlightButtonID = 0;
     TQLTimer FRepeatTimer;

@@ -41,6 +41,11 @@ protected:
 
 TEST_F(Legend, ListsTheGroupsInOrderAndTakesTheWidestLine)
 {
+    TQVScopeChannel* Second = Scope.GetChannels()->Add();
+    TQVDisplayChannelLink* Fill = Scope.GetChannelLinks()->Add(Scope.GetChannels()->GetItem(0), Second);
+    TQVCustomLegendGroup* Custom = L().GetCustomGroups()->Add()->GetGroup();
+    Custom->GetCaption()->SetText("Sensors");
+    Custom->GetCustomItems()->Add()->SetName("Pressure");
     Scope.GetZones()->Add();
     Scope.GetEllipses()->Add();
     TQVScopeCursor* A = AddCursor(ckVertical, 20.0, 0.0);
@@ -51,6 +56,9 @@ TEST_F(Legend, ListsTheGroupsInOrderAndTakesTheWidestLine)
     Paint();
     const std::vector<std::string> Expected = {"Channels",
                                                Scope.GetChannels()->GetItem(0)->GetDisplayName(),
+                                               Second->GetDisplayName(),
+                                               "Channel Links",
+                                               Fill->GetDisplayName(),
                                                "Zones",
                                                Scope.GetZones()->GetItem(0)->GetDisplayName(),
                                                "Ellipses",
@@ -59,7 +67,9 @@ TEST_F(Legend, ListsTheGroupsInOrderAndTakesTheWidestLine)
                                                A->GetDisplayName(),
                                                B->GetDisplayName(),
                                                "Cursor Links",
-                                               Link->GetDisplayName()};
+                                               Link->GetDisplayName(),
+                                               "Sensors",
+                                               "Pressure"};
     std::vector<std::string> Drawn;
     int32_t Widest = 0;
     for (const TQLCanvasRecord& R : Texts()) {
@@ -77,6 +87,8 @@ TEST_F(Legend, ListsTheGroupsInOrderAndTakesTheWidestLine)
     EXPECT_EQ(Texts().size(), Expected.size() - 1);
 
     // With nothing to list the legend takes no room.
+    L().GetCustomGroups()->Clear();
+    Scope.GetChannelLinks()->Clear();
     Scope.GetCursorLinks()->Clear();
     Scope.GetCursors()->Clear();
     Scope.GetZones()->Clear();
@@ -146,37 +158,49 @@ TEST_F(Legend, ScrollsByHeldButtonsOnTheDrivenTimerAndByTheWheel)
 TEST_F(Legend, AClickFiresTheGroupHandlerElseOpensTheSetupOnTheItem)
 {
     AddCursors(1);
+    TQVDisplayChannelLink* Fill =
+        Scope.GetChannelLinks()->Add(Scope.GetChannels()->GetItem(0), Scope.GetChannels()->Add());
+    TQVCustomLegendGroup* Custom = L().GetCustomGroups()->Add()->GetGroup();
+    Custom->GetCaption()->SetText("Sensors");
+    Custom->GetCustomItems()->Add()->SetName("Pressure");
+    Paint();
     TQLPersistent* Opened = nullptr;
     Scope.SetOnSetupDialog([&](TQLPersistent* AObject) {
         Opened = AObject;
         return true;
     });
-    // The cursor's line is the one below the heading.
-    const std::vector<TQLCanvasRecord> T = Texts();
-    const auto Heading = std::find_if(T.begin(), T.end(), [](const auto& R) { return R.Text == "Cursors"; });
-    ASSERT_NE(Heading, T.end());
-    const TPoint At{Rect().Left + 30, (Heading + 1)->Args[1] + 5};
-
+    // A group's first line is the one below its heading. A custom group has no setup page.
     struct TCase {
+        const char* Heading;
+        TQVBasicLegendGroup* Group;
         bool Handle;
-        bool ExpectOpened;
+        TQLPersistent* Opens;
     };
-    for (const TCase& C : {TCase{false, true}, TCase{true, false}}) {
+    const TCase Cases[] = {{"Cursors", L().GetCursors(), false, Scope.GetCursors()->GetItem(0)},
+                           {"Cursors", L().GetCursors(), true, nullptr},
+                           {"Channel Links", L().GetChannelLinks(), false, Fill},
+                           {"Sensors", Custom, false, nullptr}};
+    for (const TCase& C : Cases) {
+        const std::vector<TQLCanvasRecord> T = Texts();
+        const auto Heading = std::find_if(T.begin(), T.end(), [&](const auto& R) { return R.Text == C.Heading; });
+        ASSERT_NE(Heading, T.end());
+        const TPoint At{Rect().Left + 30, (Heading + 1)->Args[1] + 5};
         Opened = nullptr;
         TQLPersistent* Sender = nullptr;
         int32_t ClickedIndex = -1;
-        L().GetCursors()->SetOnItemClick([&](TQLPersistent* ASender, int32_t AIndex, bool& AHandled) {
+        C.Group->SetOnItemClick([&](TQLPersistent* ASender, int32_t AIndex, bool& AHandled) {
             Sender = ASender;
             ClickedIndex = AIndex;
             AHandled = C.Handle;
         });
         Move(At.X, At.Y);
-        EXPECT_EQ(L().GetCursors()->GetHighlightedItemIndex(), 0);
+        EXPECT_EQ(C.Group->GetHighlightedItemIndex(), 0) << C.Heading;
         Scope.MouseDown(mbLeft, {}, float(At.X), float(At.Y));
         Scope.MouseUp(mbLeft, {}, float(At.X), float(At.Y));
-        EXPECT_EQ(Sender, L().GetCursors());
-        EXPECT_EQ(ClickedIndex, 0);
-        EXPECT_EQ(Opened, C.ExpectOpened ? Scope.GetCursors()->GetItem(0) : nullptr) << C.Handle;
+        EXPECT_EQ(Sender, C.Group) << C.Heading;
+        EXPECT_EQ(ClickedIndex, 0) << C.Heading;
+        EXPECT_EQ(Opened, C.Opens) << C.Heading << C.Handle;
+        Paint();
     }
 
     // Off every line nothing happens.

@@ -109,6 +109,33 @@ TEST_F(Zones, LinkedChannelsAreDrawnAgainUnderTheZonesClipWhileEnabled)
     Paint();
 }
 
+TEST_F(Zones, ALinksPointSymbolsMarkTheSamplesInsideOnly)
+{
+    TQVDisplayZone* Z = Square(20.5, 20.5, 79.5, 79.5);
+    TQVDisplayZoneChannelLink* Link = Z->GetChannels()->Add();
+    TQVScopeChannel* Channel = Scope.GetChannels()->GetItem(0);
+    Link->SetChannel(Channel);
+    Link->GetHighlighting()->SetEnabled(false);
+    Link->GetPoints()->SetSize(2);
+    struct TCase {
+        bool Visible;
+        size_t Symbols;
+    };
+    for (const TCase& C : {TCase{false, 0}, TCase{true, 59}}) {
+        Link->GetPoints()->SetVisible(C.Visible);
+        Paint();
+        const auto Symbols = Canvas.Of("EllipseRect");
+        ASSERT_EQ(Symbols.size(), C.Symbols);
+        if (Symbols.empty())
+            continue;
+        // Samples 21..79 of the ramp, each in a box 2 pixels round its plotted point.
+        const TPoint P{Channel->GetDownsampledIntDrawBufferX()->GetItem(21),
+                       Channel->GetDownsampledIntDrawBufferY()->GetItem(21)};
+        EXPECT_EQ(Symbols.front().ArgRect(), (TRect{P.X - 2, P.Y - 2, P.X + 3, P.Y + 3}));
+        EXPECT_EQ(Symbols.front().PenColor, Channel->GetColor());
+    }
+}
+
 TEST_F(Zones, ElementsAndTheirLinksRoundTripThroughTheStoredForm)
 {
     TQVDisplayZone* Z = Square(20, 20, 80, 80);
@@ -122,6 +149,8 @@ TEST_F(Zones, ElementsAndTheirLinksRoundTripThroughTheStoredForm)
     L->SetBeginCursor(B);
     L->SetEndCursor(A);
     L->GetMeasurementLine()->SetY(-40);
+    Scope.GetChannels()->Add();
+    Scope.GetChannelLinks()->Add(Scope.GetChannels()->GetItem(1), Scope.GetChannels()->GetItem(0))->SetWidth(7);
     const TQLStoredNode Node = QLSaveObject(Scope);
 
     TQVScope Copy;
@@ -133,4 +162,7 @@ TEST_F(Zones, ElementsAndTheirLinksRoundTripThroughTheStoredForm)
     EXPECT_EQ(CL->GetEndCursor(), Copy.GetCursors()->GetItem(0));
     EXPECT_EQ(Copy.GetZones()->GetItem(0)->GetChannels()->GetItem(0)->GetChannel(), Copy.GetChannels()->GetItem(0));
     EXPECT_EQ(Copy.GetZones()->GetItem(0)->GetPoints()->GetCount(), 4);
+    ASSERT_EQ(Copy.GetChannelLinks()->GetCount(), 1);
+    EXPECT_EQ(Copy.GetChannelLinks()->GetItem(0)->GetFirstChannel(), Copy.GetChannels()->GetItem(1));
+    EXPECT_EQ(Copy.GetChannelLinks()->GetItem(0)->GetSecondChannel(), Copy.GetChannels()->GetItem(0));
 }
