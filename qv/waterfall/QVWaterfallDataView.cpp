@@ -1,5 +1,7 @@
 #include "qv/waterfall/QVWaterfallDataView.h"
 
+#include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/component/QVDisplayZoom.h"
 #include "qv/foundation/QLClassBuilder.h"
@@ -7,6 +9,7 @@
 #include "qv/waterfall/QVLevelDisplay.h"
 #include "qv/waterfall/QVWaterfallAxes.h"
 #include "qv/waterfall/QVWaterfallBuffers.h"
+#include "qv/waterfall/QVWaterfallMarkers.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
 
 #include <algorithm>
@@ -187,13 +190,19 @@ void TQVBasicWaterfallDataView::DirectDraw(TQLBitmap& ABitmap)
         }
         int32_t First = 0;
         const int32_t New = Buffers.GetNewBuffersCount();
+        // The rows that left the picture since the last draw. Markers of relative groups ride
+        // with their rows also when the whole image is coloured anew (new levels, or a
+        // history's worth of new rows at once).
+        const int32_t Left = Rebuilt ? 0 : std::max(FOldBufferFill + New - S, 0);
+        if (Left > 0)
+            FBasicWaterfall->GetWaterfallMarkerGroups()->ScrollBy(Left);
         if (!TestSetNeedsRedraw() && New < S && !Rebuilt) {
             First = std::max(Count - New, 0);
-            if (FOldBufferFill + New > S) {
+            if (Left > 0) {
                 // The history is full: the rows that left make room by turning the ring,
                 // whatever the history's length; the slots they free are coloured anew
                 // below.
-                const int32_t Shift = (FOldBufferFill + New - S) % S;
+                const int32_t Shift = Left % S;
                 FOrigin = Reversed ? (FOrigin - Shift + S) % S : (FOrigin + Shift) % S;
                 FBasicWaterfall->MainViewScrolled(false);
             }
@@ -353,6 +362,12 @@ void TQVBasicWaterfallDataView::MouseDown(TMouseButton AButton, TShiftState AShi
     if (!GetDrawRect().Contains(TPoint{AX, AY}))
         return;
     AHandled = true;
+    if (TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
+        Info && FBasicWaterfall->GetWaterfallMarkerGroups()->MouseDownOnMarkers(AButton, AShift, AX, AY, *Info)) {
+        FLeftMouseItemDown = true;
+        Invalidate();
+        return;
+    }
     FLeftMouseDown = true;
     FLeftMouseDownPoint = TPoint{AX, AY};
     FCurrentMousePoint = FLeftMouseDownPoint;
@@ -369,7 +384,21 @@ void TQVBasicWaterfallDataView::MouseMove(TShiftState AShift, int32_t AX, int32_
         FBasicWaterfall->GetWaterfallYAxis()->InvalidateView();
     }
     FCurrentMousePoint = TPoint{AX, AY};
-    if (FLeftMouseDown && GetDisplay()->GetNavigateMode() == nmPan) {
+    TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
+    if (Info && Info->FDraggedMarker) {
+        // The dragged marker follows the mouse, held to the axes' full scale.
+        const bool Vertical = GetDisplay()->GetIsVertical();
+        const auto Clamp = [](const TQVDisplayAxis& AAxis, double AValue) {
+            const double Lo = AAxis.GetScaleTick().GetFull().GetMin().GetValue();
+            const double Hi = AAxis.GetScaleTick().GetFull().GetMax().GetValue();
+            return std::clamp(AValue, std::min(Lo, Hi), std::max(Lo, Hi));
+        };
+        const TQVDisplayAxis& XAxis = *FBasicWaterfall->GetWaterfallXAxis();
+        const TQVDisplayAxis& YAxis = *FBasicWaterfall->GetWaterfallYAxis();
+        Info->FDraggedMarkerPosition = TQVRealPoint{Clamp(XAxis, XAxis.PixelToScale(Vertical ? AY : AX)),
+                                                    Clamp(YAxis, YAxis.PixelToScale(Vertical ? AX : AY))};
+        Invalidate();
+    } else if (FLeftMouseDown && GetDisplay()->GetNavigateMode() == nmPan) {
         if (!FViewMouseMoved) {
             GetDisplay()->SaveUndoZoom(false);
             if (GetDisplay()->GetZooming()->GetHoldOnPan())
@@ -388,7 +417,22 @@ void TQVBasicWaterfallDataView::MouseUp(TMouseButton AButton, TShiftState AShift
                                         bool AMouseInside)
 {
     TQVDisplayView::MouseUp(AButton, AShift, AX, AY, AMouseInside);
-    if (AButton == mbLeft && FLeftMouseDown) {
+    TQVWaterfallMarkerGroups& Groups = *FBasicWaterfall->GetWaterfallMarkerGroups();
+    for (TQVWaterfallMarkerGroup* Group : Groups.GetReverse())
+        for (TQVWaterfallMarker* Marker : Group->GetMarkers()->GetReverse())
+            Marker->MouseUp(AButton, AShift, AX, AY, AMouseInside);
+    for (TQVWaterfallMarkerGroup* Group : Groups.GetReverse())
+        Group->MouseUp(AButton, AShift, AX, AY, AMouseInside);
+    TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
+    if (AButton == mbLeft && FLeftMouseItemDown) {
+        FLeftMouseItemDown = false;
+        if (Info && Info->FDraggedMarker) {
+            TQVDisplayMarker* Marker = Info->FDraggedMarker;
+            Info->FDraggedMarker = nullptr;
+            Marker->DragTo(Info->FDraggedMarkerPosition);
+        }
+        Invalidate();
+    } else if (AButton == mbLeft && FLeftMouseDown) {
         if (GetDisplay()->GetNavigateMode() == nmZoom)
             MouseZoom(AX, AY);
         else if (FViewMouseMoved) {
@@ -485,6 +529,24 @@ void TQVBasicWaterfallDataView::HitTests()
                 FValuePoint.X = At(XAxis, XAxis.GetReversed() ? H - MY : MY, H);
             }
         }
+    }
+    // The marker group whose markers or line lie under the mouse.
+    if (TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo()) {
+        TQLPersistent* OldItem = Info->FHighlightedItem;
+        TQVBasicDisplayMarker* OldMarker = Info->FHighlightedMarker;
+        Info->FHighlightedItem = nullptr;
+        Info->FHighlightedMarker = nullptr;
+        const TQVDisplayHighlighting* Settings = GetDisplay()->GetHighlighting();
+        if (GetDrawRect().Contains(FCurrentMousePoint) && Settings && Settings->GetMarkers()->GetMouseHighlighting()) {
+            TQVBasicDisplayMarker* Marker = nullptr;
+            if (TQVWaterfallMarkerGroup* Group = FBasicWaterfall->GetWaterfallMarkerGroups()->HitTest(
+                    FCurrentMousePoint.X, FCurrentMousePoint.Y, Marker)) {
+                Info->FHighlightedItem = Group;
+                Info->FHighlightedMarker = Marker;
+            }
+        }
+        if (OldItem != Info->FHighlightedItem || OldMarker != Info->FHighlightedMarker)
+            Invalidate();
     }
     FIsHighlighted = Found;
     if (Was != FIsHighlighted || OldPoint.X != FHighlightedPoint.X || OldPoint.Y != FHighlightedPoint.Y)
