@@ -45,6 +45,7 @@ public:
     TQVWaterfallMarkerGroups* GetMarkerGroups() const { return FMarkerGroups.get(); }
     void SetMarkerGroups(const TQVWaterfallMarkerGroups* AValue) { FMarkerGroups->Assign(AValue); }
     TQVWaterfallMarkerGroups* GetWaterfallMarkerGroups() const override { return FMarkerGroups.get(); }
+    TQVWaterfallCursors* GetWaterfallCursors() const override { return FCursors.get(); }
     // The marker under the mouse and the marker being dragged.
     TQVHighlightInfo* GetHighlightInfo() const override { return &FHighlightInfo; }
     void SetHighlighting(const TQVDisplayHighlighting* AValue) { FHighlighting->Assign(AValue); }

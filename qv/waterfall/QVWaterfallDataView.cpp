@@ -9,6 +9,7 @@
 #include "qv/waterfall/QVLevelDisplay.h"
 #include "qv/waterfall/QVWaterfallAxes.h"
 #include "qv/waterfall/QVWaterfallBuffers.h"
+#include "qv/waterfall/QVWaterfallCursor.h"
 #include "qv/waterfall/QVWaterfallMarkers.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
 
@@ -362,8 +363,10 @@ void TQVBasicWaterfallDataView::MouseDown(TMouseButton AButton, TShiftState AShi
     if (!GetDrawRect().Contains(TPoint{AX, AY}))
         return;
     AHandled = true;
+    // Cursors, then markers, take the press before a zoom or a pan.
     if (TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
-        Info && FBasicWaterfall->GetWaterfallMarkerGroups()->MouseDownOnMarkers(AButton, AShift, AX, AY, *Info)) {
+        Info && (FBasicWaterfall->GetWaterfallCursors()->StartDrag(*Info, AShift, AX, AY, GetDrawRect()) ||
+                 FBasicWaterfall->GetWaterfallMarkerGroups()->MouseDownOnMarkers(AButton, AShift, AX, AY, *Info))) {
         FLeftMouseItemDown = true;
         Invalidate();
         return;
@@ -426,6 +429,8 @@ void TQVBasicWaterfallDataView::MouseUp(TMouseButton AButton, TShiftState AShift
     TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
     if (AButton == mbLeft && FLeftMouseItemDown) {
         FLeftMouseItemDown = false;
+        if (Info)
+            FBasicWaterfall->GetWaterfallCursors()->EndDrag(*Info, AShift, AX, AY, GetDrawRect());
         if (Info && Info->FDraggedMarker) {
             TQVDisplayMarker* Marker = Info->FDraggedMarker;
             Info->FDraggedMarker = nullptr;
@@ -530,14 +535,19 @@ void TQVBasicWaterfallDataView::HitTests()
             }
         }
     }
-    // The marker group whose markers or line lie under the mouse.
+    // The cursor, or else the marker group, under the mouse.
     if (TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo()) {
         TQLPersistent* OldItem = Info->FHighlightedItem;
         TQVBasicDisplayMarker* OldMarker = Info->FHighlightedMarker;
         Info->FHighlightedItem = nullptr;
         Info->FHighlightedMarker = nullptr;
         const TQVDisplayHighlighting* Settings = GetDisplay()->GetHighlighting();
-        if (GetDrawRect().Contains(FCurrentMousePoint) && Settings && Settings->GetMarkers()->GetMouseHighlighting()) {
+        const bool Inside = GetDrawRect().Contains(FCurrentMousePoint) && Settings && !Info->FDraggedCursor;
+        // A cursor under the mouse comes first, then the marker groups.
+        if (Inside && Settings->GetCursors()->GetMouseHighlighting())
+            Info->FHighlightedItem = FBasicWaterfall->GetWaterfallCursors()->HitTest(
+                *Info, FCurrentMousePoint.X, FCurrentMousePoint.Y, GetDrawRect());
+        if (Inside && !Info->FHighlightedItem && Settings->GetMarkers()->GetMouseHighlighting()) {
             TQVBasicDisplayMarker* Marker = nullptr;
             if (TQVWaterfallMarkerGroup* Group = FBasicWaterfall->GetWaterfallMarkerGroups()->HitTest(
                     FCurrentMousePoint.X, FCurrentMousePoint.Y, Marker)) {

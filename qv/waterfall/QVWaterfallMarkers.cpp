@@ -118,8 +118,8 @@ double TQVWaterfallMarkerGroup::HitTest(int32_t AX, int32_t AY, TQVBasicDisplayM
         if (Previous && Previous->GetDrawPoint().X >= 0 && Marker->GetDrawPoint().X >= 0) {
             double Ratio;
             TPoint Point;
-            Nearest = std::min(Nearest,
-                               QPDistancePointToLine(Mouse, Previous->GetDrawPoint(), Marker->GetDrawPoint(), Ratio, Point));
+            Nearest = std::min(
+                Nearest, QPDistancePointToLine(Mouse, Previous->GetDrawPoint(), Marker->GetDrawPoint(), Ratio, Point));
         }
         Previous = Marker;
     }
@@ -189,9 +189,9 @@ TQVWaterfallMarkerGroups::TQVWaterfallMarkerGroups(TQLPersistent* AOwner, TQLLoc
 
 TAlphaColor TQVWaterfallMarkerGroups::GetWaterfallNewColor(const TQLCollectionItem* AExcept) const
 {
-    static constexpr std::array<TAlphaColor, 14> CColors = {
-        0xFFFFFFFF, 0xFFD3D3D3, 0xFF00FF00, 0xFF0000FF, 0xFFFFFF00, 0xFF00FFFF, 0xFFF0FBFF,
-        0xFF808000, 0xFF800080, 0xFFFF00FF, 0xFF00FFFF, 0xFF008080, 0xFF000080, 0xFFFF0000};
+    static constexpr std::array<TAlphaColor, 14> CColors = {0xFFFFFFFF, 0xFFD3D3D3, 0xFF00FF00, 0xFF0000FF, 0xFFFFFF00,
+                                                            0xFF00FFFF, 0xFFF0FBFF, 0xFF808000, 0xFF800080, 0xFFFF00FF,
+                                                            0xFF00FFFF, 0xFF008080, 0xFF000080, 0xFFFF0000};
     TAlphaColor Best = 0xFFFF0000;
     int32_t Fewest = 22000;
     for (TAlphaColor Colour : CColors) {

@@ -50,7 +50,7 @@ TEST(WaterfallMarkers, RelativeMarkersRideWithTheRows)
         int32_t Count;
         double ExpectedX;
     };
-    const TCase Cases[] = {{mmRelative, 3, 4, 0, 0},  {mmRelative, 4, 4, 1, 0},   {mmRelative, 8.5, 1, 1, 7.5},
+    const TCase Cases[] = {{mmRelative, 3, 4, 0, 0}, {mmRelative, 4, 4, 1, 0},   {mmRelative, 8.5, 1, 1, 7.5},
                            {mmRelative, 8, 0, 1, 8}, {mmAbsolute, 3, 4, 1, 3.0}, {mmRelative, 9, 25, 0, 0}};
     for (const TCase& C : Cases) {
         TFixture F;
@@ -123,14 +123,14 @@ TEST(WaterfallMarkers, AClickOnAMarkerFiresOnClickOrDragsIt)
         Group.SetCanDrag(true);
         TQVWaterfallMarker* Marker = F.AddMarker(Group, 5, 8);
         int32_t Clicks = 0;
-        F.Waterfall.GetMarkerGroups()->SetOnClick([&](TQLPersistent*, int32_t AGroup, int32_t AMarker,
-                                                      TQVRealPoint AValue, bool& Handled) {
-            ++Clicks;
-            EXPECT_EQ(AGroup, 0);
-            EXPECT_EQ(AMarker, 0);
-            EXPECT_EQ(AValue.X, 5.0);
-            Handled = Handle;
-        });
+        F.Waterfall.GetMarkerGroups()->SetOnClick(
+            [&](TQLPersistent*, int32_t AGroup, int32_t AMarker, TQVRealPoint AValue, bool& Handled) {
+                ++Clicks;
+                EXPECT_EQ(AGroup, 0);
+                EXPECT_EQ(AMarker, 0);
+                EXPECT_EQ(AValue.X, 5.0);
+                Handled = Handle;
+            });
         F.Paint();
         const TPoint P = Marker->GetDrawPoint();
         const TQVDisplayAxis& XAxis = *F.Waterfall.GetXAxis();
