@@ -68,6 +68,32 @@ void TSpectrum::Add(const double* ASamples, int ACount)
     }
 }
 
+TSliceFollower::TSliceFollower(qv::TQVWaterfall& AWaterfall)
+    : FPin(std::make_shared<qv::TQWSinkPin>(
+          std::initializer_list<qv::TQVDataKind>{qv::dkReal},
+          [this](qv::TQWPin*, qv::TQVDataKind, const qv::TQWOperation& AOperation, uint64_t) {
+              if (const auto* Block = dynamic_cast<const qv::TQWSuppliedBufferOperation*>(&AOperation))
+                  if (const auto Slice = std::dynamic_pointer_cast<const qv::IQVRealBuffer>(Block->GetBuffer()))
+                      FLastSliceSize = Slice->GetSize();
+              return true;
+          }))
+{
+    qv::TQVWaterfallCursor& Cursor = *AWaterfall.GetCursors()->Add();
+    Cursor.SetKind(qv::ckBoth);
+    Cursor.GetPosition()->SetX(300.0);
+    Cursor.GetPosition()->SetY(0.1); // kHz
+    Cursor.GetYOutputPin()->Connect(*FPin);
+    qv::TQVWaterfallMarkerGroup& Group = *AWaterfall.GetMarkerGroups()->Add();
+    Group.SetMode(qv::mmAbsolute);
+    Group.SetShape(qv::msDiamond);
+    Group.SetSize(5);
+    Group.GetLabels()->SetVisible(true);
+    Group.GetLabels()->SetText("200 Hz");
+    qv::TQVWaterfallMarker& Marker = *Group.GetMarkers()->Add();
+    Marker.GetPosition()->SetX(450.0);
+    Marker.GetPosition()->SetY(0.2);
+}
+
 void SetUpWaterfall(qv::TQVWaterfall& AWaterfall, double ASampleRate)
 {
     AWaterfall.GetTitle()->SetText("Spectrum of the chirp, 4096-point FFT");

@@ -5,6 +5,7 @@
 
 #include <qv/QVWaterfall.h>
 
+#include <atomic>
 #include <memory>
 
 namespace demo {
@@ -25,5 +26,18 @@ private:
 
 // Sets up a waterfall for the spectrum: a frequency axis, levels in dB, 600 rows.
 void SetUpWaterfall(qv::TQVWaterfall& AWaterfall, double ASampleRate);
+
+// A cursor on the waterfall at 100 Hz whose slice (the level at that frequency in every row)
+// goes to this follower after each paint, and a marker at 200 Hz, the chirp's top.
+class TSliceFollower {
+public:
+    explicit TSliceFollower(qv::TQVWaterfall& AWaterfall);
+    // The number of values in the last slice received; -1 before the first.
+    int GetLastSliceSize() const { return FLastSliceSize.load(); }
+
+private:
+    std::shared_ptr<qv::TQWSinkPin> FPin;
+    std::atomic<int> FLastSliceSize{-1};
+};
 
 } // namespace demo

@@ -267,6 +267,7 @@ int main(int argc, char** argv)
         SetUpUndo(Scope);
         demo::SetUpWaterfall(Waterfall, SampleRate);
         demo::TSpectrum Spectrum(Waterfall, SampleRate);
+        demo::TSliceFollower SliceFollower(Waterfall);
         TProducer Producer(Scope, &Spectrum);
         Window.show();
 
@@ -292,6 +293,7 @@ int main(int argc, char** argv)
                     qt::QLSaveBitmapPng(Waterfall.GetBitmap(), QDir(OutDir).filePath(QStringLiteral("waterfall.png")));
                     Window.grab().save(QDir(OutDir).filePath(QStringLiteral("window.png")));
                     std::printf("wrote waterfall.png and window.png\n");
+                    std::printf("the waterfall cursor's last slice: %d values\n", SliceFollower.GetLastSliceSize());
                     DragZoomBox(Scope);
                     Scope.SetHold(true); // the zoomed picture shows the same data
                     Scope.RefreshView();

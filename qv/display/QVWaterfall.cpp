@@ -22,12 +22,15 @@ TQVBasicWaterfall::TQVBasicWaterfall()
     FXAxis = std::make_unique<TQVWaterfallXAxis>(this, this);
     FYAxis = std::make_unique<TQVWaterfallYAxis>(this, this);
     FCursors = std::make_unique<TQVWaterfallCursors>(this, GetLock(), this);
+    FMarkerGroups = std::make_unique<TQVWaterfallMarkerGroups>(this, GetLock(), this);
     RowBoundChanged();
 }
 
 TQVBasicWaterfall::~TQVBasicWaterfall()
 {
     BeginDestroy();
+    FHighlightInfo = TQVHighlightInfo{};
+    FMarkerGroups.reset();
     FCursors.reset();
     FYAxis.reset();
     FXAxis.reset();
@@ -119,6 +122,11 @@ void TQVBasicWaterfall::PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas,
     if (GetWaterfallBuffers().TakeBuffersChanged())
         DataView->HitTests();
 
+    if (FMarkerGroups->GetCount() > 0 && !ViewRect.IsEmpty()) {
+        TQLCanvasSave ViewSave(ACanvas);
+        ACanvas.SetClipRegion(TQLRegion(QLIntersectRect(ViewRect, Plot)));
+        FMarkerGroups->DrawMarkers(ACanvas, ViewRect, APrinting);
+    }
     if (FCursors->GetCount() > 0 && !ViewRect.IsEmpty()) {
         TQLCanvasSave ViewSave(ACanvas);
         ACanvas.SetClipRegion(TQLRegion(QLIntersectRect(ViewRect, Plot)));
@@ -233,6 +241,7 @@ const TQLClassInfo& TQVBasicWaterfall::StaticClassInfo()
                                          .Object("YAxis", &C::GetYAxis)
                                          .Object("Highlighting", &C::GetHighlighting)
                                          .Collection("Cursors", &C::GetCursors)
+                                         .Collection("MarkerGroups", &C::GetMarkerGroups)
                                          .Property("Vertical", &C::GetVertical, &C::SetVertical, false)
                                          .Build();
     return Info;
@@ -271,7 +280,9 @@ TQVWaterfall::~TQVWaterfall()
 {
     BeginDestroy();
     FInputPin->Close();
-    // The cursors ask the display for its data view as they go.
+    // The cursors and markers ask the display for its data view as they go.
+    FHighlightInfo = TQVHighlightInfo{};
+    FMarkerGroups.reset();
     FCursors.reset();
     FDataView.reset();
     FLevels.reset();

@@ -10,6 +10,7 @@
 // the row store, its data facade, the input pin, the level view and the data view.
 
 #include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/display/QVDataDisplay.h"
 #include "qv/pins/QWPins.h"
 #include "qv/waterfall/QVLevelDisplay.h"
@@ -17,6 +18,7 @@
 #include "qv/waterfall/QVWaterfallBuffers.h"
 #include "qv/waterfall/QVWaterfallCursor.h"
 #include "qv/waterfall/QVWaterfallDataView.h"
+#include "qv/waterfall/QVWaterfallMarkers.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
 
 #include <atomic>
@@ -39,6 +41,13 @@ public:
     // Cursors over the picture; each publishes its row and slice after every paint.
     TQVWaterfallCursors* GetCursors() const { return FCursors.get(); }
     void SetCursors(const TQVWaterfallCursors* AValue) { FCursors->Assign(AValue); }
+    // Markers over the picture; in mmRelative groups they scroll with the rows.
+    TQVWaterfallMarkerGroups* GetMarkerGroups() const { return FMarkerGroups.get(); }
+    void SetMarkerGroups(const TQVWaterfallMarkerGroups* AValue) { FMarkerGroups->Assign(AValue); }
+    TQVWaterfallMarkerGroups* GetWaterfallMarkerGroups() const override { return FMarkerGroups.get(); }
+    TQVWaterfallCursors* GetWaterfallCursors() const override { return FCursors.get(); }
+    // The marker under the mouse and the marker being dragged.
+    TQVHighlightInfo* GetHighlightInfo() const override { return &FHighlightInfo; }
     void SetHighlighting(const TQVDisplayHighlighting* AValue) { FHighlighting->Assign(AValue); }
     // Rows run down the display and samples across it.
     bool GetVertical() const { return FVertical; }
@@ -51,7 +60,7 @@ public:
     // The next draw colours every row anew.
     void ForceFullRedraw() override;
     void RepopulateView() override { ForceFullRedraw(); }
-    // Background, the docked views, the image, the cursors, the hit point and the box being
+    // Background, the docked views, the image, the markers, the cursors, the hit point and the box being
     // dragged, the focus; then the cursors publish their rows and slices.
     void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, const TQLRegion& ARegion,
                           bool APrinting) override;
@@ -113,6 +122,8 @@ protected:
     std::unique_ptr<TQVWaterfallXAxis> FXAxis;
     std::unique_ptr<TQVWaterfallYAxis> FYAxis;
     std::unique_ptr<TQVWaterfallCursors> FCursors;
+    std::unique_ptr<TQVWaterfallMarkerGroups> FMarkerGroups;
+    mutable TQVHighlightInfo FHighlightInfo;
     bool FVertical = false;
     // XAxis.Samples, read by producers on their threads.
     std::atomic<int32_t> FRowBound{512};

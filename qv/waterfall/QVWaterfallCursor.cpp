@@ -1,5 +1,6 @@
 #include "qv/waterfall/QVWaterfallCursor.h"
 
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/foundation/QLClassBuilder.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
 
@@ -61,6 +62,36 @@ void TQVWaterfallCursors::UpdateCursorsData(const TQVWaterfallOwner& AWaterfall)
 {
     for (TQVWaterfallCursor* Cursor : *this)
         Cursor->UpdateCursorsData(AWaterfall);
+}
+
+TQVWaterfallCursor* TQVWaterfallCursors::HitTest(TQVHighlightInfo& AInfo, int32_t X, int32_t Y, const TRect& ARect)
+{
+    for (TQVWaterfallCursor* Cursor : GetReverse())
+        if (Cursor->HitTest(AInfo, X, Y, ARect))
+            return Cursor;
+    return nullptr;
+}
+
+bool TQVWaterfallCursors::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,
+                                    const TRect& ARect)
+{
+    TQVWaterfallCursor* Cursor = HitTest(AInfo, X, Y, ARect);
+    if (!Cursor)
+        return false;
+    AInfo.FDraggedCursor = Cursor;
+    Cursor->MouseDown(mbLeft, AShift, X, Y, true);
+    return true;
+}
+
+bool TQVWaterfallCursors::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)
+{
+    TQVDisplayCursor* Cursor = AInfo.FDraggedCursor;
+    if (!Cursor || IndexOfItem(Cursor) < 0)
+        return false;
+    Cursor->MoveTo(AInfo, X, Y, ARect);
+    Cursor->MouseUp(mbLeft, AShift, X, Y, true);
+    AInfo.FDraggedCursor = nullptr;
+    return true;
 }
 
 const TQLClassInfo& TQVWaterfallCursors::StaticClassInfo()

@@ -54,6 +54,14 @@ public:
     void Draw(TQLCanvas& ACanvas, const TRect& AClip);
     // Each cursor sends its row and slice.
     void UpdateCursorsData(const TQVWaterfallOwner& AWaterfall);
+    // The topmost cursor (last to first) whose lines pass within 2 pixels of (X, Y) in the
+    // picture ARect; null when none. Sets the info's movement flags for the lines hit.
+    TQVWaterfallCursor* HitTest(TQVHighlightInfo& AInfo, int32_t X, int32_t Y, const TRect& ARect);
+    // A left press: the cursor under it is dragged; its lines move when the button goes up.
+    bool StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect);
+    // The left button went up: the dragged cursor's lines move to (X, Y). False when no
+    // cursor of this collection was dragged.
+    bool EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect);
 
     QL_CLASS_INFO()
 };

@@ -1,5 +1,7 @@
 #include "qv/waterfall/QVWaterfallDataView.h"
 
+#include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/channels/QVHighlightInfo.h"
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/component/QVDisplayZoom.h"
 #include "qv/foundation/QLClassBuilder.h"
@@ -7,140 +9,14 @@
 #include "qv/waterfall/QVLevelDisplay.h"
 #include "qv/waterfall/QVWaterfallAxes.h"
 #include "qv/waterfall/QVWaterfallBuffers.h"
+#include "qv/waterfall/QVWaterfallCursor.h"
+#include "qv/waterfall/QVWaterfallMarkers.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 namespace qv {
-
-// ---- Resampling ----
-
-void TQVNearestResampler::Fill(std::vector<int32_t>& ATable, int32_t ACount, int32_t ASourceSize, double ACentre,
-                               double ASpan)
-{
-    ATable.resize(static_cast<size_t>(std::max(ACount, 0)));
-    const double PerPixel = ACount > 0 ? ASpan / ACount : 0.0;
-    for (int32_t D = 0; D < ACount; ++D) {
-        const double S = std::floor(ACentre + (D + 0.5 - ACount / 2.0) * PerPixel);
-        ATable[static_cast<size_t>(D)] = static_cast<int32_t>(std::clamp(S, 0.0, ASourceSize - 1.0));
-    }
-}
-
-void TQVNearestResampler::Prepare(int32_t ASourceWidth, int32_t ASourceHeight, double AXCentre, double AYCentre,
-                                  double ASpanWidth, double ASpanHeight, int32_t ADestWidth, int32_t ADestHeight)
-{
-    const TKey Key{ASourceWidth, ASourceHeight, ADestWidth, ADestHeight, AXCentre, AYCentre, ASpanWidth, ASpanHeight};
-    if (Key == FKey)
-        return;
-    FKey = Key;
-    Fill(FColumns, ADestWidth, ASourceWidth, AXCentre, ASpanWidth);
-    Fill(FLines, ADestHeight, ASourceHeight, AYCentre, ASpanHeight);
-}
-
-void TQVNearestResampler::Place(bool AColumnsAreSlots, int32_t AOrigin, int32_t ASlots, int32_t AStride,
-                                int32_t ALastSample)
-{
-    const auto Slot = [AOrigin, ASlots](int32_t ALogical) {
-        const int32_t P = ALogical + AOrigin;
-        return P >= ASlots ? P - ASlots : P;
-    };
-    FColumnsAreSlots = AColumnsAreSlots;
-    FStride = AStride;
-    FColumnOffsets.resize(FColumns.size());
-    FLineOffsets.resize(FLines.size());
-    for (size_t I = 0; I < FColumns.size(); ++I)
-        FColumnOffsets[I] = AColumnsAreSlots ? Slot(FColumns[I]) : FColumns[I];
-    for (size_t I = 0; I < FLines.size(); ++I)
-        FLineOffsets[I] =
-            AColumnsAreSlots ? ALastSample - FLines[I] : static_cast<ptrdiff_t>(Slot(FLines[I])) * AStride;
-    if (!AColumnsAreSlots)
-        return;
-    // The slot columns sampled at these lines are kept while the lines stay the same.
-    const size_t Size = static_cast<size_t>(ASlots) * FLines.size();
-    if (FCachedLines != FLineOffsets || FColumnCache.size() != Size) {
-        FCachedLines = FLineOffsets;
-        FColumnCache.resize(Size);
-        FColumnValid.assign(static_cast<size_t>(ASlots), false);
-    }
-}
-
-void TQVNearestResampler::InvalidateSlot(int32_t APhysicalSlot)
-{
-    if (APhysicalSlot >= 0 && static_cast<size_t>(APhysicalSlot) < FColumnValid.size())
-        FColumnValid[static_cast<size_t>(APhysicalSlot)] = false;
-}
-
-void TQVNearestResampler::InvalidateAll()
-{
-    FColumnValid.assign(FColumnValid.size(), false);
-}
-
-void TQVNearestResampler::Resample(const uint32_t* ASource, TQLBitmap& ADest, int32_t ALeft, int32_t ATop)
-{
-    const int32_t Width = static_cast<int32_t>(FColumnOffsets.size());
-    const int32_t Height = static_cast<int32_t>(FLineOffsets.size());
-    const int32_t X0 = std::max(0, -ALeft), X1 = std::min(Width, ADest.GetWidth() - ALeft);
-    const int32_t Y0 = std::max(0, -ATop), Y1 = std::min(Height, ADest.GetHeight() - ATop);
-    if (X0 >= X1 || Y0 >= Y1)
-        return;
-    if (!FColumnsAreSlots) {
-        // Each destination line reads one slot.
-        const ptrdiff_t* Columns = FColumnOffsets.data();
-        for (int32_t Y = Y0; Y < Y1; ++Y) {
-            uint32_t* Out = ADest.GetScanLine(ATop + Y) + ALeft;
-            // A line that repeats the slot of the one above is a copy of it.
-            if (Y > Y0 && FLineOffsets[static_cast<size_t>(Y)] == FLineOffsets[static_cast<size_t>(Y - 1)]) {
-                std::memcpy(Out + X0, ADest.GetScanLine(ATop + Y - 1) + ALeft + X0, size_t(X1 - X0) * 4);
-                continue;
-            }
-            const uint32_t* In = ASource + FLineOffsets[static_cast<size_t>(Y)];
-            for (int32_t X = X0; X < X1; ++X)
-                Out[X] = In[Columns[X]];
-        }
-        return;
-    }
-    // Each destination column shows one slot. The slot sampled at the destination lines is
-    // kept as a compact column, made once for each slot coloured, so that a frame reads
-    // what it shows and not the slots' full length, however many rows the history has.
-    const size_t Lines = FLineOffsets.size();
-    for (int32_t X = X0; X < X1; ++X) {
-        const size_t Slot = static_cast<size_t>(FColumnOffsets[static_cast<size_t>(X)]);
-        if (FColumnValid[Slot])
-            continue;
-        const uint32_t* In = ASource + Slot * static_cast<size_t>(FStride);
-        uint32_t* Column = FColumnCache.data() + Slot * Lines;
-        for (size_t Y = 0; Y < Lines; ++Y)
-            Column[Y] = In[FLineOffsets[Y]];
-        FColumnValid[Slot] = true;
-    }
-    // Columns in blocks of 16: each destination line gets a whole cache line at a time, and
-    // at most 16 columns are read side by side.
-    constexpr int32_t CBlock = 16;
-    const uint32_t* Columns[CBlock];
-    const uint32_t* Next[CBlock];
-    const auto Column = [&](int32_t AX) {
-        return FColumnCache.data() + static_cast<size_t>(FColumnOffsets[static_cast<size_t>(AX)]) * Lines;
-    };
-    for (int32_t Bx = X0; Bx < X1; Bx += CBlock) {
-        const int32_t Bn = std::min(CBlock, X1 - Bx);
-        const int32_t Nn = std::max(0, std::min(CBlock, X1 - Bx - CBlock));
-        for (int32_t I = 0; I < Bn; ++I)
-            Columns[I] = Column(Bx + I);
-        for (int32_t I = 0; I < Nn; ++I)
-            Next[I] = Column(Bx + CBlock + I);
-        for (int32_t Y = Y0; Y < Y1; ++Y) {
-            // The next block's columns are fetched while this one is copied.
-            if ((Y & 15) == 0)
-                for (int32_t I = 0; I < Nn; ++I)
-                    __builtin_prefetch(Next[I] + Y);
-            uint32_t* Out = ADest.GetScanLine(ATop + Y) + ALeft + Bx;
-            for (int32_t I = 0; I < Bn; ++I)
-                Out[I] = Columns[I][Y];
-        }
-    }
-}
 
 // ---- The view ----
 
@@ -315,13 +191,19 @@ void TQVBasicWaterfallDataView::DirectDraw(TQLBitmap& ABitmap)
         }
         int32_t First = 0;
         const int32_t New = Buffers.GetNewBuffersCount();
+        // The rows that left the picture since the last draw. Markers of relative groups ride
+        // with their rows also when the whole image is coloured anew (new levels, or a
+        // history's worth of new rows at once).
+        const int32_t Left = Rebuilt ? 0 : std::max(FOldBufferFill + New - S, 0);
+        if (Left > 0)
+            FBasicWaterfall->GetWaterfallMarkerGroups()->ScrollBy(Left);
         if (!TestSetNeedsRedraw() && New < S && !Rebuilt) {
             First = std::max(Count - New, 0);
-            if (FOldBufferFill + New > S) {
+            if (Left > 0) {
                 // The history is full: the rows that left make room by turning the ring,
                 // whatever the history's length; the slots they free are coloured anew
                 // below.
-                const int32_t Shift = (FOldBufferFill + New - S) % S;
+                const int32_t Shift = Left % S;
                 FOrigin = Reversed ? (FOrigin - Shift + S) % S : (FOrigin + Shift) % S;
                 FBasicWaterfall->MainViewScrolled(false);
             }
@@ -481,6 +363,14 @@ void TQVBasicWaterfallDataView::MouseDown(TMouseButton AButton, TShiftState AShi
     if (!GetDrawRect().Contains(TPoint{AX, AY}))
         return;
     AHandled = true;
+    // Cursors, then markers, take the press before a zoom or a pan.
+    if (TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
+        Info && (FBasicWaterfall->GetWaterfallCursors()->StartDrag(*Info, AShift, AX, AY, GetDrawRect()) ||
+                 FBasicWaterfall->GetWaterfallMarkerGroups()->MouseDownOnMarkers(AButton, AShift, AX, AY, *Info))) {
+        FLeftMouseItemDown = true;
+        Invalidate();
+        return;
+    }
     FLeftMouseDown = true;
     FLeftMouseDownPoint = TPoint{AX, AY};
     FCurrentMousePoint = FLeftMouseDownPoint;
@@ -497,7 +387,21 @@ void TQVBasicWaterfallDataView::MouseMove(TShiftState AShift, int32_t AX, int32_
         FBasicWaterfall->GetWaterfallYAxis()->InvalidateView();
     }
     FCurrentMousePoint = TPoint{AX, AY};
-    if (FLeftMouseDown && GetDisplay()->GetNavigateMode() == nmPan) {
+    TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
+    if (Info && Info->FDraggedMarker) {
+        // The dragged marker follows the mouse, held to the axes' full scale.
+        const bool Vertical = GetDisplay()->GetIsVertical();
+        const auto Clamp = [](const TQVDisplayAxis& AAxis, double AValue) {
+            const double Lo = AAxis.GetScaleTick().GetFull().GetMin().GetValue();
+            const double Hi = AAxis.GetScaleTick().GetFull().GetMax().GetValue();
+            return std::clamp(AValue, std::min(Lo, Hi), std::max(Lo, Hi));
+        };
+        const TQVDisplayAxis& XAxis = *FBasicWaterfall->GetWaterfallXAxis();
+        const TQVDisplayAxis& YAxis = *FBasicWaterfall->GetWaterfallYAxis();
+        Info->FDraggedMarkerPosition = TQVRealPoint{Clamp(XAxis, XAxis.PixelToScale(Vertical ? AY : AX)),
+                                                    Clamp(YAxis, YAxis.PixelToScale(Vertical ? AX : AY))};
+        Invalidate();
+    } else if (FLeftMouseDown && GetDisplay()->GetNavigateMode() == nmPan) {
         if (!FViewMouseMoved) {
             GetDisplay()->SaveUndoZoom(false);
             if (GetDisplay()->GetZooming()->GetHoldOnPan())
@@ -516,7 +420,24 @@ void TQVBasicWaterfallDataView::MouseUp(TMouseButton AButton, TShiftState AShift
                                         bool AMouseInside)
 {
     TQVDisplayView::MouseUp(AButton, AShift, AX, AY, AMouseInside);
-    if (AButton == mbLeft && FLeftMouseDown) {
+    TQVWaterfallMarkerGroups& Groups = *FBasicWaterfall->GetWaterfallMarkerGroups();
+    for (TQVWaterfallMarkerGroup* Group : Groups.GetReverse())
+        for (TQVWaterfallMarker* Marker : Group->GetMarkers()->GetReverse())
+            Marker->MouseUp(AButton, AShift, AX, AY, AMouseInside);
+    for (TQVWaterfallMarkerGroup* Group : Groups.GetReverse())
+        Group->MouseUp(AButton, AShift, AX, AY, AMouseInside);
+    TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
+    if (AButton == mbLeft && FLeftMouseItemDown) {
+        FLeftMouseItemDown = false;
+        if (Info)
+            FBasicWaterfall->GetWaterfallCursors()->EndDrag(*Info, AShift, AX, AY, GetDrawRect());
+        if (Info && Info->FDraggedMarker) {
+            TQVDisplayMarker* Marker = Info->FDraggedMarker;
+            Info->FDraggedMarker = nullptr;
+            Marker->DragTo(Info->FDraggedMarkerPosition);
+        }
+        Invalidate();
+    } else if (AButton == mbLeft && FLeftMouseDown) {
         if (GetDisplay()->GetNavigateMode() == nmZoom)
             MouseZoom(AX, AY);
         else if (FViewMouseMoved) {
@@ -613,6 +534,29 @@ void TQVBasicWaterfallDataView::HitTests()
                 FValuePoint.X = At(XAxis, XAxis.GetReversed() ? H - MY : MY, H);
             }
         }
+    }
+    // The cursor, or else the marker group, under the mouse.
+    if (TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo()) {
+        TQLPersistent* OldItem = Info->FHighlightedItem;
+        TQVBasicDisplayMarker* OldMarker = Info->FHighlightedMarker;
+        Info->FHighlightedItem = nullptr;
+        Info->FHighlightedMarker = nullptr;
+        const TQVDisplayHighlighting* Settings = GetDisplay()->GetHighlighting();
+        const bool Inside = GetDrawRect().Contains(FCurrentMousePoint) && Settings && !Info->FDraggedCursor;
+        // A cursor under the mouse comes first, then the marker groups.
+        if (Inside && Settings->GetCursors()->GetMouseHighlighting())
+            Info->FHighlightedItem = FBasicWaterfall->GetWaterfallCursors()->HitTest(
+                *Info, FCurrentMousePoint.X, FCurrentMousePoint.Y, GetDrawRect());
+        if (Inside && !Info->FHighlightedItem && Settings->GetMarkers()->GetMouseHighlighting()) {
+            TQVBasicDisplayMarker* Marker = nullptr;
+            if (TQVWaterfallMarkerGroup* Group = FBasicWaterfall->GetWaterfallMarkerGroups()->HitTest(
+                    FCurrentMousePoint.X, FCurrentMousePoint.Y, Marker)) {
+                Info->FHighlightedItem = Group;
+                Info->FHighlightedMarker = Marker;
+            }
+        }
+        if (OldItem != Info->FHighlightedItem || OldMarker != Info->FHighlightedMarker)
+            Invalidate();
     }
     FIsHighlighted = Found;
     if (Was != FIsHighlighted || OldPoint.X != FHighlightedPoint.X || OldPoint.Y != FHighlightedPoint.Y)

@@ -20,6 +20,7 @@
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QVBuffers.h"
 #include "qv/waterfall/QVLevelColors.h"
+#include "qv/waterfall/QVWaterfallResampler.h"
 
 #include <cstdint>
 #include <memory>
@@ -33,51 +34,6 @@ class TQPRealBufferList;
 
 // The lookup answers outside the data.
 inline constexpr double CQVNoWaterfallValue = -100000.0;
-
-// Nearest-neighbour resampling of a span of a source image into a destination rectangle. The
-// source position of every destination column and line is computed once per geometry, so a
-// frame allocates nothing: the span of width W is spread over D pixels (factor D / W) about
-// its centre C, and destination pixel d reads source pixel Floor(C + (d + 0.5 - D / 2) * W / D),
-// kept inside the image.
-class TQVNearestResampler {
-public:
-    // Prepares the tables; cheap when nothing changed.
-    void Prepare(int32_t ASourceWidth, int32_t ASourceHeight, double AXCentre, double AYCentre, double ASpanWidth,
-                 double ASpanHeight, int32_t ADestWidth, int32_t ADestHeight);
-    // Where the source pixels lie in memory: the image is a ring of ASlots row slots of
-    // AStride pixels, logical slot 0 at AOrigin. With AColumnsAreSlots the source columns are
-    // the slots and source line l is sample ALastSample - l; otherwise the lines are the
-    // slots and the columns the samples.
-    void Place(bool AColumnsAreSlots, int32_t AOrigin, int32_t ASlots, int32_t AStride, int32_t ALastSample);
-    // Copies the source into ADest at (ALeft, ATop), clipped to it.
-    void Resample(const uint32_t* ASource, TQLBitmap& ADest, int32_t ALeft, int32_t ATop);
-    // A slot's pixels changed (it was coloured or filled), or all of them did.
-    void InvalidateSlot(int32_t APhysicalSlot);
-    void InvalidateAll();
-    const std::vector<int32_t>& GetSourceColumns() const { return FColumns; }
-    const std::vector<int32_t>& GetSourceLines() const { return FLines; }
-
-private:
-    static void Fill(std::vector<int32_t>& ATable, int32_t ACount, int32_t ASourceSize, double ACentre, double ASpan);
-    std::vector<int32_t> FColumns;
-    std::vector<int32_t> FLines;
-    // Offsets of the destination's columns and lines in the image: with FColumnsAreSlots
-    // the columns give physical slots and the lines samples, else the columns give samples
-    // and the lines slot offsets.
-    std::vector<ptrdiff_t> FColumnOffsets;
-    std::vector<ptrdiff_t> FLineOffsets;
-    bool FColumnsAreSlots = false;
-    int32_t FStride = 0;
-    // Each slot sampled at the destination lines (FCachedLines), and which are up to date.
-    std::vector<uint32_t> FColumnCache;
-    std::vector<ptrdiff_t> FCachedLines;
-    std::vector<bool> FColumnValid;
-    struct TKey {
-        int32_t SW = -1, SH = -1, DW = -1, DH = -1;
-        double XC = 0, YC = 0, W = 0, H = 0;
-        bool operator==(const TKey&) const = default;
-    } FKey;
-};
 
 class TQVBasicWaterfallDataView : public TQVDisplayView {
 public:
@@ -108,6 +64,7 @@ public:
     bool HasImage() const { return !FImage.empty(); }
     // The next draw treats every row as new (a clear).
     void ResetBufferFill() { FOldBufferFill = 0; }
+    const TQVNearestResampler& GetResampler() const { return FResampler; }
 
     // ---- Lookup ----
     // The sample under a control pixel; AMinValue over the columns not yet filled (AFound

@@ -14,6 +14,8 @@ class TQVWaterfallXAxis;
 class TQVWaterfallYAxis;
 class TQVWaterfallBuffers;
 class TQVBasicLevelDisplayLevelView;
+class TQVWaterfallMarkerGroups;
+class TQVWaterfallCursors;
 
 class TQVWaterfallOwner {
 public:
@@ -27,6 +29,10 @@ public:
     virtual TQVWaterfallYAxis* GetWaterfallYAxis() const = 0;
     // The colour key; it owns the value-to-colour rule.
     virtual TQVBasicLevelDisplayLevelView* GetLevelView() const = 0;
+    // The marker groups that ride on the picture.
+    virtual TQVWaterfallMarkerGroups* GetWaterfallMarkerGroups() const = 0;
+    // The cursors over the picture.
+    virtual TQVWaterfallCursors* GetWaterfallCursors() const = 0;
     // The level range the picture is coloured with, and whether on a logarithmic scale.
     virtual double GetCurrentMinLevel() const = 0;
     virtual double GetCurrentMaxLevel() const = 0;

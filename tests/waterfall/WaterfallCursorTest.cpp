@@ -74,3 +74,33 @@ TEST(WaterfallCursor, OutputPinsCarryTheRowAndTheSliceUnderTheCursor)
         EXPECT_EQ(YSink.Last, C.Slice) << C.Y;
     }
 }
+
+// A press on a cursor's line drags it: the line moves where the button goes up, and the mouse
+// over it lights the cursor. A cursor that cannot be dragged stays, and the press is a zoom.
+TEST(WaterfallCursor, ADraggedCursorMovesWhereTheButtonGoesUp)
+{
+    for (const bool CanDrag : {true, false}) {
+        TQVWaterfall Waterfall;
+        TQLBitmap Bitmap{320, 240};
+        TQLRecordingCanvas Canvas;
+        Waterfall.SetBounds(0, 0, 320, 240);
+        Waterfall.GetXAxis()->SetSamples(10);
+        const std::vector<double> Row(5, 1.0);
+        for (int32_t R = 0; R < 10; ++R)
+            Waterfall.GetData()->AddData(Row.data(), 5);
+        TQVWaterfallCursor& Cursor = *Waterfall.GetCursors()->Add();
+        Cursor.SetCanDrag(CanDrag);
+        Cursor.GetPosition()->SetXY(2.0, 1.0);
+        Waterfall.PaintToCanvas(Bitmap, Canvas, false);
+        const TQVDisplayAxis& XAxis = *Waterfall.GetXAxis();
+        const TRect View = Waterfall.GetDataView()->GetDrawRect();
+        const int32_t Y = (View.Top + View.Bottom) / 2, From = XAxis.ScaleToPixel(2.0), To = XAxis.ScaleToPixel(6.0);
+        Waterfall.MouseMove(0, From, Y);
+        EXPECT_EQ(Waterfall.GetHighlightInfo()->FHighlightedItem == &Cursor, CanDrag);
+        Waterfall.MouseDown(mbLeft, 0, From, Y);
+        Waterfall.MouseMove(0, To, Y);
+        Waterfall.MouseUp(mbLeft, 0, To, Y);
+        EXPECT_NEAR(Cursor.GetPosition()->GetX(), CanDrag ? 6.0 : 2.0, 0.1) << CanDrag;
+        EXPECT_EQ(Waterfall.GetHighlightInfo()->FDraggedCursor, nullptr);
+    }
+}

@@ -177,3 +177,44 @@ TEST(WaterfallRender, ARangeOfNoWidthColoursEveryPixelAtTheBottom)
         for (int32_t Line = 0; Line < 4; ++Line)
             EXPECT_EQ(F.Pixel(Column, Line), 0xFF000000u);
 }
+
+// Every pixel of the picture is the image's pixel at its source column and line, whether it is
+// read through the resampler's palette or straight from the image (slots as lines, or a
+// gradient of many random colours that overflows the palette).
+TEST(WaterfallRender, ThePictureShowsTheImagePixelUnderEachDestinationPixel)
+{
+    struct TCase {
+        const char* Name;
+        int32_t Samples, Size, Gradient;
+        bool Vertical, Direct;
+    };
+    const TCase Cases[] = {{"built-in scale", 700, 90, 0, false, false},
+                           {"built-in scale, vertical", 700, 90, 0, true, true},
+                           {"more colours than the palette", 560, 420, 500, false, true}};
+    for (const TCase& C : Cases) {
+        TFixture F({C.Samples, C.Vertical, false, false});
+        F.Waterfall.SetBounds(0, 0, 640, 480);
+        F.Bitmap = TQLBitmap(640, 480);
+        std::mt19937 Random(11);
+        for (int32_t I = 0; I < C.Gradient; ++I)
+            F.Waterfall.GetLevels()->GetColors()->Add()->SetColor(0xFF000000 | (Random() & 0xFFFFFF));
+        for (const auto& Row : RandomRows(C.Samples, C.Size))
+            F.Add(Row);
+        // Twice: the second frame reads the columns kept from the first.
+        for (int Frame = 0; Frame < 2; ++Frame) {
+            F.Paint();
+            const TQVBasicWaterfallDataView& View = *F.Waterfall.GetDataView();
+            const TRect R = View.GetDrawRect();
+            const auto& Columns = View.GetResampler().GetSourceColumns();
+            const auto& Lines = View.GetResampler().GetSourceLines();
+            ASSERT_EQ(Columns.size(), size_t(R.Right - R.Left)) << C.Name;
+            ASSERT_EQ(Lines.size(), size_t(R.Bottom - R.Top)) << C.Name;
+            for (int32_t Y = R.Top; Y < R.Bottom; ++Y)
+                for (int32_t X = R.Left; X < R.Right; ++X)
+                    ASSERT_EQ(F.Bitmap.GetPixel(X, Y),
+                              View.GetImagePixel(Columns[size_t(X - R.Left)], Lines[size_t(Y - R.Top)]))
+                        << C.Name << " frame " << Frame << " at " << X << "," << Y;
+            EXPECT_EQ(View.GetResampler().GetPaletteSize() == 0, C.Direct) << C.Name;
+        }
+    }
+}
