@@ -263,6 +263,8 @@ public:
     // ---- Hosted elements ----
     // Displays and other elements drawn behind everything else, in index order.
     TQVDisplayElements* GetElements() const { return FElements.get(); }
+    // The hosted elements are stored with the display's settings.
+    IQLStoredList* GetStoredList() const override { return FElements.get(); }
     void InvalidateOwner() override { InvalidateRefresh(); }
     const TQLCanvasFactory& GetElementCanvasFactory() const override { return FCanvasFactory; }
 
