@@ -133,6 +133,7 @@ public:
     const TQLCanvasFactory& GetCanvasFactory() const { return FCanvasFactory; }
     // Draws the control into a foreign surface, AWidth by AHeight, at the layer origin
     // (the top left corner unless an element places it); AX and AY scale device pixels.
+    // APrinting paints it as printed: no tool bar, mouse marks or focus frame.
     virtual void IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWidth, float AHeight, bool AStretch,
                          bool APrinting);
     // Renders the control, alpha-composed, into a caller's buffer of premultiplied 32-bit
