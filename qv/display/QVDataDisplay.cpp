@@ -328,7 +328,7 @@ struct TPrintScope {
 } // namespace
 
 void TQVDataDisplay::IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWidth, float AHeight, bool /*AStretch*/,
-                             bool /*APrinting*/)
+                             bool APrinting)
 {
     if (!FCanvasFactory)
         throw std::logic_error("TQVDataDisplay::IntDraw: no canvas factory set");
@@ -339,7 +339,7 @@ void TQVDataDisplay::IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWi
     TQLBitmap Bitmap(QLRoundToInt(AWidth + 1), QLRoundToInt(AHeight + 1));
     {
         std::unique_ptr<TQLCanvas> Canvas = FCanvasFactory(Bitmap);
-        PaintToCanvas(Bitmap, *Canvas, false);
+        PaintToCanvas(Bitmap, *Canvas, APrinting);
     }
     AGraphics.DrawBitmap(FLayerOrigin.X, FLayerOrigin.Y, Bitmap);
 }

@@ -133,6 +133,7 @@ public:
     const TQLCanvasFactory& GetCanvasFactory() const { return FCanvasFactory; }
     // Draws the control into a foreign surface, AWidth by AHeight, at the layer origin
     // (the top left corner unless an element places it); AX and AY scale device pixels.
+    // APrinting paints it as printed: no tool bar, mouse marks or focus frame.
     virtual void IntDraw(TQLCanvas& AGraphics, float AX, float AY, float AWidth, float AHeight, bool AStretch,
                          bool APrinting);
     // Renders the control, alpha-composed, into a caller's buffer of premultiplied 32-bit
@@ -263,6 +264,8 @@ public:
     // ---- Hosted elements ----
     // Displays and other elements drawn behind everything else, in index order.
     TQVDisplayElements* GetElements() const { return FElements.get(); }
+    // The hosted elements are stored with the display's settings.
+    IQLStoredList* GetStoredList() const override { return FElements.get(); }
     void InvalidateOwner() override { InvalidateRefresh(); }
     const TQLCanvasFactory& GetElementCanvasFactory() const override { return FCanvasFactory; }
 

@@ -147,4 +147,75 @@ void TQVDisplayElements::RefreshElements()
         Item->RefreshElement();
 }
 
+namespace {
+
+// The settings object of an element whose class the stored form can make again; null for
+// any other element.
+TQLPersistent* StoredSettings(const IQLDrawComponentElement& AElement)
+{
+    auto* Settings = dynamic_cast<TQLPersistent*>(const_cast<IQLDrawComponentElement*>(&AElement));
+    return Settings && QVFindElementClass(Settings->GetClassInfo().GetName()) == &Settings->GetClassInfo() ? Settings
+                                                                                                           : nullptr;
+}
+
+} // namespace
+
+std::vector<TQLPersistent*> TQVDisplayElements::GetStoredItems() const
+{
+    std::vector<TQLPersistent*> Result;
+    for (const auto& Item : FItems)
+        if (TQLPersistent* Settings = StoredSettings(*Item))
+            Result.push_back(Settings);
+    return Result;
+}
+
+std::unique_ptr<TQLPersistent> TQVDisplayElements::MakeStoredItem(const std::string& AClass) const
+{
+    std::unique_ptr<IQLDrawComponentElement> Element = QVMakeElement(AClass);
+    if (!Element)
+        throw std::invalid_argument("TQVDisplayElements: no element class \"" + AClass + "\"");
+    auto* Settings = dynamic_cast<TQLPersistent*>(Element.get());
+    Element.release();
+    return std::unique_ptr<TQLPersistent>(Settings);
+}
+
+void TQVDisplayElements::ReplaceStoredItems(std::vector<TSlot> ASlots)
+{
+    // Made elements first take the form of list members, so that nothing below can fail
+    // halfway through the exchange.
+    std::vector<std::unique_ptr<IQLDrawComponentElement>> Made(ASlots.size());
+    for (size_t I = 0; I < ASlots.size(); ++I)
+        if (ASlots[I].Made) {
+            auto* Element = dynamic_cast<IQLDrawComponentElement*>(ASlots[I].Made.get());
+            if (!Element)
+                throw std::invalid_argument("TQVDisplayElements: " + ASlots[I].Made->GetClassInfo().GetName() +
+                                            " is not an element");
+            ASlots[I].Made.release();
+            Made[I].reset(Element);
+        }
+    std::vector<std::unique_ptr<IQLDrawComponentElement>> Old = std::move(FItems), Rest;
+    FItems.clear();
+    for (size_t I = 0; I < ASlots.size(); ++I) {
+        if (Made[I]) {
+            FItems.push_back(std::move(Made[I]));
+            FItems.back()->SetListOwner(&FHost);
+            continue;
+        }
+        for (auto& Item : Old)
+            if (Item && StoredSettings(*Item) == ASlots[I].Kept) {
+                FItems.push_back(std::move(Item));
+                break;
+            }
+    }
+    // The elements the stored form leaves out stay; stored ones not kept go.
+    for (auto& Item : Old)
+        if (Item) {
+            if (StoredSettings(*Item))
+                Item->SetListOwner(nullptr);
+            else
+                FItems.push_back(std::move(Item));
+        }
+    FHost.InvalidateOwner();
+}
+
 } // namespace qv

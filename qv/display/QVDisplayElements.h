@@ -8,10 +8,12 @@
 #include "qv/foundation/QLBitmap.h"
 #include "qv/foundation/QLCanvas.h"
 #include "qv/foundation/QLPersistent.h"
+#include "qv/foundation/QLStoredForm.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -102,9 +104,17 @@ public:
     virtual void Render(uint32_t* ABuffer, uint32_t AWidth, uint32_t AHeight) = 0;
 };
 
+// The hosted display classes a display makes by name when it loads its elements (the
+// scope's and the waterfall's element classes); null for any other name.
+const TQLClassInfo* QVFindElementClass(const std::string& AName);
+std::unique_ptr<IQLDrawComponentElement> QVMakeElement(const std::string& AName);
+
 // The elements a display hosts, owned, drawn in index order behind everything else. The
-// list draws as the external-element family of a display's draw order.
-class TQVDisplayElements : public IQVScopeElementFamily {
+// list draws as the external-element family of a display's draw order. It is stored with
+// its host's settings as "Elements": the elements of the classes QVMakeElement makes, each
+// with its class name; other elements are left out of the stored form and kept by a load,
+// after the loaded ones.
+class TQVDisplayElements : public IQVScopeElementFamily, public IQLStoredList {
 public:
     explicit TQVDisplayElements(IQVElementHost& AHost) : FHost(AHost) {}
     ~TQVDisplayElements() override;
@@ -138,6 +148,12 @@ public:
     void DrawElements(TQVDisplayDrawPart APart, TQLCanvas& ACanvas, const TRect& AClip, bool APrinting) override;
     // Passes the host's refresh tick on to every element.
     void RefreshElements();
+
+    std::string GetStoredName() const override { return "Elements"; }
+    std::vector<TQLPersistent*> GetStoredItems() const override;
+    const TQLClassInfo* FindStoredClass(const std::string& AClass) const override { return QVFindElementClass(AClass); }
+    std::unique_ptr<TQLPersistent> MakeStoredItem(const std::string& AClass) const override;
+    void ReplaceStoredItems(std::vector<TSlot> ASlots) override;
 
 private:
     IQVElementHost& FHost;

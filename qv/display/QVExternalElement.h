@@ -63,7 +63,9 @@ public:
 
     // Only when visible: the display, Size of the host's size, centred on the host's centre
     // moved by Position of the radii.
-    void Draw(TQLCanvas& AGraphics, bool /*AContoursOnly*/, float ARadiusX, float ARadiusY, float AWidth, float AHeight,
+    // With AContoursOnly the picture is the printed one: what the display shows, without
+    // its tool bar, mouse marks and focus frame.
+    void Draw(TQLCanvas& AGraphics, bool AContoursOnly, float ARadiusX, float ARadiusY, float AWidth, float AHeight,
               float AXCoeff, float AYCoeff) override
     {
         if (!GetVisible())
@@ -78,8 +80,7 @@ public:
         } Origin{this->FLayerOrigin, this->FLayerOrigin};
         this->FLayerOrigin =
             TPoint{QLRoundToInt((AWidth - 1) / 2.0 - W / 2.0 + X), QLRoundToInt((AHeight - 1) / 2.0 - H / 2.0 + Y)};
-        // The picture has no contour form: it is drawn whole.
-        this->IntDraw(AGraphics, AXCoeff, AYCoeff, static_cast<float>(W), static_cast<float>(H), true, false);
+        this->IntDraw(AGraphics, AXCoeff, AYCoeff, static_cast<float>(W), static_cast<float>(H), true, AContoursOnly);
     }
     // A change of Position or Size: a new layout.
     virtual void InvalidateSize() { this->InvalidateRange(); }

@@ -9,6 +9,8 @@
 
 namespace qv {
 
+class IQLStoredList;
+
 class TQLPersistent {
 public:
     TQLPersistent(TQLPersistent* AOwner, TQLLockPtr ALock);
@@ -39,6 +41,9 @@ public:
 
     static const TQLClassInfo& StaticClassInfo();
     virtual const TQLClassInfo& GetClassInfo() const { return StaticClassInfo(); }
+    // Settings objects of several classes that this object holds beyond its published
+    // properties and stores with them (QLStoredForm.h); null when it holds none.
+    virtual IQLStoredList* GetStoredList() const { return nullptr; }
 
 protected:
     void SetOwner(TQLPersistent* AOwner) { FOwner = AOwner; }

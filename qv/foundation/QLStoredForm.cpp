@@ -234,14 +234,58 @@ std::string ChildPath(const std::string& APath, const std::string& AName)
     return APath.empty() ? AName : APath + "." + AName;
 }
 
+// The class that an item of a stored list names, and in ARest the item without that member.
+const TQLClassInfo& StoredClass(const IQLStoredList& AList, const TQLStoredNode& AItem, const std::string& APath,
+                                TQLStoredNode& ARest)
+{
+    const TQLStoredNode* Class = AItem.Find("Class");
+    if (!Class || Class->Kind != TQLStoredNode::snString)
+        Fail(APath + ".Class", "expected the name of a class, found " + (Class ? Describe(*Class) : "nothing"));
+    const TQLClassInfo* Info = AList.FindStoredClass(Class->String);
+    if (!Info)
+        Fail(APath + ".Class", "\"" + Class->String + "\" is not a class that " + AList.GetStoredName() + " can hold");
+    ARest = TQLStoredNode::MakeObject();
+    for (const auto& [Name, Node] : AItem.Members)
+        if (Name != "Class")
+            ARest.Add(Name, Node);
+    return *Info;
+}
+
+// The item of a stored list that an item of the document loads into in place: the one at its
+// index when it has the document's class.
+TQLPersistent* ItemInPlace(const std::vector<TQLPersistent*>& AItems, size_t AIndex, const TQLClassInfo& AInfo)
+{
+    return AIndex < AItems.size() && &AItems[AIndex]->GetClassInfo() == &AInfo ? AItems[AIndex] : nullptr;
+}
+
+void CheckInto(const TQLPersistent* AObject, const TQLClassInfo& AInfo, const TQLStoredNode& ANode,
+               const std::string& APath);
+
+void CheckList(const IQLStoredList& AList, const TQLStoredNode& ANode, const std::string& APath)
+{
+    const std::vector<TQLStoredNode>& Items = *ListItems(&ANode, APath);
+    const std::vector<TQLPersistent*> Existing = AList.GetStoredItems();
+    for (size_t I = 0; I < Items.size(); ++I) {
+        const std::string Path = APath + "[" + std::to_string(I) + "]";
+        TQLStoredNode Rest;
+        const TQLClassInfo& Info = StoredClass(AList, Items[I], Path, Rest);
+        CheckInto(ItemInPlace(Existing, I, Info), Info, Rest, Path);
+    }
+}
+
 // The first pass of a load: reads the whole document against the objects it will go into
 // (names, kinds, values and their ranges) and changes nothing. An item the document adds is
 // checked against an existing item of its collection when there is one.
 void CheckInto(const TQLPersistent* AObject, const TQLClassInfo& AInfo, const TQLStoredNode& ANode,
                const std::string& APath)
 {
+    const IQLStoredList* List = AObject ? AObject->GetStoredList() : nullptr;
     for (const auto& [Name, Node] : ANode.Members) {
         const std::string Path = ChildPath(APath, Name);
+        if (List && Name == List->GetStoredName()) {
+            CheckList(*List, Node, Path);
+            continue;
+        }
         const TQLPropertyInfo* Prop = AInfo.FindProperty(Name);
         if (!Prop)
             Fail(Path, "unknown property of " + AInfo.GetName());
@@ -276,9 +320,11 @@ void CheckInto(const TQLPersistent* AObject, const TQLClassInfo& AInfo, const TQ
 
 // What a load leaves to its end: collections that keep fewer items than they had lose the
 // rest only once the whole document went in, so that a failure can still restore them.
+// Stored lists take their new items at the end as well.
 struct TLoadState {
     std::vector<TQLPersistent*> Loaded;
     std::vector<std::pair<TQLCollection*, int32_t>> Trims;
+    std::vector<std::pair<IQLStoredList*, std::vector<IQLStoredList::TSlot>>> Lists;
 
     void Finish()
     {
@@ -286,6 +332,9 @@ struct TLoadState {
             while (It->first->GetCount() > It->second)
                 It->first->Delete(It->first->GetCount() - 1);
         Trims.clear();
+        for (auto It = Lists.rbegin(); It != Lists.rend(); ++It)
+            It->first->ReplaceStoredItems(std::move(It->second));
+        Lists.clear();
     }
 };
 
@@ -309,12 +358,38 @@ void LoadCollection(TQLCollection& ACollection, const TQLStoredNode* ANode, cons
     AState.Loaded.push_back(&ACollection);
 }
 
+// An absent list stands for an empty one, since only a list with items is stored. Items made
+// anew load before they join the list, so that a failure leaves the list as it was.
+void LoadList(IQLStoredList& AList, const TQLStoredNode* ANode, const std::string& APath, TLoadState& AState)
+{
+    std::vector<IQLStoredList::TSlot> Slots;
+    if (ANode) {
+        const std::vector<TQLStoredNode>& Items = *ListItems(ANode, APath);
+        const std::vector<TQLPersistent*> Existing = AList.GetStoredItems();
+        for (size_t I = 0; I < Items.size(); ++I) {
+            const std::string Path = APath + "[" + std::to_string(I) + "]";
+            TQLStoredNode Rest;
+            const TQLClassInfo& Info = StoredClass(AList, Items[I], Path, Rest);
+            IQLStoredList::TSlot Slot;
+            Slot.Kept = ItemInPlace(Existing, I, Info);
+            if (!Slot.Kept)
+                Slot.Made = AList.MakeStoredItem(Info.GetName());
+            LoadInto(Slot.Kept ? *Slot.Kept : *Slot.Made, Rest, Path, AState);
+            Slots.push_back(std::move(Slot));
+        }
+    }
+    AState.Lists.emplace_back(&AList, std::move(Slots));
+}
+
 void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::string& APath, TLoadState& AState)
 {
     const TQLClassInfo& Info = AObject.GetClassInfo();
+    IQLStoredList* List = AObject.GetStoredList();
     // The names and kinds of this level; values are read as they are set. (The first pass
     // checked all of it already, but for items that had nothing to be checked against.)
     for (const auto& [Name, Node] : ANode.Members) {
+        if (List && Name == List->GetStoredName())
+            continue;
         const TQLPropertyInfo* Prop = Info.FindProperty(Name);
         if (!Prop)
             Fail(ChildPath(APath, Name), "unknown property of " + Info.GetName());
@@ -353,6 +428,8 @@ void LoadInto(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::str
             break;
         }
     }
+    if (List)
+        LoadList(*List, ANode.Find(List->GetStoredName()), ChildPath(APath, List->GetStoredName()), AState);
     AState.Loaded.push_back(&AObject);
 }
 
@@ -391,6 +468,20 @@ TQLStoredNode QLSaveObject(const TQLPersistent& AObject)
                 Result.Add(Prop->Name, SaveValue(*Prop, Prop->Get(AObject)));
             break;
         }
+    }
+    if (const IQLStoredList* List = AObject.GetStoredList()) {
+        TQLStoredNode Items = TQLStoredNode::Of(TQLStoredNode::snList);
+        for (const TQLPersistent* Item : List->GetStoredItems()) {
+            TQLStoredNode Node = TQLStoredNode::MakeObject();
+            TQLStoredNode Class = TQLStoredNode::Of(TQLStoredNode::snString);
+            Class.String = Item->GetClassInfo().GetName();
+            Node.Add("Class", std::move(Class));
+            for (auto& Member : QLSaveObject(*Item).Members)
+                Node.Members.push_back(std::move(Member));
+            Items.Items.push_back(std::move(Node));
+        }
+        if (!Items.Items.empty())
+            Result.Add(List->GetStoredName(), std::move(Items));
     }
     return Result;
 }

@@ -8,6 +8,7 @@
 #include "qv/foundation/QLClassInfo.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,12 +41,37 @@ struct TQLStoredNode {
     friend bool operator==(const TQLStoredNode&, const TQLStoredNode&) = default;
 };
 
+// A list of settings objects of several classes that an object holds beyond its published
+// properties (a display's hosted elements). It is stored under its name as a list of
+// objects, each starting with the member "Class", the name of the class to make on loading.
+class IQLStoredList {
+public:
+    // One item of a load's result: an item that stays (Kept) or one made for it (Made).
+    struct TSlot {
+        TQLPersistent* Kept = nullptr;
+        std::unique_ptr<TQLPersistent> Made;
+    };
+
+    virtual ~IQLStoredList() = default;
+    virtual std::string GetStoredName() const = 0;
+    // The items the stored form holds, in order.
+    virtual std::vector<TQLPersistent*> GetStoredItems() const = 0;
+    // The description of a class the list can make; null for any other name.
+    virtual const TQLClassInfo* FindStoredClass(const std::string& AClass) const = 0;
+    // A new item of a class that FindStoredClass knows, not yet in the list.
+    virtual std::unique_ptr<TQLPersistent> MakeStoredItem(const std::string& AClass) const = 0;
+    // The stored items become ASlots, in order; stored items not kept there are freed.
+    virtual void ReplaceStoredItems(std::vector<TSlot> ASlots) = 0;
+};
+
 // Writes the published properties of AObject. Colours are stored as "#AARRGGBB" strings,
 // enumerations by name, sets as lists of names.
 TQLStoredNode QLSaveObject(const TQLPersistent& AObject);
 
 // Reads a tree written by QLSaveObject into AObject, then runs Loaded on every object that
-// took part, innermost first. Unknown properties, wrong types and values out of range raise
+// took part, innermost first. The items of a stored list load in place when the item at
+// their index has their class, and are made anew otherwise; the list changes only once
+// the whole document went in. Unknown properties, wrong types and values out of range raise
 // EQLPropertyError naming the path (ARootName.Prop.Sub[2].Name).
 void QLLoadObject(TQLPersistent& AObject, const TQLStoredNode& ANode, const std::string& ARootName = {});
 

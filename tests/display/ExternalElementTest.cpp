@@ -235,3 +235,32 @@ TEST(ExternalElement, BadFractionsAndBuffersAreRefusedAndChangeNothing)
         EXPECT_NE(std::string(E.what()).find('3'), std::string::npos);
     }
 }
+
+// A host that asks for contours only gets the element's printed picture: its content
+// without the tool bar.
+TEST(ExternalElement, ContoursOnlyDrawsThePictureWithoutTheToolBar)
+{
+    // Keeps what the element painted on its own surface.
+    struct TKeptCanvas : TQLRecordingCanvas {
+        std::vector<TQLCanvasRecord>& Out;
+        explicit TKeptCanvas(std::vector<TQLCanvasRecord>& AOut) : Out(AOut) {}
+        ~TKeptCanvas() override { Out = GetRecords(); }
+    };
+    for (const bool Contours : {false, true}) {
+        std::vector<TQLCanvasRecord> Inner; // outlives the element's surfaces
+        TQVExternalScopeElement Element;
+        Element.SetCanvasFactory(
+            [&Inner](TQLBitmap&) -> std::unique_ptr<TQLCanvas> { return std::make_unique<TKeptCanvas>(Inner); });
+        Element.GetToolBar()->SetAutoHide(false);
+        TQLRecordingCanvas Host;
+        Element.Draw(Host, Contours, 200, 100, 400, 200, 1, 1);
+        EXPECT_EQ(Host.Count("DrawBitmap"), 1u) << Contours;
+        const TRect Bar = Element.GetToolBar()->GetDrawRect();
+        ASSERT_FALSE(Bar.IsEmpty());
+        size_t Buttons = 0;
+        for (const TQLCanvasRecord& R : Inner)
+            Buttons += R.Op == "Rectangle" && R.Args[0] >= Bar.Left && R.Args[1] >= Bar.Top && R.Args[2] <= Bar.Right &&
+                       R.Args[3] <= Bar.Bottom;
+        EXPECT_EQ(Buttons > 0, !Contours) << Buttons << " buttons drawn, contours only " << Contours;
+    }
+}
