@@ -146,6 +146,9 @@ TEST_F(ChannelLinks, AZoneSnapshotTakenWhileAProducerAddsSamplesAgreesWithItsSam
     E->GetPoint2()->SetY(100);
     TQVDisplayZoneChannelLink* Link = E->GetChannels()->Add();
     Link->SetChannel(Channel(0));
+    // A bounded record, so that every snapshot copies a few thousand samples however fast the
+    // producer runs, and the ring's wrap-around is part of what the snapshots see.
+    Scope.SetSizeLimit(5000);
     std::atomic<bool> Stop{false};
     std::thread Producer([&] {
         for (int32_t i = 0; !Stop.load(); ++i)
