@@ -28,11 +28,13 @@
 #include <QHBoxLayout>
 #include <QTimer>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <exception>
+#include <limits>
 #include <numbers>
 #include <random>
 #include <stdexcept>
@@ -81,9 +83,11 @@ private:
             }
             auto& Channels = *FScope.GetChannels();
             Channels.GetItem(0)->GetData()->AddYData(Sine.data(), BlockSamples);
-            // Every 40th block of the square wave is lost; the next one starts a new segment.
-            if (++Block % 40 != 0)
-                Channels.GetItem(1)->GetData()->AddYData(Square.data(), BlockSamples, Block % 40 == 1);
+            // Every 40th block of the square wave drops out: its samples arrive as NaN, which the
+            // scope leaves as a gap in the line while the time axis runs on with the others.
+            if (++Block % 40 == 0)
+                std::fill(Square.begin(), Square.end(), std::numeric_limits<double>::quiet_NaN());
+            Channels.GetItem(1)->GetData()->AddYData(Square.data(), BlockSamples);
             Channels.GetItem(2)->GetData()->AddYData(Chirp.data(), BlockSamples);
             if (FChirp)
                 FChirp->Add(Chirp.data(), BlockSamples);
