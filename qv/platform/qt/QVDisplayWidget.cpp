@@ -8,6 +8,8 @@
 
 #include "qv/display/QVDisplayToolBar.h"
 
+#include <QApplication>
+#include <QCursor>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImage>
@@ -179,7 +181,16 @@ bool TQVDisplayWidget::ShowSetupDialog(TQLPersistent* AObject)
     Dialog.SelectObject(AObject ? AObject : FDisplay);
     const QPoint TopRight = mapToGlobal(QPoint(width() - Dialog.width() - 20, 20));
     Dialog.move(TopRight);
-    return Dialog.exec() == QDialog::Accepted;
+    const bool Accepted = Dialog.exec() == QDialog::Accepted;
+    // The pointer moved while the dialog had it: what lights under it (a tool bar button)
+    // follows where it is now, not where it was when the dialog opened.
+    const QPoint Pointer = mapFromGlobal(QCursor::pos());
+    if (rect().contains(Pointer))
+        FDisplay->MouseMove(ShiftOf(QApplication::keyboardModifiers(), QApplication::mouseButtons()),
+                            static_cast<float>(Pointer.x()), static_cast<float>(Pointer.y()));
+    else
+        FDisplay->DoMouseLeave();
+    return Accepted;
 }
 
 void TQVDisplayWidget::InstallToolBarDialogs(const std::shared_ptr<TQLQtPictureServices>& AServices)
