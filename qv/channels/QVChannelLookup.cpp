@@ -303,6 +303,17 @@ bool TQVDisplayChannel::GetScreenPixel(int32_t AIndex, int32_t& AAlong, int32_t&
 
 void TQVDisplayChannel::CalcVIntersections(const TQVIntersectionCallback& ACallback, void* AData, double AValue) const
 {
+    CalcIntersections(ACallback, AData, AValue, true);
+}
+
+void TQVDisplayChannel::CalcHIntersections(const TQVIntersectionCallback& ACallback, void* AData, double AValue) const
+{
+    CalcIntersections(ACallback, AData, AValue, false);
+}
+
+void TQVDisplayChannel::CalcIntersections(const TQVIntersectionCallback& ACallback, void* AData, double AValue,
+                                          bool AVerticalLine) const
+{
     const int32_t c = std::min(FXScreenDataBuffer->GetSize(), FYScreenDataBuffer->GetSize());
     const TQVDisplayAxis* XAxis = GetXAxis();
     const TQVDisplayAxis* YAxis = GetYAxis();
@@ -311,11 +322,10 @@ void TQVDisplayChannel::CalcVIntersections(const TQVIntersectionCallback& ACallb
     const double* XS = FXScreenDataBuffer->Read();
     const double* YS = FYScreenDataBuffer->Read();
     const bool XLog = XAxis->GetIntScaleMode() != smLinear;
-    const bool YLog = YAxis->GetIntScaleMode() != smLinear;
-    const bool Vertical = GetDisplay() && GetDisplay()->GetIsVertical();
     int32_t First = 0, Last = c - 1;
-    // On a long ramp only the samples around the value can cross it.
-    if (!XLog && FDrawIsRamp && FScreenUsedWidth > 0 && FScreenUsedWidth < c - 8) {
+    // On a long ramp only the samples around an X value can cross a vertical line there. A
+    // value of Y can lie anywhere in the record: a horizontal line looks at every segment.
+    if (AVerticalLine && !XLog && FDrawIsRamp && FScreenUsedWidth > 0 && FScreenUsedWidth < c - 8) {
         const double X0 = XS[0], XN = XS[c - 1];
         if (XN > X0) {
             const double R = std::max((XN - X0) * 2.0 / FScreenUsedWidth, 2.0);
@@ -336,15 +346,25 @@ void TQVDisplayChannel::CalcVIntersections(const TQVIntersectionCallback& ACallb
             }
         }
     }
-    const double V = XLog ? QVLog10a(AValue) : AValue;
-    const auto XOf = [&](int32_t i) { return XLog ? QVLog10a(XS[i]) : XS[i]; };
+    // The key is the axis whose values are compared with AValue: X for a vertical line, Y for
+    // a horizontal one; the other axis gives the value reported at the crossing. Pixels are
+    // kept along and across the X axis, as the screen stage holds them.
+    const double* Key = AVerticalLine ? XS : YS;
+    const double* Other = AVerticalLine ? YS : XS;
+    const TQVDisplayAxis* OtherAxis = AVerticalLine ? YAxis : XAxis;
+    const bool YLog = YAxis->GetIntScaleMode() != smLinear;
+    const bool KeyLog = AVerticalLine ? XLog : YLog;
+    const bool OtherLog = AVerticalLine ? YLog : XLog;
+    const bool Vertical = GetDisplay() && GetDisplay()->GetIsVertical();
+    const double V = KeyLog ? QVLog10a(AValue) : AValue;
+    const auto KeyOf = [&](int32_t i) { return KeyLog ? QVLog10a(Key[i]) : Key[i]; };
     TGapWalk Gaps(*FDrawGapsBuffer, FScreenStartIndex, First);
     const bool Step = FChannelMode == cmStep;
     const TRect View = ViewRectOf(GetDisplay());
     for (int32_t i = First; i < Last; ++i) {
         if (Gaps.Breaks(i))
             continue;
-        const double A = XOf(i), B = XOf(i + 1);
+        const double A = KeyOf(i), B = KeyOf(i + 1);
         double F;
         bool Falling = false;
         if (A == V)
@@ -356,90 +376,39 @@ void TQVDisplayChannel::CalcVIntersections(const TQVIntersectionCallback& ACallb
             Falling = true;
         } else
             continue;
-        int32_t A1 = 0, C1 = 0, A2 = 0, C2 = 0;
-        if (!GetScreenPixel(i, A1, C1) || !GetScreenPixel(i + 1, A2, C2))
+        int32_t Along1 = 0, Across1 = 0, Along2 = 0, Across2 = 0;
+        if (!GetScreenPixel(i, Along1, Across1) || !GetScreenPixel(i + 1, Along2, Across2))
             continue;
+        const int32_t K1 = AVerticalLine ? Along1 : Across1, K2 = AVerticalLine ? Along2 : Across2;
+        const int32_t O1 = AVerticalLine ? Across1 : Along1, O2 = AVerticalLine ? Across2 : Along2;
         // A falling segment blends its pixels from the right end toward the left one, yet
         // reports the position i + f and blends its value from sample i.
-        const int32_t Along = Falling ? Interpolate(A2, A1, F) : Interpolate(A1, A2, F);
-        int32_t Across;
-        double YValue;
+        const int32_t KeyPixel = Falling ? Interpolate(K2, K1, F) : Interpolate(K1, K2, F);
+        int32_t OtherPixel;
+        double OtherValue;
         if (Step) {
-            // The tread runs flat at sample i's value.
-            Across = C1;
-            YValue = YS[i];
+            // The tread runs flat at sample i's value, and rises at the next sample: a
+            // horizontal line crosses on that riser, unless the value is the sample's own.
+            const bool Riser = !AVerticalLine && F != 0.0;
+            OtherPixel = Riser ? O2 : O1;
+            OtherValue = Other[Riser ? i + 1 : i];
         } else {
-            Across = Falling ? Interpolate(C2, C1, F) : Interpolate(C1, C2, F);
-            if (YLog)
-                YValue = YAxis->ScaleTickToData(
-                    YAxis->GetPositionFromMouse(Across, YAxis->GetScaleTick().GetZoomed().GetMin().GetValue(),
-                                                YAxis->GetScaleTick().GetZoomed().GetMax().GetValue(), View));
+            OtherPixel = Falling ? Interpolate(O2, O1, F) : Interpolate(O1, O2, F);
+            if (OtherLog)
+                OtherValue = OtherAxis->ScaleTickToData(OtherAxis->GetPositionFromMouse(
+                    OtherPixel, OtherAxis->GetScaleTick().GetZoomed().GetMin().GetValue(),
+                    OtherAxis->GetScaleTick().GetZoomed().GetMax().GetValue(), View));
             else
-                YValue = YS[i] + F * (YS[i + 1] - YS[i]);
+                OtherValue = Other[i] + F * (Other[i + 1] - Other[i]);
         }
-        if (std::isnan(YValue))
+        if (std::isnan(OtherValue))
             continue;
-        const TPoint P = ToScreen(Vertical, Along, Across);
-        ACallback(AData, P.X, P.Y, i + F, AValue, YValue, Vertical);
-    }
-}
-
-void TQVDisplayChannel::CalcHIntersections(const TQVIntersectionCallback& ACallback, void* AData, double AValue) const
-{
-    const int32_t c = std::min(FXScreenDataBuffer->GetSize(), FYScreenDataBuffer->GetSize());
-    const TQVDisplayAxis* XAxis = GetXAxis();
-    const TQVDisplayAxis* YAxis = GetYAxis();
-    if (c < 2 || !XAxis || !YAxis)
-        return;
-    const double* XS = FXScreenDataBuffer->Read();
-    const double* YS = FYScreenDataBuffer->Read();
-    const bool XLog = XAxis->GetIntScaleMode() != smLinear;
-    const bool YLog = YAxis->GetIntScaleMode() != smLinear;
-    const bool Vertical = GetDisplay() && GetDisplay()->GetIsVertical();
-    const double V = YLog ? QVLog10a(AValue) : AValue;
-    const auto YOf = [&](int32_t i) { return YLog ? QVLog10a(YS[i]) : YS[i]; };
-    TGapWalk Gaps(*FDrawGapsBuffer, FScreenStartIndex, 0);
-    const bool Step = FChannelMode == cmStep;
-    const TRect View = ViewRectOf(GetDisplay());
-    for (int32_t i = 0; i < c - 1; ++i) {
-        if (Gaps.Breaks(i))
-            continue;
-        const double A = YOf(i), B = YOf(i + 1);
-        double F;
-        bool Falling = false;
-        if (A == V)
-            F = 0.0;
-        else if (A < V && B > V)
-            F = (V - A) / (B - A);
-        else if (A > V && B < V) {
-            F = (V - B) / (A - B);
-            Falling = true;
-        } else
-            continue;
-        int32_t A1 = 0, C1 = 0, A2 = 0, C2 = 0;
-        if (!GetScreenPixel(i, A1, C1) || !GetScreenPixel(i + 1, A2, C2))
-            continue;
-        const int32_t Across = Falling ? Interpolate(C2, C1, F) : Interpolate(C1, C2, F);
-        int32_t Along;
-        double XValue;
-        if (Step) {
-            // A step rises at the next sample: the crossing stands on that riser, unless
-            // the value is the sample's own.
-            Along = F == 0.0 ? A1 : A2;
-            XValue = F == 0.0 ? XS[i] : XS[i + 1];
-        } else {
-            Along = Falling ? Interpolate(A2, A1, F) : Interpolate(A1, A2, F);
-            if (XLog)
-                XValue = XAxis->ScaleTickToData(
-                    XAxis->GetPositionFromMouse(Along, XAxis->GetScaleTick().GetZoomed().GetMin().GetValue(),
-                                                XAxis->GetScaleTick().GetZoomed().GetMax().GetValue(), View));
-            else
-                XValue = XS[i] + F * (XS[i + 1] - XS[i]);
-        }
-        if (std::isnan(XValue))
-            continue;
-        const TPoint P = ToScreen(Vertical, Along, Across);
-        ACallback(AData, P.X, P.Y, i + F, XValue, AValue, Vertical);
+        const TPoint P =
+            AVerticalLine ? ToScreen(Vertical, KeyPixel, OtherPixel) : ToScreen(Vertical, OtherPixel, KeyPixel);
+        if (AVerticalLine)
+            ACallback(AData, P.X, P.Y, i + F, AValue, OtherValue, Vertical);
+        else
+            ACallback(AData, P.X, P.Y, i + F, OtherValue, AValue, Vertical);
     }
 }
 
@@ -594,27 +563,24 @@ double TQVScopeChannel::HitTest(int32_t X, int32_t Y, TPoint& APoint, TQVHitDete
                     Corner = true;
                     return false;
                 }
-                if (std::abs(MA - A2) <= 2 && Within(MC, C1, C2)) {
-                    const double D = std::abs(MA - A2);
-                    if (D < Best) {
-                        Best = D;
-                        Found(A2, MC);
+                // A strip beside the riser or the tread, nearer than the best so far.
+                const auto Strip = [&](int32_t ADistance, int32_t AAlong, int32_t AAcross, double AFractionAt,
+                                       TQVHitDetectDirection ADirectionAt) {
+                    if (ADistance < Best) {
+                        Best = ADistance;
+                        Found(AAlong, AAcross);
                         ABeginIndex = i + Start;
                         AEndIndex = i + 1 + Start;
-                        AFraction = C2 == C1 ? 0.0 : double(MC - C1) / double(C2 - C1);
-                        ADirection = Vertical ? hddHorizontal : hddVertical;
+                        AFraction = AFractionAt;
+                        ADirection = ADirectionAt;
                     }
-                } else if (std::abs(MC - C1) <= 2 && Within(MA, A1, A2)) {
-                    const double D = std::abs(MC - C1);
-                    if (D < Best) {
-                        Best = D;
-                        Found(MA, C1);
-                        ABeginIndex = i + Start;
-                        AEndIndex = i + 1 + Start;
-                        AFraction = A2 == A1 ? 0.0 : double(MA - A1) / double(A2 - A1);
-                        ADirection = Vertical ? hddVertical : hddHorizontal;
-                    }
-                }
+                };
+                if (std::abs(MA - A2) <= 2 && Within(MC, C1, C2))
+                    Strip(std::abs(MA - A2), A2, MC, C2 == C1 ? 0.0 : double(MC - C1) / double(C2 - C1),
+                          Vertical ? hddHorizontal : hddVertical);
+                else if (std::abs(MC - C1) <= 2 && Within(MA, A1, A2))
+                    Strip(std::abs(MC - C1), MA, C1, A2 == A1 ? 0.0 : double(MA - A1) / double(A2 - A1),
+                          Vertical ? hddVertical : hddHorizontal);
                 return true;
             });
         if (Corner)
