@@ -77,7 +77,7 @@ inline int32_t Interpolate(int32_t A, int32_t B, double F)
 // time, with the frame's own mapping, so that a lookup touches only the samples it reads.
 class TSamplePixels {
 public:
-    static constexpr int32_t Batch = 32;
+    static constexpr int32_t Batch = 16;
     // AXInts and AYInts: the filled pixel buffers, or null to map from the values.
     // ARamp: X is a ramp, which counts up by one from its first value; when its ends say so,
     // the along pixels are worked out from the index, and X is not read.
@@ -268,10 +268,11 @@ struct TNearWalk {
                 return;
             if (Skipping && (Anywhere || (Start + i) % TQVBlockExtremes::BlockSize == 0)) {
                 const int32_t End = SkipAcross(i, Stop - 1 + ASpan, Reach, Anywhere);
+                // A run passed over ends on a boundary of its size: from there the sizes
+                // aligned to it are tried.
                 Anywhere = false;
                 if (End >= 0) {
                     i = End;
-                    Anywhere = true;
                     continue;
                 }
             }
