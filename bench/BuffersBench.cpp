@@ -89,26 +89,36 @@ double Seconds(F&& AFunc)
     return std::chrono::duration<double>(TClock::now() - T0).count();
 }
 
-// Both contenders in every iteration, alternating, so that they see the same machine state.
+// Both contenders in every iteration, alternating, so that they see the same machine state;
+// the iteration's time is ours. Reports each one's mean in ms under its name, and the peer's
+// time over ours as speed_ratio.
+template <class TPeer, class TOurs>
+void Contest(benchmark::State& AState, const char* APeerName, TPeer&& APeer, const char* AOurName, TOurs&& AOurs)
+{
+    double PeerTime = 0.0, OurTime = 0.0;
+    for (auto _ : AState) {
+        PeerTime += Seconds(APeer);
+        const double T = Seconds(AOurs);
+        OurTime += T;
+        AState.SetIterationTime(T);
+    }
+    const double Count = double(AState.iterations());
+    AState.counters[APeerName] = 1000.0 * PeerTime / Count;
+    AState.counters[AOurName] = 1000.0 * OurTime / Count;
+    AState.counters["speed_ratio"] = PeerTime / OurTime;
+}
+
 // The argument is the number of samples: the full buffer, and a run that stays in cache.
 void BM_MinMaxAgainstSum(benchmark::State& AState)
 {
     const auto& B = Signal();
     const auto N = static_cast<int32_t>(AState.range(0));
-    double SumTime = 0.0, MinMaxTime = 0.0;
-    for (auto _ : AState) {
-        SumTime += Seconds([&] { benchmark::DoNotOptimize(PlainSum(B.Read(), N)); });
-        const double T = Seconds([&] {
+    Contest(
+        AState, "sum_ms", [&] { benchmark::DoNotOptimize(PlainSum(B.Read(), N)); }, "minmax_ms",
+        [&] {
             benchmark::DoNotOptimize(B.Min(0, N - 1));
             benchmark::DoNotOptimize(B.Max(0, N - 1));
         });
-        MinMaxTime += T;
-        AState.SetIterationTime(T);
-    }
-    const double Count = double(AState.iterations());
-    AState.counters["sum_ms"] = 1000.0 * SumTime / Count;
-    AState.counters["minmax_ms"] = 1000.0 * MinMaxTime / Count;
-    AState.counters["speed_ratio"] = SumTime / MinMaxTime;
 }
 BENCHMARK(BM_MinMaxAgainstSum)->Arg(kSamples)->Arg(100'000)->UseManualTime()->Unit(benchmark::kMillisecond);
 
@@ -141,23 +151,17 @@ void BM_ConvertAgainstMemcpy(benchmark::State& AState)
     const auto& S = Samples16();
     const auto& B = Signal();
     std::vector<double> D(S.size());
-    double CopyTime = 0.0, ConvertTime = 0.0;
-    for (auto _ : AState) {
-        CopyTime += Seconds([&] {
+    Contest(
+        AState, "memcpy_ms",
+        [&] {
             std::memcpy(D.data(), B.Read(), size_t(kSamples) * 8);
             benchmark::ClobberMemory();
-        });
-        const double T = Seconds([&] {
+        },
+        "convert_ms",
+        [&] {
             qv::QVArrayConvert(S.data(), D.data(), S.size());
             benchmark::ClobberMemory();
         });
-        ConvertTime += T;
-        AState.SetIterationTime(T);
-    }
-    const double N = double(AState.iterations());
-    AState.counters["memcpy_ms"] = 1000.0 * CopyTime / N;
-    AState.counters["convert_ms"] = 1000.0 * ConvertTime / N;
-    AState.counters["speed_ratio"] = CopyTime / ConvertTime;
 }
 BENCHMARK(BM_ConvertAgainstMemcpy)->UseManualTime()->Unit(benchmark::kMillisecond);
 

@@ -13,7 +13,8 @@
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/component/QVDisplayView.h"
 #include "qv/display/QVScope.h"
-#include "qv/foundation/QLCanvas.h"
+
+#include "support/BenchCanvas.h"
 
 #include <benchmark/benchmark.h>
 
@@ -27,31 +28,7 @@ using namespace qv;
 constexpr int32_t kSamples = 1000000;
 const TRect kView{0, 0, 1000, 600};
 
-class TCountingCanvas : public TQLCanvas {
-public:
-    void* GetPlatformCanvas() override { return nullptr; }
-    void* GetDeviceHandle() override { return nullptr; }
-    void SetPixel(int32_t, int32_t, TAlphaColor) override { ++Calls; }
-    void Ellipse(int32_t, int32_t, int32_t, int32_t) override { ++Calls; }
-    void Rectangle(int32_t, int32_t, int32_t, int32_t) override { ++Calls; }
-    void FillRect(const TRect&) override { ++Calls; }
-    void DrawFocusRect(const TRect&) override {}
-    void Polygon(const TPoint*, int32_t) override { ++Calls; }
-    void LineTo(int32_t AX, int32_t AY) override
-    {
-        ++Calls;
-        FPenPos = TPoint{AX, AY};
-    }
-    TSize TextExtent(const std::string&) override { return TSize{0, 0}; }
-    void TextOut(int32_t, int32_t, const std::string&) override {}
-    void ClearClipRegion() override {}
-    void SetClipRegion(const TQLRegion&) override {}
-    void IntersectClipPolygon(const TPoint*, int32_t) override {}
-    void IntersectClipEllipse(const TRect&) override {}
-    void DrawBitmap(int32_t, int32_t, const TQLBitmap&) override {}
-    void StretchDrawBitmap(const TRect&, const TQLBitmap&) override {}
-    int64_t Calls = 0;
-};
+using TCountingCanvas = qvbench::TBenchCanvas;
 
 class TBenchScope : public TQVScope {
 public:

@@ -24,6 +24,8 @@
 #include <qv/qt/QLQtCanvas.h>
 #include <qv/qt/QVScopeWidget.h>
 
+#include "support/QtBenchMain.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -36,7 +38,7 @@
 #include <unistd.h>
 
 #if QV_HAVE_QCUSTOMPLOT
-#include <qcustomplot.h>
+#include "support/PeerFrame.h"
 #endif
 
 #include <algorithm>
@@ -340,12 +342,7 @@ struct TPeerRig {
         Graph->setData(AKeys, AY, true);
         Plot.rescaleAxes();
     }
-    void Frame()
-    {
-        QCPPainter Painter(&Image);
-        Plot.toPainter(&Painter, kWidth, kHeight);
-        benchmark::DoNotOptimize(Image.constBits());
-    }
+    void Frame() { qvbench::PaintPeerFrame(Plot, Image); }
     QImage Image;
     QCustomPlot Plot;
     QCPGraph* Graph = nullptr;
@@ -404,12 +401,5 @@ BENCHMARK(BM_RollingWindowScope)->Unit(benchmark::kMillisecond)->Iterations(30);
 
 int main(int argc, char** argv)
 {
-    // Offscreen unless a platform was chosen: the benchmark needs no display.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication App(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return qvbench::RunQtBenchmarks(argc, argv);
 }

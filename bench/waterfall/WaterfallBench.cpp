@@ -15,6 +15,8 @@
 #include <qv/QVWaterfall.h>
 #include <qv/qt/QVDisplayWidget.h>
 
+#include "support/QtBenchMain.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -22,7 +24,7 @@
 #include <QPainter>
 
 #if QV_HAVE_QCUSTOMPLOT
-#include <qcustomplot.h>
+#include "support/PeerFrame.h"
 #endif
 
 #include <atomic>
@@ -83,10 +85,12 @@ struct TWaterfallRig {
     std::vector<double> Row = std::vector<double>(kSamples);
 };
 
-void BM_RowFrame(benchmark::State& AState)
+// A frame after each new row, once the rig has filled its history.
+template <class TRig>
+void RowFrames(benchmark::State& AState)
 {
     const int32_t Rows = int32_t(AState.range(0));
-    TWaterfallRig Rig(Rows);
+    TRig Rig(Rows);
     int64_t Next = 0;
     for (; Next < Rows; ++Next)
         Rig.Add(Next);
@@ -95,6 +99,11 @@ void BM_RowFrame(benchmark::State& AState)
         Rig.Add(Next++);
         Rig.Frame();
     }
+}
+
+void BM_RowFrame(benchmark::State& AState)
+{
+    RowFrames<TWaterfallRig>(AState);
 }
 
 // CPU time of the painting thread.
@@ -176,12 +185,7 @@ struct TPeerRig {
         for (int J = 0; J < kSamples; ++J)
             Map->data()->setCell(Column, J, Row[size_t(J)]);
     }
-    void Frame()
-    {
-        QCPPainter Painter(&Image);
-        Plot.toPainter(&Painter, kWidth, kHeight);
-        benchmark::DoNotOptimize(Image.constBits());
-    }
+    void Frame() { qvbench::PaintPeerFrame(Plot, Image); }
     QImage Image;
     QCustomPlot Plot;
     QCPColorMap* Map = nullptr;
@@ -191,16 +195,7 @@ struct TPeerRig {
 
 void BM_RowFramePeer(benchmark::State& AState)
 {
-    const int Rows = int(AState.range(0));
-    TPeerRig Rig(Rows);
-    int64_t Next = 0;
-    for (; Next < Rows; ++Next)
-        Rig.Add(Next);
-    Rig.Frame();
-    for (auto _ : AState) {
-        Rig.Add(Next++);
-        Rig.Frame();
-    }
+    RowFrames<TPeerRig>(AState);
 }
 
 BENCHMARK(BM_RowFramePeer)->Arg(1000)->Unit(benchmark::kMillisecond);
@@ -213,11 +208,5 @@ BENCHMARK(BM_Intake)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication App(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return qvbench::RunQtBenchmarks(argc, argv);
 }

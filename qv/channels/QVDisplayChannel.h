@@ -199,6 +199,10 @@ protected:
     // The pixels of screen sample AIndex along and across the X axis; false for a sample
     // that is not drawn (NaN).
     virtual bool GetScreenPixel(int32_t AIndex, int32_t& AAlong, int32_t& AAcross) const;
+    // The crossings with a vertical line at X value AValue (AVerticalLine) or a horizontal one
+    // at Y value AValue: the walk of CalcVIntersections and CalcHIntersections.
+    void CalcIntersections(const TQVIntersectionCallback& ACallback, void* AData, double AValue,
+                           bool AVerticalLine) const;
 
     std::vector<IQVChannelLinkEnd*> FElementLinks;
     std::atomic<bool> FIsRamp{false};

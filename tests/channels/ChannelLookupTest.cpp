@@ -5,8 +5,10 @@
 #include "qv/channels/QVChannelLookupC.h"
 #include "qv/channels/QVHitGeometry.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <ostream>
 
 using namespace qv;
 using namespace qvtest;
@@ -183,6 +185,149 @@ TEST_F(ChannelLookup, ALongRampIsSearchedAroundTheMouseOnly)
     EXPECT_TRUE(Begin == 150000 || Begin == 150001) << Begin;
     EXPECT_EQ(End, Begin + 1);
     EXPECT_EQ(Hit(Tip.X, Tip.Y - 4), QVNoHitDistance);
+}
+
+namespace {
+// What a hit test answers.
+struct THit {
+    double D = QVNoHitDistance;
+    TPoint P{};
+    TQVHitDetectDirection Dir = hddBoth;
+    double Fraction = 0.0;
+    int32_t Begin = -1, End = -1;
+    bool operator==(const THit& A) const
+    {
+        return D == A.D && (D == QVNoHitDistance || (P.X == A.P.X && P.Y == A.P.Y && Dir == A.Dir &&
+                                                     Fraction == A.Fraction && Begin == A.Begin && End == A.End));
+    }
+};
+std::ostream& operator<<(std::ostream& AOut, const THit& A)
+{
+    return AOut << A.D << " at (" << A.P.X << "," << A.P.Y << ") dir " << int(A.Dir) << " f " << A.Fraction << " "
+                << A.Begin << ".." << A.End;
+}
+
+// The rules of each mode on a walk over every sample near the mouse, first to last, from the
+// pixels of all samples: the hit the long ramp's shortcuts must come to.
+// AWidth: the columns used; AColumn: the mouse's column counted from the data's first one.
+THit PlainHit(const std::vector<int32_t>& AX, const std::vector<int32_t>& AY, const std::vector<bool>& ABreak,
+              TQVScopeChannelMode AMode, int32_t AWidth, int32_t APoints, int32_t AUsedWidth, int32_t AColumn,
+              int32_t MX, int32_t MY)
+{
+    THit H;
+    const auto Have = [&](size_t i) { return AX[i] != QVMissingPixel && AY[i] != QVMissingPixel; };
+    // The samples of the columns around the mouse's, counted as a long ramp's hit test counts
+    // them (c - 8 below, c + 8 above).
+    const int64_t c = int64_t(AX.size()), W = AUsedWidth;
+    const size_t First = size_t(std::max<int64_t>((AColumn - 2) * (c - 8) / W - 4, 0));
+    const size_t Last = size_t(std::min<int64_t>((AColumn + 2) * (c + 8) / W + 4, c - 1)) + 1;
+    if (APoints > 0 || AMode == cmStep)
+        for (size_t i = First; i < Last; ++i)
+            if (Have(i) && std::abs(MX - AX[i]) <= std::max(APoints, 2) && std::abs(MY - AY[i]) <= std::max(APoints, 2))
+                return {0.0, {AX[i], AY[i]}, hddBoth, 0.0, int32_t(i), int32_t(i)};
+    const int32_t w = (AWidth + 1) / 2;
+    for (size_t i = First; i + 1 < Last; ++i) {
+        if (!Have(i) || !Have(i + 1) || ABreak[i])
+            continue;
+        const TPoint A{AX[i], AY[i]}, B{AX[i + 1], AY[i + 1]};
+        if (AMode == cmLine) {
+            double F = 0.0;
+            TPoint N{};
+            const double D = QPDistancePointToLine(TPoint{MX, MY}, A, B, F, N);
+            if (D < 3.0 - w && D < H.D)
+                H = {std::max(D - w, 0.0), N, hddBoth, F, int32_t(i), int32_t(i + 1)};
+        } else if (std::abs(MX - B.X) <= 2 && std::abs(MY - A.Y) <= 2) {
+            return {0.0, {B.X, A.Y}, hddPoint, H.Fraction, int32_t(i), int32_t(i + 1)};
+        } else if (std::abs(MX - B.X) <= 2 && MY >= std::min(A.Y, B.Y) && MY <= std::max(A.Y, B.Y)) {
+            if (std::abs(MX - B.X) < H.D)
+                H = {double(std::abs(MX - B.X)),
+                     {B.X, MY},
+                     hddVertical,
+                     B.Y == A.Y ? 0.0 : double(MY - A.Y) / double(B.Y - A.Y),
+                     int32_t(i),
+                     int32_t(i + 1)};
+        } else if (std::abs(MY - A.Y) <= 2 && MX >= std::min(A.X, B.X) && MX <= std::max(A.X, B.X)) {
+            if (std::abs(MY - A.Y) < H.D)
+                H = {double(std::abs(MY - A.Y)),
+                     {MX, A.Y},
+                     hddHorizontal,
+                     B.X == A.X ? 0.0 : double(MX - A.X) / double(B.X - A.X),
+                     int32_t(i),
+                     int32_t(i + 1)};
+        }
+    }
+    return H;
+}
+} // namespace
+
+TEST_F(ChannelLookup, ALongRampFindsWhatAWalkOverEverySampleFinds)
+{
+    // Four runs with gaps between them, noise of a few pixels on a slow wave, NaN samples
+    // alone and in a run, a lone spike: 400 samples a column.
+    Scope.SetSizeLimit(1000000);
+    std::vector<double> Y(200000);
+    for (size_t i = 0; i < Y.size(); ++i)
+        Y[i] = 50.0 + 30.0 * std::sin(double(i) / 9000.0) + 0.6 * std::sin(double(i) * 0.37);
+    std::fill(Y.begin() + 30000, Y.begin() + 30900, NaN);
+    Y[77777] = NaN;
+    Y[150001] = 95.0;
+    for (size_t Part = 0; Part < 4; ++Part)
+        Channel()->GetData()->AddYData(Y.data() + Part * 50000, 50000, Part > 0);
+    Scope.PopulateDrawBuffers();
+
+    struct TCase {
+        const char* Name;
+        TQVScopeChannelMode Mode;
+        int32_t Width;
+        int32_t Points; // symbol size when shown, else 0
+    };
+    const TCase Cases[] = {{"line", cmLine, 1, 0},
+                           {"wide line", cmLine, 3, 0},
+                           {"step", cmStep, 1, 0},
+                           {"line with points", cmLine, 1, 4}};
+    for (const TCase& C : Cases) {
+        Channel()->SetChannelMode(C.Mode);
+        Channel()->SetWidth(C.Width);
+        Channel()->GetPoints()->SetVisible(C.Points > 0);
+        Channel()->GetPoints()->SetSize(uint32_t(C.Points));
+        Draw();
+        // Mice on, beside and off a column's lowest or highest pixel, every few columns.
+        std::vector<TPoint> Mice;
+        const TPoints Columns = Plotted();
+        for (size_t k = 0; k < Columns.size(); k += 5)
+            for (const int32_t dy : {-3, -1, 0, 1, 2, 5})
+                if (Columns[k].second != QVMissingPixel)
+                    Mice.push_back(TPoint{Columns[k].first + int32_t(k / 5 % 3) - 1, Columns[k].second + dy});
+        // First from the frame as painted, which leaves the long ramp's samples unmapped.
+        std::vector<THit> Found;
+        for (const TPoint& M : Mice) {
+            THit H;
+            H.D = Channel()->HitTest(M.X, M.Y, H.P, H.Dir, H.Fraction, H.Begin, H.End);
+            Found.push_back(H);
+        }
+        const IQVIntegerBuffer& PX = *Channel()->GetScaledIntDrawBufferX();
+        const IQVIntegerBuffer& PY = *Channel()->GetScaledIntDrawBufferY();
+        const std::vector<int32_t> AX(PX.Read(), PX.Read() + PX.GetSize()), AY(PY.Read(), PY.Read() + PY.GetSize());
+        std::vector<bool> Breaks(AX.size(), false);
+        const IQVIntegerBuffer& G = *Channel()->GetDrawGapsBuffer();
+        for (int32_t k = 0; k < G.GetSize(); ++k)
+            if (G.GetItem(k) >= 1 && size_t(G.GetItem(k)) <= Breaks.size())
+                Breaks[size_t(G.GetItem(k) - 1)] = true;
+        int32_t Hits = 0;
+        for (size_t m = 0; m < Mice.size(); ++m) {
+            const THit Plain = PlainHit(AX, AY, Breaks, C.Mode, C.Width, C.Points, Channel()->GetScreenUsedWidth(),
+                                        Mice[m].X - Channel()->GetDisplayOffset(), Mice[m].X, Mice[m].Y);
+            ASSERT_EQ(Found[m], Plain) << C.Name << " mouse " << Mice[m].X << "," << Mice[m].Y;
+            // The pixels mapped now give the same.
+            THit Again;
+            Again.D =
+                Channel()->HitTest(Mice[m].X, Mice[m].Y, Again.P, Again.Dir, Again.Fraction, Again.Begin, Again.End);
+            ASSERT_EQ(Again, Plain) << C.Name << " mouse " << Mice[m].X << "," << Mice[m].Y;
+            Hits += Plain.D < QVHitTolerance;
+        }
+        EXPECT_GT(Hits, 0) << C.Name;
+        EXPECT_LT(Hits, int32_t(Mice.size())) << C.Name;
+    }
 }
 
 namespace {
