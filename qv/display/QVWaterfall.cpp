@@ -18,17 +18,23 @@ namespace qv {
 TQVBasicWaterfall::TQVBasicWaterfall()
 {
     GetTitle()->SetTextDefault("Waterfall");
+    FCursors = std::make_unique<TQVWaterfallCursors>(this, GetLock(), this);
+    FMarkerGroups = std::make_unique<TQVWaterfallMarkerGroups>(this, GetLock(), this);
+    // The legend docks before the axes and the level strip, at the control's right edge.
+    FLegend = std::make_unique<TQVWaterfallLegendView>(this);
+    FLegend->GetMarkerGroups()->SetItems(FMarkerGroups.get());
+    FLegend->GetCursors()->SetItems(FCursors.get());
     FHighlighting = std::make_unique<TQVDisplayHighlighting>(this);
     FXAxis = std::make_unique<TQVWaterfallXAxis>(this, this);
     FYAxis = std::make_unique<TQVWaterfallYAxis>(this, this);
-    FCursors = std::make_unique<TQVWaterfallCursors>(this, GetLock(), this);
-    FMarkerGroups = std::make_unique<TQVWaterfallMarkerGroups>(this, GetLock(), this);
     RowBoundChanged();
 }
 
 TQVBasicWaterfall::~TQVBasicWaterfall()
 {
     BeginDestroy();
+    // The legend lets go of the collections before they go.
+    FLegend.reset();
     FHighlightInfo = TQVHighlightInfo{};
     FMarkerGroups.reset();
     FCursors.reset();
@@ -242,6 +248,7 @@ const TQLClassInfo& TQVBasicWaterfall::StaticClassInfo()
                                          .Object("Highlighting", &C::GetHighlighting)
                                          .Collection("Cursors", &C::GetCursors)
                                          .Collection("MarkerGroups", &C::GetMarkerGroups)
+                                         .Object("Legend", &C::GetLegend)
                                          .Property("Vertical", &C::GetVertical, &C::SetVertical, false)
                                          .Build();
     return Info;
@@ -280,6 +287,7 @@ TQVWaterfall::~TQVWaterfall()
 {
     BeginDestroy();
     FInputPin->Close();
+    FLegend.reset();
     // The cursors and markers ask the display for its data view as they go.
     FHighlightInfo = TQVHighlightInfo{};
     FMarkerGroups.reset();

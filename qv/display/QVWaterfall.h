@@ -18,6 +18,7 @@
 #include "qv/waterfall/QVWaterfallBuffers.h"
 #include "qv/waterfall/QVWaterfallCursor.h"
 #include "qv/waterfall/QVWaterfallDataView.h"
+#include "qv/waterfall/QVWaterfallLegendView.h"
 #include "qv/waterfall/QVWaterfallMarkers.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
 
@@ -45,6 +46,9 @@ public:
     TQVWaterfallMarkerGroups* GetMarkerGroups() const { return FMarkerGroups.get(); }
     void SetMarkerGroups(const TQVWaterfallMarkerGroups* AValue) { FMarkerGroups->Assign(AValue); }
     TQVWaterfallMarkerGroups* GetWaterfallMarkerGroups() const override { return FMarkerGroups.get(); }
+    // Docked right; lists the marker groups and the cursors, and takes no room while both are empty.
+    TQVWaterfallLegendView* GetLegend() const { return FLegend.get(); }
+    void SetLegend(const TQVWaterfallLegendView* AValue) { FLegend->Assign(AValue); }
     TQVWaterfallCursors* GetWaterfallCursors() const override { return FCursors.get(); }
     // The marker under the mouse and the marker being dragged.
     TQVHighlightInfo* GetHighlightInfo() const override { return &FHighlightInfo; }
@@ -123,6 +127,7 @@ protected:
     std::unique_ptr<TQVWaterfallYAxis> FYAxis;
     std::unique_ptr<TQVWaterfallCursors> FCursors;
     std::unique_ptr<TQVWaterfallMarkerGroups> FMarkerGroups;
+    std::unique_ptr<TQVWaterfallLegendView> FLegend;
     mutable TQVHighlightInfo FHighlightInfo;
     bool FVertical = false;
     // XAxis.Samples, read by producers on their threads.

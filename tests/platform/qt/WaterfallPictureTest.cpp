@@ -6,6 +6,7 @@
 #include <qv/qt/QVWaterfallWidget.h>
 
 #include "platform/qt/KeepPicture.h"
+#include "qv/foundation/QLStoredForm.h"
 
 #include <QApplication>
 
@@ -84,4 +85,71 @@ TEST(WaterfallPicture, TurnedRowsRunDownThePicture)
     EXPECT_NE(Picture.GetPixel(View.Right - 2, Middle), Waterfall.GetLevels()->ValueToColorGBR(0, 1));
     // Below the rows the picture is empty.
     EXPECT_EQ(Picture.GetPixel(View.Left + 1, View.Bottom - 2), Waterfall.GetColor());
+}
+
+// The legend docks at the right edge, before the level strip, and lists the marker groups
+// above the cursors; with nothing to list, or hidden, it leaves the full width to the rest.
+// Each waterfall is loaded from the stored form of one set up the same way.
+TEST(WaterfallPicture, TheLegendListsMarkerGroupsThenCursorsAtTheRightEdge)
+{
+    constexpr TAlphaColor CursorColor = 0xFF40FF40;
+    struct TCase {
+        int32_t Groups, Cursors;
+        bool Visible;
+        bool Shown;
+    } Cases[] = {{0, 0, true, false}, {1, 1, true, true}, {0, 1, true, true}, {1, 1, false, false}};
+    for (const TCase& Case : Cases) {
+        SCOPED_TRACE(testing::Message() << Case.Groups << " groups, " << Case.Cursors << " cursors, visible "
+                                        << Case.Visible);
+        TQVWaterfall Source;
+        Source.GetLegend()->SetVisible(Case.Visible);
+        for (int32_t I = 0; I < Case.Groups; ++I)
+            Source.GetMarkerGroups()->Add()->SetName("Peaks");
+        for (int32_t I = 0; I < Case.Cursors; ++I) {
+            TQVWaterfallCursor* Cursor = Source.GetCursors()->Add();
+            Cursor->SetName("Slice");
+            Cursor->SetColor(CursorColor);
+        }
+        TQVWaterfall Waterfall;
+        QLLoadObject(Waterfall, QLSaveObject(Source));
+        Waterfall.SetCanvasFactory(QLQtCanvasFactory());
+        Waterfall.SetBounds(0, 0, 500, 300);
+        std::vector<double> Row(64, 1.0);
+        for (int32_t R = 0; R < 20; ++R)
+            Waterfall.GetData()->AddData(Row.data(), 64);
+        Waterfall.Paint();
+        const TQLBitmap& Picture = Waterfall.GetBitmap();
+        if (Case.Groups > 0 && Case.Cursors > 0 && Case.Visible)
+            qvtest::KeepPicture(Picture, "WaterfallLegend.png");
+
+        const TRect Legend = Waterfall.GetLegend()->GetDrawRect();
+        const TRect Levels = Waterfall.GetLevels()->GetDrawRect();
+        if (!Case.Shown) {
+            EXPECT_TRUE(Legend.IsEmpty());
+            EXPECT_EQ(Levels.Right, 500);
+            continue;
+        }
+        ASSERT_GT(Legend.Width(), 40);
+        EXPECT_EQ(Legend.Right, 500);
+        EXPECT_LE(Levels.Right, Legend.Left);
+        // Swatches are bars of one colour across the swatch column, headings are not: one run
+        // of such rows per line, top to bottom; the cursor's, in its colour, is the last.
+        std::vector<int32_t> Runs;
+        int32_t CursorRow = -1, Previous = -2;
+        for (int32_t Y = Legend.Top; Y < Legend.Bottom; ++Y) {
+            const TAlphaColor First = Picture.GetPixel(Legend.Left + 6, Y);
+            bool Ink = First != Waterfall.GetColor();
+            for (int32_t X = Legend.Left + 6; X < Legend.Left + 19; ++X) {
+                Ink = Ink && Picture.GetPixel(X, Y) == First;
+                if (Picture.GetPixel(X, Y) == CursorColor && CursorRow < 0)
+                    CursorRow = Y;
+            }
+            if (Ink && Previous != Y - 1)
+                Runs.push_back(Y);
+            if (Ink)
+                Previous = Y;
+        }
+        ASSERT_EQ(int32_t(Runs.size()), Case.Groups + Case.Cursors);
+        EXPECT_GE(CursorRow, Runs.back());
+    }
 }
