@@ -169,8 +169,8 @@ bool TQVDisplayCursorChannelLinkData::Cross(bool AVertical, TCrossings& AResult)
     if (!Axis)
         return false;
     // The cursor stands in printed units; the channel is crossed in data units.
-    const double Value = Axis->ScaleTickToData(AVertical ? Cursor->GetPosition()->GetX()
-                                                         : Cursor->GetPosition()->GetY());
+    const double Value =
+        Axis->ScaleTickToData(AVertical ? Cursor->GetPosition()->GetX() : Cursor->GetPosition()->GetY());
     // Crossings count from the start of the frame's slice; the host indexes the whole stage.
     const double Start = Channel->GetScreenStartIndex();
     const auto Add = [&](void*, int32_t, int32_t, double APosition, double AXValue, double AYValue, bool) {
@@ -210,8 +210,7 @@ int32_t TQVDisplayCursorChannelLinkData::GetHorizontalDrawSize() const
 
 void TQVDisplayCursorChannelLinkData::GetHorizontalDrawDataIndexes(double* AIndexes) const
 {
-    CopyInto("TQVDisplayCursorChannelLinkData.GetHorizontalDrawDataIndexes", GetHorizontalDrawDataIndexes(),
-             AIndexes);
+    CopyInto("TQVDisplayCursorChannelLinkData.GetHorizontalDrawDataIndexes", GetHorizontalDrawDataIndexes(), AIndexes);
 }
 
 std::vector<double> TQVDisplayCursorChannelLinkData::GetHorizontalDrawDataIndexes() const

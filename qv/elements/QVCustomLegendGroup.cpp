@@ -10,9 +10,8 @@ namespace qv {
 // ---- TQVCustomLegendItem ----
 
 TQVCustomLegendItem::TQVCustomLegendItem(TQLCollection* ACollection)
-    : TQVDisplayCollectionItem(ACollection),
-      FPen(std::make_unique<TQVDisplayPen>(
-          this, GetLock(), [this] { NotifyProp(); }, 0xFFFF0000, 1)),
+    : TQVDisplayCollectionItem(ACollection), FPen(std::make_unique<TQVDisplayPen>(
+                                                 this, GetLock(), [this] { NotifyProp(); }, 0xFFFF0000, 1)),
       FBrush(std::make_unique<TQVDisplayBrush>(
           this, GetLock(), [this] { NotifyProp(); }, 0xFFFF0000, bkSolid))
 {}
@@ -96,11 +95,10 @@ std::string TQVLegendGroupCollectionItem::GetDisplayName() const
 
 const TQLClassInfo& TQVLegendGroupCollectionItem::StaticClassInfo()
 {
-    static const TQLClassInfo Info =
-        TQLClassBuilder<TQVLegendGroupCollectionItem>("TQVLegendGroupCollectionItem",
-                                                      &TQLNamedCollectionItem::StaticClassInfo())
-            .Object("Group", &TQVLegendGroupCollectionItem::GetGroup)
-            .Build();
+    static const TQLClassInfo Info = TQLClassBuilder<TQVLegendGroupCollectionItem>(
+                                         "TQVLegendGroupCollectionItem", &TQLNamedCollectionItem::StaticClassInfo())
+                                         .Object("Group", &TQVLegendGroupCollectionItem::GetGroup)
+                                         .Build();
     return Info;
 }
 

@@ -1,7 +1,7 @@
 #include "qv/elements/QVDisplayChannelLink.h"
 
-#include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVChannelPlot.h"
+#include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVHighlightInfo.h"
 #include "qv/channels/QVScopeChannel.h"
 #include "qv/channels/QVScopeDataView.h"
@@ -24,8 +24,9 @@ const TQVChannelItemHighlighting* LinkSettings(const TQVDisplayOwner* ADisplay)
 } // namespace
 
 TQVDisplayChannelLink::TQVDisplayChannelLink(TQLCollection* ACollection)
-    : TQVOptionalDisplayCollectionItem(ACollection), FBrush(std::make_unique<TQVDisplayBrush>(
-                                                         this, GetLock(), [this] { NotifyProp(); }, 0xFF808080, bkSolid))
+    : TQVOptionalDisplayCollectionItem(ACollection),
+      FBrush(std::make_unique<TQVDisplayBrush>(
+          this, GetLock(), [this] { NotifyProp(); }, 0xFF808080, bkSolid))
 {}
 
 TQVDisplayChannelLink::~TQVDisplayChannelLink()
@@ -85,8 +86,7 @@ void TQVDisplayChannelLink::SetEndIndex(TQVDisplayChannel*& AEnd, int32_t& AInde
     TQLCollection* List = Channels();
     if (AValue < -1 || AValue >= (List ? List->GetCount() : 0))
         throw std::out_of_range("TQVDisplayChannelLink: no channel " + std::to_string(AValue));
-    SetEnd(AEnd, AIndex, AOther,
-           AValue < 0 ? nullptr : static_cast<TQVDisplayChannel*>(List->GetBaseItem(AValue)));
+    SetEnd(AEnd, AIndex, AOther, AValue < 0 ? nullptr : static_cast<TQVDisplayChannel*>(List->GetBaseItem(AValue)));
 }
 
 int32_t TQVDisplayChannelLink::GetFirstChannelIndex() const

@@ -78,8 +78,7 @@ private:
     void MoveEnd(TQVDisplayChannel*& AEnd, int32_t& AIndex, TQVDisplayChannel* AOther, TQVDisplayChannel* AChannel);
     // The plotted points of AChannel in this frame, appended to FPoints (reversed when
     // AReverse); returns how many.
-    uint32_t Collect(TQVDisplayChannel* AChannel, TQLCanvas& ACanvas, const TRect& ARect, bool Printing,
-                     bool AReverse);
+    uint32_t Collect(TQVDisplayChannel* AChannel, TQLCanvas& ACanvas, const TRect& ARect, bool Printing, bool AReverse);
     bool DrawnHighlighted(bool APrinting) const;
 
     TQVDisplayChannel* FFirstChannel = nullptr;

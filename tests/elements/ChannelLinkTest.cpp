@@ -80,11 +80,11 @@ TEST_F(ChannelLinks, AnEndMovesToTheNextChannelButNeverToTheOneGoingOrTheOtherEn
         int32_t NewFirst, NewSecond;
     };
     const TCase Cases[] = {
-        {3, 0, 1, 0, true, 1, 0},   // first end: channel 1 is the other end, so channel 2 (now 1)
-        {2, 0, 1, 1, true, 0, -1},  // no other channel left for the second end
-        {2, 0, 0, 0, true, 0, -1},  // both ends on the one going: the first takes the other
-        {3, 0, 1, 1, false, 0, 2},  // removed while still listed: the next after it
-        {3, 2, 1, 2, false, 0, 1},  // round to the first
+        {3, 0, 1, 0, true, 1, 0},  // first end: channel 1 is the other end, so channel 2 (now 1)
+        {2, 0, 1, 1, true, 0, -1}, // no other channel left for the second end
+        {2, 0, 0, 0, true, 0, -1}, // both ends on the one going: the first takes the other
+        {3, 0, 1, 1, false, 0, 2}, // removed while still listed: the next after it
+        {3, 2, 1, 2, false, 0, 1}, // round to the first
     };
     for (const TCase& C : Cases) {
         TQVScope S;
