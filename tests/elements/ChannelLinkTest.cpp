@@ -146,13 +146,17 @@ TEST_F(ChannelLinks, AZoneSnapshotTakenWhileAProducerAddsSamplesAgreesWithItsSam
     E->GetPoint2()->SetY(100);
     TQVDisplayZoneChannelLink* Link = E->GetChannels()->Add();
     Link->SetChannel(Channel(0));
-    // A bounded record, so that every snapshot copies a few thousand samples however fast the
-    // producer runs, and the ring's wrap-around is part of what the snapshots see.
-    Scope.SetSizeLimit(5000);
+    // A bounded record, fed in blocks that leave the lock to the reader between them.
+    Scope.SetSizeLimit(20000);
     std::atomic<bool> Stop{false};
     std::thread Producer([&] {
-        for (int32_t i = 0; !Stop.load(); ++i)
-            Channel(0)->GetData()->AddYPoint(double(i % 200));
+        std::vector<double> Block(100);
+        for (int32_t i = 0; !Stop.load(); ++i) {
+            for (size_t j = 0; j < Block.size(); ++j)
+                Block[j] = double((i + int32_t(j)) % 200);
+            Channel(0)->GetData()->AddYData(Block.data(), uint32_t(Block.size()));
+            std::this_thread::yield();
+        }
     });
     for (int32_t k = 0; k < 200; ++k) {
         const auto Snap = Link->GetData()->GetDataSnapshot();
