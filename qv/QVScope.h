@@ -9,6 +9,7 @@
 #include "qv/axes/QVScaleTickText.h"
 #include "qv/axes/QVScopeXAxis.h"
 #include "qv/axes/QVScopeYAxis.h"
+#include "qv/axes/QVZoomPin.h"
 #include "qv/channels/QVChannelData.h"
 #include "qv/channels/QVChannelLookupC.h"
 #include "qv/channels/QVDisplayHighlighting.h"

@@ -10,11 +10,14 @@
 //
 //   qv_demo [--offscreen] [--out DIR] [--seconds N]
 //
+// Under the scope a second one shows the chirp alone, its time axis tied to the first: zoom
+// either and both show the same stretch of time.
+//
 // With a display it opens a window. With --offscreen (the platform needs no display) it runs
 // for N seconds (default 3) and writes DIR/scope-1.png, DIR/scope-2.png, ... one a second,
 // DIR/scope.png and DIR/waterfall.png and the whole window as DIR/window.png at the end, and
-// DIR/scope-zoomed.png after a box drag over the middle of the plot (DIR defaults to the
-// current directory).
+// DIR/scope-zoomed.png and DIR/window-zoomed.png after a box drag over the middle of the
+// plot (DIR defaults to the current directory).
 
 #include <qv/QVScope.h>
 #include <qv/qt/QLQtImage.h>
@@ -27,6 +30,7 @@
 #include <QDir>
 #include <QHBoxLayout>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <atomic>
@@ -55,8 +59,10 @@ constexpr int BlockSamples = int(SampleRate) * BlockMs / 1000;
 // takes samples from any thread and never makes the producer wait for a paint.
 class TProducer {
 public:
-    // AChirp, when given, also takes every block of the chirp.
-    TProducer(TQVScope& AScope, demo::TSpectrum* AChirp) : FScope(AScope), FChirp(AChirp), FThread([this] { Run(); }) {}
+    // AChirp and AChirpScope, when given, also take every block of the chirp.
+    TProducer(TQVScope& AScope, demo::TSpectrum* AChirp, TQVScope* AChirpScope = nullptr)
+        : FScope(AScope), FChirp(AChirp), FChirpScope(AChirpScope), FThread([this] { Run(); })
+    {}
     ~TProducer()
     {
         FStop = true;
@@ -91,6 +97,8 @@ private:
             Channels.GetItem(2)->GetData()->AddYData(Chirp.data(), BlockSamples);
             if (FChirp)
                 FChirp->Add(Chirp.data(), BlockSamples);
+            if (FChirpScope)
+                FChirpScope->GetChannels()->GetItem(0)->GetData()->AddYData(Chirp.data(), BlockSamples);
             Next += std::chrono::milliseconds(BlockMs);
             std::this_thread::sleep_until(Next);
         }
@@ -98,6 +106,7 @@ private:
 
     TQVScope& FScope;
     demo::TSpectrum* FChirp;
+    TQVScope* FChirpScope;
     std::atomic<bool> FStop{false};
     std::thread FThread;
 };
@@ -200,6 +209,22 @@ void SetUpUndo(TQVScope& AScope)
     });
 }
 
+// A second scope under the first shows the chirp alone. The time axes of the two are tied
+// through their zoom pins: a zoom, a pan, a wheel step or an undo on either shows the same
+// stretch of time on the other.
+void SetUpChirpScope(TQVScope& AMain, TQVScope& AChirp)
+{
+    AChirp.SetSizeLimit(KeptSamples);
+    TQVScopeChannel* Channel = AChirp.GetChannels()->GetItem(0);
+    Channel->SetName("Chirp");
+    Channel->SetColor(AMain.GetChannels()->GetItem(2)->GetColor());
+    Channel->GetData()->SetSampleRate(SampleRate);
+    AChirp.GetTitle()->SetText("The chirp, time tied to the scope above");
+    AChirp.GetXAxis()->SetTicksMode(atmTime);
+    AChirp.GetXAxis()->GetZoomPin()->Connect(*AMain.GetXAxis()->GetZoomPin());
+    SetUpUndo(AChirp);
+}
+
 // What a user's box drag over the middle of the plot does, for the offscreen pictures.
 void DragZoomBox(TQVScope& AScope)
 {
@@ -258,21 +283,26 @@ int main(int argc, char** argv)
         QWidget Window;
         Window.setWindowTitle(QStringLiteral("QVScope demo"));
         auto* Layout = new QHBoxLayout(&Window);
+        auto* Scopes = new QVBoxLayout();
         auto* Widget = new TQVScopeWidget(&Window);
+        auto* ChirpWidget = new TQVScopeWidget(&Window);
         auto* WaterfallWidget = new TQVWaterfallWidget(&Window);
-        Layout->addWidget(Widget, 3);
+        Scopes->addWidget(Widget, 2);
+        Scopes->addWidget(ChirpWidget, 1);
+        Layout->addLayout(Scopes, 3);
         Layout->addWidget(WaterfallWidget, 2);
-        Window.resize(1600, 600);
+        Window.resize(1600, 900);
         TQVScope& Scope = Widget->GetScope();
         TQVWaterfall& Waterfall = WaterfallWidget->GetWaterfall();
         SetUpScope(Scope);
         SetUpMeasurement(Scope);
         SetUpChannelLink(Scope);
         SetUpUndo(Scope);
+        SetUpChirpScope(Scope, ChirpWidget->GetScope());
         demo::SetUpWaterfall(Waterfall, SampleRate);
         demo::TSpectrum Spectrum(Waterfall, SampleRate);
         demo::TSliceFollower SliceFollower(Waterfall);
-        TProducer Producer(Scope, &Spectrum);
+        TProducer Producer(Scope, &Spectrum, &ChirpWidget->GetScope());
         Window.show();
 
         // Pictures of what is on screen: one a second, and the last one as scope.png.
@@ -302,6 +332,9 @@ int main(int argc, char** argv)
                     Scope.SetHold(true); // the zoomed picture shows the same data
                     Scope.RefreshView();
                     Save(QStringLiteral("scope-zoomed.png"));
+                    // The chirp's scope below has followed the zoom through the tied axes.
+                    ChirpWidget->GetScope().RefreshView();
+                    Window.grab().save(QDir(OutDir).filePath(QStringLiteral("window-zoomed.png")));
                     App.quit();
                 }
             });

@@ -46,8 +46,28 @@ void TQVZoomPin::Disconnect()
 
 void TQVZoomPin::SendChange(TQVZoomOperation AOperation)
 {
-    if (FPartner)
-        FSource.Notify(TQWSuppliedZoomOperation(FAxis, AOperation));
+    if (!FPartner)
+        return;
+    const TQLLockPtr& Lock = FAxis->GetLock();
+    double Min = 0.0, Max = 0.0;
+    {
+        auto Guard = Lock->AcquireRead();
+        if (!Guard)
+            return;
+        FAxis->GetInternalZoomTo(Min, Max);
+    }
+    std::weak_ptr<TQVZoomPin*> Alive = FAlive;
+    Lock->GetBasicLock()->RunAfterRelease([Alive, AOperation, Min, Max] {
+        const std::shared_ptr<TQVZoomPin*> Pin = Alive.lock();
+        if (!Pin || !(*Pin)->FPartner)
+            return;
+        try {
+            (*Pin)->FSource.Notify(TQWSuppliedZoomOperation((*Pin)->FAxis, AOperation, Min, Max));
+        } catch (const std::exception&) {
+            // A window the partner cannot take leaves its axis as it was: the hand-over runs
+            // from the release of a lock guard, where an exception has nowhere to go.
+        }
+    });
 }
 
 bool TQVZoomPin::DispatchData(TQVDataKind /*ADataTypeID*/, const TQWOperation& AOperation, uint64_t /*AState*/)
@@ -60,10 +80,8 @@ bool TQVZoomPin::DispatchData(TQVDataKind /*ADataTypeID*/, const TQWOperation& A
         FAxis->InvalidateRecalc();
         return true;
     }
-    double Min = 0.0, Max = 0.0;
-    Zoom->GetAxis()->GetInternalZoomTo(Min, Max);
     // Taken without sending it back: the partner has this window already.
-    FAxis->InternalZoomToScale(Min, Max, zoZoom, false);
+    FAxis->InternalZoomToScale(Zoom->GetMin(), Zoom->GetMax(), zoZoom, false);
     return true;
 }
 

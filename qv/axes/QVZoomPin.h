@@ -6,7 +6,10 @@
 //
 // The pin is a source and a sink of axis states (dkAxisState) over the pin framework; a
 // connection joins this pin's source to the other's sink and the other's source to this
-// sink. Deliveries run on the thread that changed the sending axis.
+// sink. Deliveries run on the thread that changed the sending axis, once that thread has let
+// the sending display's lock go: the receiver takes its own display's lock, and a thread
+// holding both locks, in whichever order the user happens to zoom, could deadlock against
+// another doing the same the other way round.
 
 #include "qv/component/QVZoomTypes.h"
 #include "qv/pins/QWPins.h"
@@ -17,17 +20,24 @@ namespace qv {
 
 class TQVDisplayAxis;
 
-// An axis changed its zoom window by AOperation; the receiver reads the window from it.
+// An axis changed its zoom window by AOperation. The window (on the printed scale) is read
+// while the sender's lock is held and travels with the operation, so the receiver never
+// reaches into the sending display.
 class TQWSuppliedZoomOperation : public TQWOperation {
 public:
-    TQWSuppliedZoomOperation(TQVDisplayAxis* AAxis, TQVZoomOperation AOperation) : FAxis(AAxis), FOperation(AOperation)
+    TQWSuppliedZoomOperation(TQVDisplayAxis* AAxis, TQVZoomOperation AOperation, double AMin, double AMax)
+        : FAxis(AAxis), FOperation(AOperation), FMin(AMin), FMax(AMax)
     {}
     TQVDisplayAxis* GetAxis() const { return FAxis; }
     TQVZoomOperation GetOperation() const { return FOperation; }
+    double GetMin() const { return FMin; }
+    double GetMax() const { return FMax; }
 
 private:
     TQVDisplayAxis* FAxis;
     TQVZoomOperation FOperation;
+    double FMin;
+    double FMax;
 };
 
 class TQVZoomPin {
@@ -46,10 +56,12 @@ public:
     void Disconnect();
     bool IsConnected() const { return FPartner != nullptr; }
     TQVZoomPin* GetPartner() const { return FPartner; }
-    // Tells the partner that the axis' window changed by AOperation.
+    // Tells the partner that the axis' window changed by AOperation: the window is taken now,
+    // and handed over once the calling thread lets the axis' display lock go (at once when it
+    // does not hold it).
     void SendChange(TQVZoomOperation AOperation);
     // What arrives: a zoom off switches the axis' zoom off; any other change takes the
-    // sender's window. Returns whether the operation was one of the pin's.
+    // window it carries. Returns whether the operation was one of the pin's.
     bool DispatchData(TQVDataKind ADataTypeID, const TQWOperation& AOperation, uint64_t AState);
 
 private:
@@ -57,6 +69,9 @@ private:
     TQWSourcePin FSource{dkAxisState};
     std::shared_ptr<TQWSinkPin> FSink;
     TQVZoomPin* FPartner = nullptr;
+    // Expires with the pin, so that a hand-over still waiting for the lock's release finds
+    // out that the pin has gone.
+    std::shared_ptr<TQVZoomPin*> FAlive = std::make_shared<TQVZoomPin*>(this);
 };
 
 } // namespace qv

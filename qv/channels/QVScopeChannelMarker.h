@@ -8,16 +8,11 @@
 #include "qv/foundation/QLListError.h"
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
 namespace qv {
 
 class TQVScopeChannel;
-
-// A channel marker was dragged from AOldPosition to ANewPosition (sample indexes).
-using TQVScopeMarkerDraggedEvent =
-    std::function<void(TQLPersistent* Sender, double& AOldPosition, double& ANewPosition)>;
 
 class TQVScopeChannelMarker : public TQVBasicDisplayMarker {
 public:

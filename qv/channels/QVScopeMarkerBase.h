@@ -15,6 +15,7 @@
 #include "qv/foundation/QVDisplayPen.h"
 #include "qv/foundation/QVMarkerShapes.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,6 +25,13 @@ namespace qv {
 class TQVDisplayAxis;
 class TQVDisplayMarkerGroup;
 class TQVBasicDisplayMarker;
+
+// A free marker was dragged from AOldPosition to ANewPosition (axis values).
+using TQVDisplayMarkerDraggedEvent =
+    std::function<void(TQLPersistent* Sender, TQVRealPoint& AOldPosition, TQVRealPoint& ANewPosition)>;
+// A channel marker was dragged from AOldPosition to ANewPosition (sample indexes).
+using TQVScopeMarkerDraggedEvent =
+    std::function<void(TQLPersistent* Sender, double& AOldPosition, double& ANewPosition)>;
 
 // Where a marker's label stands beside the point: left of it (0 to 2), right (3 to 5) or
 // centred on it (6 to 8); above (0, 3, 6), below (1, 4, 7) or centred (2, 5, 8).

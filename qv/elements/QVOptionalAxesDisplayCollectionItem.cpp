@@ -1,13 +1,18 @@
 #include "qv/elements/QVOptionalAxesDisplayCollectionItem.h"
 
 #include "qv/axes/QVDisplayAxis.h"
+#include "qv/axes/QVLegacyAxisData.h"
 #include "qv/channels/QVChannelPlot.h"
 #include "qv/component/QVDisplayOwner.h"
 #include "qv/foundation/QLClassBuilder.h"
 #include "qv/foundation/QVLog10a.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace qv {
 
@@ -40,37 +45,57 @@ double TQVElementAxesWindow::YWidth() const
     return NonZero(YLog ? QVLog10a(YMax) - QVLog10a(YMin) : YMax - YMin);
 }
 
-void TQVOptionalAxesDisplayCollectionItem::SetXAxisIndex(int32_t AValue)
+void IQVOptionalAxesDisplayCollectionItem::SetXAxisIndex(int32_t AValue)
 {
     CheckAxisIndex("XAxisIndex", AValue);
-    Set(FXAxisIndex, AValue);
+    FItem.GetLock()->GetBasicLock()->Setter(FXAxisIndex, AValue, [this] { AxisIndexChanged(); });
 }
 
-void TQVOptionalAxesDisplayCollectionItem::SetYAxisIndex(int32_t AValue)
+void IQVOptionalAxesDisplayCollectionItem::SetYAxisIndex(int32_t AValue)
 {
     CheckAxisIndex("YAxisIndex", AValue);
-    Set(FYAxisIndex, AValue);
+    FItem.GetLock()->GetBasicLock()->Setter(FYAxisIndex, AValue, [this] { AxisIndexChanged(); });
 }
 
-TQVDisplayAxis* TQVOptionalAxesDisplayCollectionItem::GetXAxis() const
+std::string IQVOptionalAxesDisplayCollectionItem::GetAxisIndex_() const
 {
-    const TQVDisplayOwner* Display = GetDisplay();
+    return std::to_string(FYAxisIndex) + " " + std::to_string(FXAxisIndex);
+}
+
+void IQVOptionalAxesDisplayCollectionItem::ReadAxisIndex(const std::string& AText)
+{
+    const std::vector<double> Values = QVParseRealList(AText, "AxisIndex_");
+    const bool Whole = std::all_of(Values.begin(), Values.end(), [](double AValue) {
+        return AValue >= 0.0 && AValue <= double(std::numeric_limits<int32_t>::max()) && std::floor(AValue) == AValue;
+    });
+    if (Values.empty() || Values.size() > 2 || !Whole)
+        throw std::invalid_argument("AxisIndex_: \"" + AText +
+                                    "\" is not a Y axis index and an X axis index (whole numbers from 0)");
+    auto Guard = FItem.GetLock()->AcquireWrite();
+    SetYAxisIndex(int32_t(Values[0]));
+    if (Values.size() == 2)
+        SetXAxisIndex(int32_t(Values[1]));
+}
+
+TQVDisplayAxis* IQVOptionalAxesDisplayCollectionItem::GetXAxis() const
+{
+    const TQVDisplayOwner* Display = FItem.GetDisplay();
     if (!Display)
         return nullptr;
     TQVDisplayAxis* Axis = Display->GetXAxisByIndex(FXAxisIndex);
     return Axis ? Axis : Display->GetXAxis();
 }
 
-TQVDisplayAxis* TQVOptionalAxesDisplayCollectionItem::GetYAxis() const
+TQVDisplayAxis* IQVOptionalAxesDisplayCollectionItem::GetYAxis() const
 {
-    const TQVDisplayOwner* Display = GetDisplay();
+    const TQVDisplayOwner* Display = FItem.GetDisplay();
     if (!Display)
         return nullptr;
     TQVDisplayAxis* Axis = Display->GetYAxisByIndex(FYAxisIndex);
     return Axis ? Axis : Display->GetYAxis();
 }
 
-bool TQVOptionalAxesDisplayCollectionItem::GetAxesWindow(TQVElementAxesWindow& AWindow, bool AWidenEmptyX) const
+bool IQVOptionalAxesDisplayCollectionItem::GetAxesWindow(TQVElementAxesWindow& AWindow, bool AWidenEmptyX) const
 {
     AWindow.XAxis = GetXAxis();
     AWindow.YAxis = GetYAxis();
@@ -94,7 +119,7 @@ bool TQVOptionalAxesDisplayCollectionItem::GetAxesWindow(TQVElementAxesWindow& A
     return true;
 }
 
-int32_t TQVOptionalAxesDisplayCollectionItem::GetVAt(double AValue, bool ATurned, const TRect& ARect, double AMin,
+int32_t IQVOptionalAxesDisplayCollectionItem::GetVAt(double AValue, bool ATurned, const TRect& ARect, double AMin,
                                                      double /*AMax*/, double AScale, double AWidth) const
 {
     const TQVDisplayAxis* Axis = GetXAxis();
@@ -105,7 +130,7 @@ int32_t TQVOptionalAxesDisplayCollectionItem::GetVAt(double AValue, bool ATurned
     return P0 + Round((double(P1) - P0 - 1) * (AValue - AMin) / AWidth);
 }
 
-int32_t TQVOptionalAxesDisplayCollectionItem::GetHAt(double AValue, bool ATurned, const TRect& ARect, double AMin,
+int32_t IQVOptionalAxesDisplayCollectionItem::GetHAt(double AValue, bool ATurned, const TRect& ARect, double AMin,
                                                      double AMax, double AScale, double AWidth) const
 {
     const TQVDisplayAxis* Axis = GetYAxis();
@@ -127,10 +152,10 @@ const TQLClassInfo& TQVOptionalAxesDisplayCollectionItem::StaticClassInfo()
     static const TQLClassInfo Info =
         TQLClassBuilder<TQVOptionalAxesDisplayCollectionItem>("TQVOptionalAxesDisplayCollectionItem",
                                                               &TQVOptionalDisplayCollectionItem::StaticClassInfo())
-            .Property("XAxisIndex", &TQVOptionalAxesDisplayCollectionItem::GetXAxisIndex,
-                      &TQVOptionalAxesDisplayCollectionItem::SetXAxisIndex, 0)
-            .Property("YAxisIndex", &TQVOptionalAxesDisplayCollectionItem::GetYAxisIndex,
-                      &TQVOptionalAxesDisplayCollectionItem::SetYAxisIndex, 0)
+            .Property("XAxisIndex", &IQVOptionalAxesDisplayCollectionItem::GetXAxisIndex,
+                      &IQVOptionalAxesDisplayCollectionItem::SetXAxisIndex, 0)
+            .Property("YAxisIndex", &IQVOptionalAxesDisplayCollectionItem::GetYAxisIndex,
+                      &IQVOptionalAxesDisplayCollectionItem::SetYAxisIndex, 0)
             .Build();
     return Info;
 }

@@ -5,6 +5,8 @@
 #include "qv/component/QVDisplayCollectionItem.h"
 #include "qv/foundation/QLTypes.h"
 
+#include <string>
+
 namespace qv {
 
 class TQVDisplayAxis;
@@ -22,9 +24,14 @@ struct TQVElementAxesWindow {
     double YWidth() const;
 };
 
-class TQVOptionalAxesDisplayCollectionItem : public TQVOptionalDisplayCollectionItem {
+// What every element tied to an X and a Y axis shares, whatever collection item it is built
+// on: the axes by index, the pixels of values on them, and the stored form of the indexes.
+// Cursors, zones and labels take it with TQVOptionalAxesDisplayCollectionItem; free markers,
+// which are markers first, take it beside their marker base.
+class IQVOptionalAxesDisplayCollectionItem {
 public:
-    using TQVOptionalDisplayCollectionItem::TQVOptionalDisplayCollectionItem;
+    IQVOptionalAxesDisplayCollectionItem(const IQVOptionalAxesDisplayCollectionItem&) = delete;
+    IQVOptionalAxesDisplayCollectionItem& operator=(const IQVOptionalAxesDisplayCollectionItem&) = delete;
 
     // 0 the main axis, N the additional axis N - 1; a negative index raises
     // std::out_of_range naming it. An index with no axis (yet) stands for the main axis.
@@ -48,11 +55,35 @@ public:
     int32_t GetHAt(double AValue, bool ATurned, const TRect& ARect, double AMin, double AMax, double AScale,
                    double AWidth) const;
 
-    QL_CLASS_INFO()
+    // Both indexes as one stored value, "AxisIndex_": the Y index, then the X index, as text.
+    // Worth storing only when either axis is not the main one.
+    std::string GetAxisIndex_() const;
+    bool GetAxisIndexStored() const { return FXAxisIndex != 0 || FYAxisIndex != 0; }
+    // Reads that value; the Y index alone leaves the X index as it is. Anything but one or
+    // two whole numbers at or above 0 raises std::invalid_argument naming the text and
+    // changes nothing.
+    void ReadAxisIndex(const std::string& AText);
+
+protected:
+    explicit IQVOptionalAxesDisplayCollectionItem(TQVDisplayCollectionItem* AItem) : FItem(*AItem) {}
+    virtual ~IQVOptionalAxesDisplayCollectionItem() = default;
+    // A changed index moves the item on the plot.
+    virtual void AxisIndexChanged() { FItem.InvalidateItem(); }
 
 private:
+    TQVDisplayCollectionItem& FItem;
     int32_t FXAxisIndex = 0;
     int32_t FYAxisIndex = 0;
+};
+
+class TQVOptionalAxesDisplayCollectionItem : public TQVOptionalDisplayCollectionItem,
+                                             public IQVOptionalAxesDisplayCollectionItem {
+public:
+    explicit TQVOptionalAxesDisplayCollectionItem(TQLCollection* ACollection)
+        : TQVOptionalDisplayCollectionItem(ACollection), IQVOptionalAxesDisplayCollectionItem(this)
+    {}
+
+    QL_CLASS_INFO()
 };
 
 } // namespace qv

@@ -48,36 +48,9 @@ const TQLClassInfo& TQVDisplayMarker::StaticClassInfo()
 
 // ---- TQVScopeMarker ----
 
-TQVScopeMarker::TQVScopeMarker(TQLCollection* ACollection) : TQVDisplayMarker(ACollection)
+TQVScopeMarker::TQVScopeMarker(TQLCollection* ACollection)
+    : TQVDisplayMarker(ACollection), IQVOptionalAxesDisplayCollectionItem(this)
 {}
-
-void TQVScopeMarker::SetXAxisIndex(int32_t AValue)
-{
-    Set(FXAxisIndex, AValue, [this] { InvalidateItem(); });
-}
-
-void TQVScopeMarker::SetYAxisIndex(int32_t AValue)
-{
-    Set(FYAxisIndex, AValue, [this] { InvalidateItem(); });
-}
-
-TQVDisplayAxis* TQVScopeMarker::GetXAxis() const
-{
-    TQVDisplayOwner* Display = GetDisplay();
-    if (!Display)
-        return nullptr;
-    TQVDisplayAxis* Axis = Display->GetXAxisByIndex(FXAxisIndex);
-    return Axis ? Axis : Display->GetXAxis();
-}
-
-TQVDisplayAxis* TQVScopeMarker::GetYAxis() const
-{
-    TQVDisplayOwner* Display = GetDisplay();
-    if (!Display)
-        return nullptr;
-    TQVDisplayAxis* Axis = Display->GetYAxisByIndex(FYAxisIndex);
-    return Axis ? Axis : Display->GetYAxis();
-}
 
 bool TQVScopeMarker::GetPixel(const TQVRealPoint& APosition, TPoint& APixel) const
 {
@@ -97,7 +70,11 @@ const TQLClassInfo& TQVScopeMarker::StaticClassInfo()
     using C = TQVScopeMarker;
     static const TQLClassInfo Info = TQLClassBuilder<C>("TQVScopeMarker", &TQVDisplayMarker::StaticClassInfo())
                                          .Property("XAxisIndex", &C::GetXAxisIndex, &C::SetXAxisIndex, 0)
+                                         .StoredWhen(&C::GetIndexStoredAlone)
                                          .Property("YAxisIndex", &C::GetYAxisIndex, &C::SetYAxisIndex, 0)
+                                         .StoredWhen(&C::GetIndexStoredAlone)
+                                         .Defined("AxisIndex_", &C::GetAxisIndex_, &C::ReadAxisIndex)
+                                         .StoredWhen(&C::GetAxisIndexStored)
                                          .Build();
     return Info;
 }

@@ -1,20 +1,15 @@
 #pragma once
 // Free markers: markers placed at an X and a Y value of the plot, owned by their marker
-// group. Their axes are chosen by index among the scope's X and Y axes; an index that finds
-// no axis falls back on the main axis.
+// group. Their axes are chosen by index among the scope's X and Y axes, as for every element
+// tied to axes; an index that finds no axis falls back on the main axis.
 
 #include "qv/channels/QVScopeMarkerBase.h"
 #include "qv/component/QVDisplayCollection.h"
-
-#include <functional>
+#include "qv/elements/QVOptionalAxesDisplayCollectionItem.h"
 
 namespace qv {
 
 class TQVScopeMarkerGroup;
-
-// A marker was dragged from AOldPosition to ANewPosition (axis values).
-using TQVDisplayMarkerDraggedEvent =
-    std::function<void(TQLPersistent* Sender, TQVRealPoint& AOldPosition, TQVRealPoint& ANewPosition)>;
 
 // A point in axis values; every change repaints through the owner's closure.
 class TQVDisplayMarkerPosition : public TQLPersistentNotify {
@@ -53,17 +48,10 @@ private:
     TQVDisplayMarkerDraggedEvent FOnDragged;
 };
 
-class TQVScopeMarker : public TQVDisplayMarker {
+class TQVScopeMarker : public TQVDisplayMarker, public IQVOptionalAxesDisplayCollectionItem {
 public:
     explicit TQVScopeMarker(TQLCollection* ACollection);
 
-    // The axes by index among the X (Y) axes; the main axis when the index finds none.
-    int32_t GetXAxisIndex() const { return FXAxisIndex; }
-    void SetXAxisIndex(int32_t AValue);
-    int32_t GetYAxisIndex() const { return FYAxisIndex; }
-    void SetYAxisIndex(int32_t AValue);
-    TQVDisplayAxis* GetXAxis() const;
-    TQVDisplayAxis* GetYAxis() const;
     // The control pixel of the marker's position; false while an axis is missing.
     bool GetPixel(const TQVRealPoint& APosition, TPoint& APixel) const;
 
@@ -74,8 +62,8 @@ protected:
     TQVDisplayAxis* GetLabelYAxis() const override { return GetYAxis(); }
 
 private:
-    int32_t FXAxisIndex = 0;
-    int32_t FYAxisIndex = 0;
+    // The indexes are stored together as "AxisIndex_", never one by one.
+    bool GetIndexStoredAlone() const { return false; }
 };
 
 // The free markers of one group. A new marker joins the group and is named "Marker" and

@@ -2,12 +2,37 @@
 
 namespace qv {
 
-std::recursive_mutex& TQLBasicLock::RootMutex()
+TQLBasicLock& TQLBasicLock::Root()
 {
     TQLBasicLock* Lock = this;
     while (Lock->FParent)
         Lock = Lock->FParent->GetBasicLock();
-    return Lock->FMutex;
+    return *Lock;
+}
+
+void TQLBasicLock::Unlock()
+{
+    if (--FDepth > 0 || FAfterRelease.empty()) {
+        FMutex.unlock();
+        return;
+    }
+    std::vector<TQLNotifyProc> Actions = std::move(FAfterRelease);
+    FAfterRelease.clear();
+    FMutex.unlock();
+    for (TQLNotifyProc& Action : Actions)
+        Action();
+}
+
+bool TQLBasicLock::RunAfterRelease(TQLNotifyProc AAction)
+{
+    if (!AAction)
+        return false;
+    auto Guard = Acquire();
+    if (!Guard)
+        return false;
+    // Runs when this guard, or the thread's outer one, lets the lock go.
+    Root().FAfterRelease.push_back(std::move(AAction));
+    return true;
 }
 
 bool TQLBasicLock::IsDestroying() const
@@ -21,22 +46,24 @@ TQLLockGuard TQLBasicLock::Acquire()
 {
     if (IsDestroying())
         return {};
-    std::recursive_mutex& Mutex = RootMutex();
-    Mutex.lock();
+    TQLBasicLock& Lock = Root();
+    Lock.FMutex.lock();
     // The owner may have started going away while this thread waited.
     if (IsDestroying()) {
-        Mutex.unlock();
+        Lock.FMutex.unlock();
         return {};
     }
-    return TQLLockGuard(&Mutex);
+    ++Lock.FDepth;
+    return TQLLockGuard(&Lock);
 }
 
 TQLLockGuard TQLBasicLock::AcquireDestroy()
 {
-    std::recursive_mutex& Mutex = RootMutex();
-    Mutex.lock();
+    TQLBasicLock& Lock = Root();
+    Lock.FMutex.lock();
+    ++Lock.FDepth;
     FDestroying.store(true, std::memory_order_release);
-    return TQLLockGuard(&Mutex);
+    return TQLLockGuard(&Lock);
 }
 
 } // namespace qv

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -13,6 +14,7 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace qv {
 
@@ -23,13 +25,13 @@ class TQLBasicLock;
 class TQLLockGuard {
 public:
     TQLLockGuard() = default;
-    explicit TQLLockGuard(std::recursive_mutex* AMutex) : FMutex(AMutex) {}
-    TQLLockGuard(TQLLockGuard&& AOther) noexcept : FMutex(std::exchange(AOther.FMutex, nullptr)) {}
+    explicit TQLLockGuard(TQLBasicLock* ARoot) : FRoot(ARoot) {}
+    TQLLockGuard(TQLLockGuard&& AOther) noexcept : FRoot(std::exchange(AOther.FRoot, nullptr)) {}
     TQLLockGuard& operator=(TQLLockGuard&& AOther) noexcept
     {
         if (this != &AOther) {
             Release();
-            FMutex = std::exchange(AOther.FMutex, nullptr);
+            FRoot = std::exchange(AOther.FRoot, nullptr);
         }
         return *this;
     }
@@ -37,15 +39,13 @@ public:
     TQLLockGuard& operator=(const TQLLockGuard&) = delete;
     ~TQLLockGuard() { Release(); }
 
-    explicit operator bool() const { return FMutex != nullptr; }
-    void Release()
-    {
-        if (FMutex)
-            std::exchange(FMutex, nullptr)->unlock();
-    }
+    explicit operator bool() const { return FRoot != nullptr; }
+    // Lets the lock go; the outermost release of a thread also runs what was queued with
+    // RunAfterRelease.
+    void Release();
 
 private:
-    std::recursive_mutex* FMutex = nullptr;
+    TQLBasicLock* FRoot = nullptr;
 };
 
 class IQLLock {
@@ -73,6 +73,13 @@ public:
     TQLLockGuard AcquireDestroy() override;
     bool IsDestroying() const override;
     TQLBasicLock* GetBasicLock() override { return this; }
+
+    // Runs AAction once this lock is free: at once when the calling thread does not hold it,
+    // else when the thread's outermost guard is released. Work that takes another display's
+    // lock goes this way, so that no thread holds two displays' locks at once. The action
+    // must not throw (it may run from a guard's destructor). Dropped when the lock's owner is
+    // on its way out; returns whether it was taken.
+    bool RunAfterRelease(TQLNotifyProc AAction);
 
     void SetNotify(TQLNotifyProc ANotify) { FNotify = std::move(ANotify); }
     const TQLNotifyProc& GetNotify() const { return FNotify; }
@@ -147,12 +154,19 @@ private:
             return true;
     }
 
+    friend class TQLLockGuard;
+
     TQLLockGuard Acquire();
-    std::recursive_mutex& RootMutex();
+    TQLBasicLock& Root();
+    void Unlock();
 
     std::shared_ptr<IQLLock> FParent;
     TQLNotifyProc FNotify;
-    std::recursive_mutex FMutex; // used only by a root lock
+    // Used only by a root lock. FDepth counts the holder's guards and FAfterRelease holds the
+    // actions waiting for the outermost one; both are touched only by the holding thread.
+    std::recursive_mutex FMutex;
+    int32_t FDepth = 0;
+    std::vector<TQLNotifyProc> FAfterRelease;
     std::atomic<bool> FDestroying{false};
 };
 
@@ -164,6 +178,12 @@ public:
         : TQLBasicLock(std::move(AParent), std::move(ANotify))
     {}
 };
+
+inline void TQLLockGuard::Release()
+{
+    if (FRoot)
+        std::exchange(FRoot, nullptr)->Unlock();
+}
 
 using TQLLockPtr = std::shared_ptr<IQLLock>;
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -288,6 +289,16 @@ TEST(Marker, StoredFormRoundTrip)
     S.Groups().Add();
     TQVScopeMarker* Free = S.AddMarker(msDiamond, 3, 4);
     Free->GetGroup()->GetLabels()->SetText("%Y");
+    Free->SetYAxisIndex(2); // no such axis yet: kept, and the main axis stands in
+    // The axis indexes travel together, Y first, and only when either is not the main axis.
+    const TQLStoredNode MarkerForm = QLSaveObject(*Free);
+    EXPECT_EQ(MarkerForm.Find("XAxisIndex"), nullptr);
+    EXPECT_EQ(MarkerForm.Find("YAxisIndex"), nullptr);
+    ASSERT_NE(MarkerForm.Find("AxisIndex_"), nullptr);
+    EXPECT_EQ(MarkerForm.Find("AxisIndex_")->String, "2 0");
+    Free->SetYAxisIndex(0);
+    EXPECT_EQ(QLSaveObject(*Free).Find("AxisIndex_"), nullptr);
+    Free->SetYAxisIndex(2);
     S.Scope.GetChannels()->GetItem(0)->GetMarkers()->AddMarkerAt(1, 7);
     S.Scope.GetLabels()->Add()->SetName("note");
     const TQLStoredNode Form = QLSaveObject(S.Scope);
@@ -300,6 +311,8 @@ TEST(Marker, StoredFormRoundTrip)
     EXPECT_EQ(Group->GetLabels()->GetText(), "%Y");
     ASSERT_EQ(Group->GetMarkers()->GetCount(), 1);
     EXPECT_EQ(Group->GetMarkers()->GetItem(0)->GetPosition()->GetY(), 4.0);
+    EXPECT_EQ(Group->GetMarkers()->GetItem(0)->GetYAxisIndex(), 2);
+    EXPECT_EQ(Group->GetMarkers()->GetItem(0)->GetYAxis(), T.Scope.GetYAxis());
     const TQVScopeChannelMarkers* Markers = T.Scope.GetChannels()->GetItem(0)->GetMarkers();
     ASSERT_EQ(Markers->GetCount(), 1);
     EXPECT_EQ(Markers->GetItem(0)->GetPosition(), 7.0);
@@ -308,4 +321,35 @@ TEST(Marker, StoredFormRoundTrip)
     EXPECT_EQ(Group->GetMarkerCount(), 2);
     ASSERT_EQ(T.Scope.GetLabels()->GetCount(), 1);
     EXPECT_EQ(T.Scope.GetLabels()->GetItem(0)->GetName(), "note");
+}
+
+// The stored axis indexes read back: the Y index alone leaves X as it is; anything but one or
+// two whole numbers from 0 is refused by name and changes neither index.
+TEST(Marker, AxisIndexReading)
+{
+    struct TCase {
+        const char* Text;
+        bool Valid;
+        int32_t Y, X;
+    };
+    const TCase Cases[] = {{"3", true, 3, 1},   {"4 5", true, 4, 5},  {"0,0", true, 0, 0},    {"", false, 2, 1},
+                           {"-1", false, 2, 1}, {"1.5", false, 2, 1}, {"1 2 3", false, 2, 1}, {"y", false, 2, 1}};
+    for (const TCase& C : Cases) {
+        TMarkerScope S;
+        TQVScopeMarker* Marker = S.AddMarker(msSquare, 0, 0);
+        Marker->SetYAxisIndex(2);
+        Marker->SetXAxisIndex(1);
+        if (C.Valid) {
+            Marker->ReadAxisIndex(C.Text);
+        } else {
+            try {
+                Marker->ReadAxisIndex(C.Text);
+                ADD_FAILURE() << "accepted \"" << C.Text << "\"";
+            } catch (const std::invalid_argument& E) {
+                EXPECT_NE(std::string(E.what()).find(std::string("\"") + C.Text + "\""), std::string::npos) << E.what();
+            }
+        }
+        EXPECT_EQ(Marker->GetYAxisIndex(), C.Y) << C.Text;
+        EXPECT_EQ(Marker->GetXAxisIndex(), C.X) << C.Text;
+    }
 }

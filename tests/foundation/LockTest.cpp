@@ -306,3 +306,36 @@ TEST(LockGuard, ExceptionFromAClosureReleasesTheGuard)
     TContender Other(Root);
     EXPECT_TRUE(Other.Acquired());
 }
+
+// Work queued while a thread holds the lock (here through a chained lock) waits for the
+// thread's outermost guard and then runs with the lock free, in the order queued; queued
+// with the lock free it runs at once; on a lock on its way out it is dropped.
+TEST(LockGuard, RunAfterReleaseWaitsForTheOutermostGuard)
+{
+    auto Root = QLMakeLock();
+    auto Chained = QLMakeChainedLock(Root, {});
+    std::vector<std::string> Ran;
+    bool FreeWhileRunning = false;
+    {
+        auto Outer = Root->AcquireWrite();
+        {
+            auto Inner = Chained->AcquireWrite();
+            EXPECT_TRUE(Chained->GetBasicLock()->RunAfterRelease([&] {
+                Ran.push_back("first");
+                FreeWhileRunning = std::async(std::launch::async, [&] { return bool(Root->AcquireWrite()); }).get();
+            }));
+            EXPECT_TRUE(Root->GetBasicLock()->RunAfterRelease([&] { Ran.push_back("second"); }));
+        }
+        EXPECT_TRUE(Ran.empty()) << "an inner guard's release runs nothing";
+    }
+    EXPECT_EQ(Ran, (std::vector<std::string>{"first", "second"}));
+    EXPECT_TRUE(FreeWhileRunning);
+
+    EXPECT_TRUE(Root->GetBasicLock()->RunAfterRelease([&] { Ran.push_back("now"); }));
+    EXPECT_EQ(Ran.back(), "now");
+
+    auto Destroy = Chained->AcquireDestroy();
+    EXPECT_FALSE(Chained->GetBasicLock()->RunAfterRelease([&] { Ran.push_back("late"); }));
+    Destroy.Release();
+    EXPECT_EQ(Ran.back(), "now");
+}
