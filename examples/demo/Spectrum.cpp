@@ -37,8 +37,14 @@ struct TSpectrum::TImpl {
     }
     void Transform()
     {
+        // The chirp rides on an offset that places it on the scope; its mean is taken out so
+        // that the DC bin does not outshine the sweep.
+        double Mean = 0.0;
+        for (const double V : History)
+            Mean += V;
+        Mean /= CPoints;
         for (int I = 0; I < CPoints; ++I)
-            In[I] = History[size_t((Next + I) % CPoints)] * Window[size_t(I)];
+            In[I] = (History[size_t((Next + I) % CPoints)] - Mean) * Window[size_t(I)];
         fftw_execute(Plan);
         // Magnitude in dB against a full-scale sine through the window (gain 1/2).
         for (int K = 0; K < CPoints / 2; ++K) {
