@@ -132,6 +132,7 @@ void SetUpScope(TQVScope& AScope)
     Group->SetShape(msTriangleDown);
     Group->SetSize(5);
     Group->GetLabels()->SetVisible(true);
+    Group->SetCanDrag(true); // the marker follows a drag with the left button
     TQVScopeMarker* Marker = Group->GetMarkers()->Add();
     Marker->GetPosition()->SetX(500); // printed units of the X axis: milliseconds here
     Marker->GetPosition()->SetY(1.0);
