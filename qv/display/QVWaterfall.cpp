@@ -20,10 +20,14 @@ TQVBasicWaterfall::TQVBasicWaterfall()
     GetTitle()->SetTextDefault("Waterfall");
     FCursors = std::make_unique<TQVWaterfallCursors>(this, GetLock(), this);
     FMarkerGroups = std::make_unique<TQVWaterfallMarkerGroups>(this, GetLock(), this);
+    FLabels = std::make_unique<TQVWaterfallTextLabels>(this, GetLock(), this);
+    FCursorLinks = std::make_unique<TQVWaterfallCursorLinks>(this, GetLock(), this);
     // The legend docks before the axes and the level strip, at the control's right edge.
     FLegend = std::make_unique<TQVWaterfallLegendView>(this);
     FLegend->GetMarkerGroups()->SetItems(FMarkerGroups.get());
     FLegend->GetCursors()->SetItems(FCursors.get());
+    FLegend->GetCursorLinks()->SetItems(FCursorLinks.get());
+    FLegend->GetLabels()->SetItems(FLabels.get());
     FHighlighting = std::make_unique<TQVDisplayHighlighting>(this);
     FXAxis = std::make_unique<TQVWaterfallXAxis>(this, this);
     FYAxis = std::make_unique<TQVWaterfallYAxis>(this, this);
@@ -36,6 +40,9 @@ TQVBasicWaterfall::~TQVBasicWaterfall()
     // The legend lets go of the collections before they go.
     FLegend.reset();
     FHighlightInfo = TQVHighlightInfo{};
+    // Links let go of their cursors before the cursors go.
+    FCursorLinks.reset();
+    FLabels.reset();
     FMarkerGroups.reset();
     FCursors.reset();
     FYAxis.reset();
@@ -133,10 +140,11 @@ void TQVBasicWaterfall::PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas,
         ACanvas.SetClipRegion(TQLRegion(QLIntersectRect(ViewRect, Plot)));
         FMarkerGroups->DrawMarkers(ACanvas, ViewRect, APrinting);
     }
-    if (FCursors->GetCount() > 0 && !ViewRect.IsEmpty()) {
+    // Labels are placed in the view with its bottom line included.
+    if (FLabels->GetCount() > 0 && !ViewRect.IsEmpty()) {
         TQLCanvasSave ViewSave(ACanvas);
         ACanvas.SetClipRegion(TQLRegion(QLIntersectRect(ViewRect, Plot)));
-        FCursors->Draw(ACanvas, ViewRect);
+        FLabels->Draw(ACanvas, TRect{ViewRect.Left, ViewRect.Top, ViewRect.Right, ViewRect.Bottom - 1}, APrinting);
     }
     if (!APrinting) {
         TQLCanvasSave ViewSave(ACanvas);
@@ -145,6 +153,12 @@ void TQVBasicWaterfall::PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas,
             DrawHitPoint(ACanvas);
         DataView->DrawMouseSelction(ACanvas);
         ACanvas.ClearClipRegion();
+    }
+    if ((FCursors->GetCount() > 0 || FCursorLinks->GetCount() > 0) && !ViewRect.IsEmpty()) {
+        TQLCanvasSave ViewSave(ACanvas);
+        ACanvas.SetClipRegion(TQLRegion(QLIntersectRect(ViewRect, Plot)));
+        FCursors->Draw(ACanvas, ViewRect);
+        FCursorLinks->Draw(ACanvas, ViewRect, APrinting);
     }
     if (!APrinting && GetIsFocused())
         ACanvas.DrawFocusRect(Plot);
@@ -247,7 +261,9 @@ const TQLClassInfo& TQVBasicWaterfall::StaticClassInfo()
                                          .Object("YAxis", &C::GetYAxis)
                                          .Object("Highlighting", &C::GetHighlighting)
                                          .Collection("Cursors", &C::GetCursors)
+                                         .Collection("CursorLinks", &C::GetCursorLinks)
                                          .Collection("MarkerGroups", &C::GetMarkerGroups)
+                                         .Collection("Labels", &C::GetLabels)
                                          .Object("Legend", &C::GetLegend)
                                          .Property("Vertical", &C::GetVertical, &C::SetVertical, false)
                                          .Build();
@@ -290,6 +306,9 @@ TQVWaterfall::~TQVWaterfall()
     FLegend.reset();
     // The cursors and markers ask the display for its data view as they go.
     FHighlightInfo = TQVHighlightInfo{};
+    // Links let go of their cursors before the cursors go.
+    FCursorLinks.reset();
+    FLabels.reset();
     FMarkerGroups.reset();
     FCursors.reset();
     FDataView.reset();

@@ -17,10 +17,12 @@
 #include "qv/waterfall/QVWaterfallAxes.h"
 #include "qv/waterfall/QVWaterfallBuffers.h"
 #include "qv/waterfall/QVWaterfallCursor.h"
+#include "qv/waterfall/QVWaterfallCursorLinks.h"
 #include "qv/waterfall/QVWaterfallDataView.h"
 #include "qv/waterfall/QVWaterfallLegendView.h"
 #include "qv/waterfall/QVWaterfallMarkers.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
+#include "qv/waterfall/QVWaterfallTextLabels.h"
 
 #include <atomic>
 #include <memory>
@@ -42,11 +44,20 @@ public:
     // Cursors over the picture; each publishes its row and slice after every paint.
     TQVWaterfallCursors* GetCursors() const { return FCursors.get(); }
     void SetCursors(const TQVWaterfallCursors* AValue) { FCursors->Assign(AValue); }
+    // Links that measure between two cursors, drawn over them.
+    TQVWaterfallCursorLinks* GetCursorLinks() const { return FCursorLinks.get(); }
+    void SetCursorLinks(const TQVWaterfallCursorLinks* AValue) { FCursorLinks->Assign(AValue); }
+    TQVWaterfallCursorLinks* GetWaterfallCursorLinks() const override { return FCursorLinks.get(); }
+    // Names written over the picture at scale positions, under the cursors.
+    TQVWaterfallTextLabels* GetLabels() const { return FLabels.get(); }
+    void SetLabels(const TQVWaterfallTextLabels* AValue) { FLabels->Assign(AValue); }
+    TQVWaterfallTextLabels* GetWaterfallTextLabels() const override { return FLabels.get(); }
     // Markers over the picture; in mmRelative groups they scroll with the rows.
     TQVWaterfallMarkerGroups* GetMarkerGroups() const { return FMarkerGroups.get(); }
     void SetMarkerGroups(const TQVWaterfallMarkerGroups* AValue) { FMarkerGroups->Assign(AValue); }
     TQVWaterfallMarkerGroups* GetWaterfallMarkerGroups() const override { return FMarkerGroups.get(); }
-    // Docked right; lists the marker groups and the cursors, and takes no room while both are empty.
+    // Docked right; lists the marker groups, cursors, cursor links and labels, and takes no
+    // room while all are empty.
     TQVWaterfallLegendView* GetLegend() const { return FLegend.get(); }
     void SetLegend(const TQVWaterfallLegendView* AValue) { FLegend->Assign(AValue); }
     TQVWaterfallCursors* GetWaterfallCursors() const override { return FCursors.get(); }
@@ -64,8 +75,9 @@ public:
     // The next draw colours every row anew.
     void ForceFullRedraw() override;
     void RepopulateView() override { ForceFullRedraw(); }
-    // Background, the docked views, the image, the markers, the cursors, the hit point and the box being
-    // dragged, the focus; then the cursors publish their rows and slices.
+    // Background, the docked views, the image, the markers, the labels, the hit point and the
+    // box being dragged, the cursors and their links, the focus; then the cursors publish
+    // their rows and slices.
     void PaintToCanvasRgn(TQLBitmap& ABitmap, TQLCanvas& ACanvas, const TRect& ARect, const TQLRegion& ARegion,
                           bool APrinting) override;
     // Prints with the picture held; Hold comes back as it was, also when the print fails.
@@ -127,6 +139,8 @@ protected:
     std::unique_ptr<TQVWaterfallYAxis> FYAxis;
     std::unique_ptr<TQVWaterfallCursors> FCursors;
     std::unique_ptr<TQVWaterfallMarkerGroups> FMarkerGroups;
+    std::unique_ptr<TQVWaterfallCursorLinks> FCursorLinks;
+    std::unique_ptr<TQVWaterfallTextLabels> FLabels;
     std::unique_ptr<TQVWaterfallLegendView> FLegend;
     mutable TQVHighlightInfo FHighlightInfo;
     bool FVertical = false;

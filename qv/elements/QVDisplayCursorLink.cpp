@@ -6,6 +6,7 @@
 #include "qv/channels/QVChannelPlot.h"
 #include "qv/channels/QVDisplayHighlighting.h"
 #include "qv/channels/QVScopeDataView.h"
+#include "qv/component/QVLabelTemplate.h"
 #include "qv/elements/QVDisplayTrails.h"
 #include "qv/elements/QVElementsOwner.h"
 #include "qv/elements/QVScopeCursor.h"
@@ -102,7 +103,7 @@ TQVHighlightInfo* TQVDisplayCursorLink::Info() const
     return GetDisplay() ? GetDisplay()->GetHighlightInfo() : nullptr;
 }
 
-TQVScopeCursors* TQVDisplayCursorLink::Cursors() const
+TQLCollection* TQVDisplayCursorLink::GetLinkCursors() const
 {
     const TQVElementsOwner* Owner = TQVElementsOwner::Of(GetDisplay());
     return Owner ? Owner->GetCursors() : nullptr;
@@ -146,10 +147,10 @@ int32_t TQVDisplayCursorLink::GetEndCursorIndex() const
 
 void TQVDisplayCursorLink::SetCursorIndex(TQVDisplayCursor* TQVDisplayCursorLink::*AEnd, int32_t AValue)
 {
-    TQVScopeCursors* All = Cursors();
+    TQLCollection* All = GetLinkCursors();
     if (AValue < -1 || AValue >= (All ? All->GetCount() : 0))
         throw std::out_of_range("TQVDisplayCursorLink: no cursor " + std::to_string(AValue));
-    TQVDisplayCursor* Cursor = AValue < 0 ? nullptr : All->GetItem(AValue);
+    TQVDisplayCursor* Cursor = AValue < 0 ? nullptr : dynamic_cast<TQVDisplayCursor*>(All->GetBaseItem(AValue));
     if (AEnd == &TQVDisplayCursorLink::FBeginCursor)
         SetBeginCursor(Cursor);
     else
@@ -381,10 +382,16 @@ void TQVDisplayCursorLink::DrawMeasure(bool AAlongX, TQLCanvas& ACanvas, const T
         MeasureLine(ACanvas, Horizontal, A, B, M.C);
         ACanvas.SetPenWidth(1);
         ACanvas.SetPenStyle(psSolid);
-        if (Label.GetVisible() && Owner) {
+        if (Label.GetVisible()) {
             // The true difference, centred on what is left of the line in the view.
             const std::string Value = M.Axis->GetTickText(std::fabs(M.V2 - M.V1));
-            const std::string Text = Owner->GetMeasurementLabelText(Value, Label.GetText(), "%V");
+            // A display that does not fill templates itself (the waterfall) gets "%V" filled here.
+            const std::string Text = Owner ? Owner->GetMeasurementLabelText(Value, Label.GetText(), "%V")
+                                           : QVExpandLabelTemplate(Label.GetText().empty() ? "%V" : Label.GetText(),
+                                                                   [&](char ACode, std::string& AResult) {
+                                                                       if (ACode == 'V')
+                                                                           AResult += Value;
+                                                                   });
             ACanvas.GetBrush().SetStyle(bsSolid);
             ACanvas.GetBrush().SetColor(Display->GetColor());
             MeasureText(ACanvas, Horizontal, A, B, M.C, Text);

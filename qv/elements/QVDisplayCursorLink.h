@@ -18,8 +18,6 @@
 
 namespace qv {
 
-class TQVScopeCursors;
-
 // The measurement line. X and Y place it across the data view in per cent from the centre:
 // X -100 is the left edge and 100 the right (for a line that measures along Y), Y 100 the
 // top edge and -100 the bottom (for a line that measures along X). Both are kept in
@@ -116,11 +114,13 @@ public:
 
 protected:
     void BeforeDestruction() override;
+    // The cursors that the stored indexes count in: the display's cursors. A display whose
+    // cursors are of another collection gives it through its own link class.
+    virtual TQLCollection* GetLinkCursors() const;
 
 private:
     struct TMeasure;
     TQVHighlightInfo* Info() const;
-    TQVScopeCursors* Cursors() const;
     void SetCursorIndex(TQVDisplayCursor* TQVDisplayCursorLink::*AEnd, int32_t AValue);
     void SetEnd(TQVDisplayCursor*& AEnd, TQVDisplayCursor* AValue);
     // The measurement along X (AAlongX) or along Y, and its highlight.

@@ -10,8 +10,10 @@
 #include "qv/waterfall/QVWaterfallAxes.h"
 #include "qv/waterfall/QVWaterfallBuffers.h"
 #include "qv/waterfall/QVWaterfallCursor.h"
+#include "qv/waterfall/QVWaterfallCursorLinks.h"
 #include "qv/waterfall/QVWaterfallMarkers.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
+#include "qv/waterfall/QVWaterfallTextLabels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -363,9 +365,10 @@ void TQVBasicWaterfallDataView::MouseDown(TMouseButton AButton, TShiftState AShi
     if (!GetDrawRect().Contains(TPoint{AX, AY}))
         return;
     AHandled = true;
-    // Cursors, then markers, take the press before a zoom or a pan.
+    // Cursors, then cursor links, then markers, take the press before a zoom or a pan.
     if (TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
         Info && (FBasicWaterfall->GetWaterfallCursors()->StartDrag(*Info, AShift, AX, AY, GetDrawRect()) ||
+                 FBasicWaterfall->GetWaterfallCursorLinks()->StartDrag(*Info, AShift, AX, AY, GetDrawRect()) ||
                  FBasicWaterfall->GetWaterfallMarkerGroups()->MouseDownOnMarkers(AButton, AShift, AX, AY, *Info))) {
         FLeftMouseItemDown = true;
         Invalidate();
@@ -429,8 +432,8 @@ void TQVBasicWaterfallDataView::MouseUp(TMouseButton AButton, TShiftState AShift
     TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo();
     if (AButton == mbLeft && FLeftMouseItemDown) {
         FLeftMouseItemDown = false;
-        if (Info)
-            FBasicWaterfall->GetWaterfallCursors()->EndDrag(*Info, AShift, AX, AY, GetDrawRect());
+        if (Info && !FBasicWaterfall->GetWaterfallCursors()->EndDrag(*Info, AShift, AX, AY, GetDrawRect()))
+            FBasicWaterfall->GetWaterfallCursorLinks()->EndDrag(*Info, AShift, AX, AY, GetDrawRect());
         if (Info && Info->FDraggedMarker) {
             TQVDisplayMarker* Marker = Info->FDraggedMarker;
             Info->FDraggedMarker = nullptr;
@@ -535,18 +538,22 @@ void TQVBasicWaterfallDataView::HitTests()
             }
         }
     }
-    // The cursor, or else the marker group, under the mouse.
+    // The cursor, cursor link, marker group or label under the mouse, in that order.
     if (TQVHighlightInfo* Info = GetDisplay()->GetHighlightInfo()) {
         TQLPersistent* OldItem = Info->FHighlightedItem;
         TQVBasicDisplayMarker* OldMarker = Info->FHighlightedMarker;
         Info->FHighlightedItem = nullptr;
         Info->FHighlightedMarker = nullptr;
         const TQVDisplayHighlighting* Settings = GetDisplay()->GetHighlighting();
-        const bool Inside = GetDrawRect().Contains(FCurrentMousePoint) && Settings && !Info->FDraggedCursor;
-        // A cursor under the mouse comes first, then the marker groups.
+        const bool Inside =
+            GetDrawRect().Contains(FCurrentMousePoint) && Settings && !Info->FDraggedCursor && !Info->FDraggedLink;
+        const int32_t MX = FCurrentMousePoint.X, MY = FCurrentMousePoint.Y;
         if (Inside && Settings->GetCursors()->GetMouseHighlighting())
-            Info->FHighlightedItem = FBasicWaterfall->GetWaterfallCursors()->HitTest(
-                *Info, FCurrentMousePoint.X, FCurrentMousePoint.Y, GetDrawRect());
+            Info->FHighlightedItem = FBasicWaterfall->GetWaterfallCursors()->HitTest(*Info, MX, MY, GetDrawRect());
+        // A link under the mouse is taken only while links light from the mouse; otherwise
+        // the search goes on below it.
+        if (Inside && !Info->FHighlightedItem && Settings->GetCursorLinks()->GetMouseHighlighting())
+            Info->FHighlightedItem = FBasicWaterfall->GetWaterfallCursorLinks()->HitTest(*Info, MX, MY, GetDrawRect());
         if (Inside && !Info->FHighlightedItem && Settings->GetMarkers()->GetMouseHighlighting()) {
             TQVBasicDisplayMarker* Marker = nullptr;
             if (TQVWaterfallMarkerGroup* Group = FBasicWaterfall->GetWaterfallMarkerGroups()->HitTest(
@@ -555,6 +562,8 @@ void TQVBasicWaterfallDataView::HitTests()
                 Info->FHighlightedMarker = Marker;
             }
         }
+        if (Inside && !Info->FHighlightedItem && Settings->GetLabels()->GetMouseHighlighting())
+            Info->FHighlightedItem = FBasicWaterfall->GetWaterfallTextLabels()->HitTest(MX, MY, GetDrawRect());
         if (OldItem != Info->FHighlightedItem || OldMarker != Info->FHighlightedMarker)
             Invalidate();
     }

@@ -16,6 +16,8 @@ class TQVWaterfallBuffers;
 class TQVBasicLevelDisplayLevelView;
 class TQVWaterfallMarkerGroups;
 class TQVWaterfallCursors;
+class TQVWaterfallCursorLinks;
+class TQVWaterfallTextLabels;
 
 class TQVWaterfallOwner {
 public:
@@ -33,6 +35,9 @@ public:
     virtual TQVWaterfallMarkerGroups* GetWaterfallMarkerGroups() const = 0;
     // The cursors over the picture.
     virtual TQVWaterfallCursors* GetWaterfallCursors() const = 0;
+    // The links that measure between cursors, and the text labels over the picture.
+    virtual TQVWaterfallCursorLinks* GetWaterfallCursorLinks() const = 0;
+    virtual TQVWaterfallTextLabels* GetWaterfallTextLabels() const = 0;
     // The level range the picture is coloured with, and whether on a logarithmic scale.
     virtual double GetCurrentMinLevel() const = 0;
     virtual double GetCurrentMaxLevel() const = 0;

@@ -153,3 +153,61 @@ TEST(WaterfallPicture, TheLegendListsMarkerGroupsThenCursorsAtTheRightEdge)
         EXPECT_GE(CursorRow, Runs.back());
     }
 }
+
+// A cursor link measures the rows between two cursors over the picture, and a label names a
+// point of it: the measurement line runs in its colour from one cursor to the other at its
+// place across the view, and the label's text lies in its colour round its point. The
+// picture is kept as WaterfallLinks.png.
+TEST(WaterfallPicture, ALinkAndALabelDrawOverThePicture)
+{
+    constexpr TAlphaColor LineColor = 0xFFFFFF00, LabelColor = 0xFFFF00FF;
+    TQVWaterfall Waterfall;
+    Waterfall.SetCanvasFactory(QLQtCanvasFactory());
+    Waterfall.SetBounds(0, 0, 640, 400);
+    Waterfall.GetXAxis()->SetSamples(300);
+    std::vector<double> Row(128);
+    for (int32_t R = 0; R < 300; ++R) {
+        for (int32_t J = 0; J < 128; ++J)
+            Row[size_t(J)] = std::exp(-std::pow((J - 64 - 30 * std::sin(R / 30.0)) / 5.0, 2));
+        Waterfall.GetData()->AddData(Row.data(), 128);
+    }
+    for (const double At : {80.0, 220.0}) {
+        TQVWaterfallCursor& Cursor = *Waterfall.GetCursors()->Add();
+        Cursor.GetPosition()->SetXY(At, 0.0);
+    }
+    TQVWaterfallCursorLink& Link = *Waterfall.GetCursorLinks()->Add();
+    Link.SetBeginCursorIndex(0);
+    Link.SetEndCursorIndex(1);
+    Link.GetMeasurementLine()->SetY(60.0);
+    Link.GetMeasurementLine()->SetColor(LineColor);
+    Link.GetMeasurementLine()->GetMeasurementLabel()->SetText("%V rows");
+    TQVWaterfallTextLabel& Label = *Waterfall.GetLabels()->Add();
+    Label.SetName("Peak drift");
+    Label.GetPosition()->SetX(150.0);
+    Label.GetPosition()->SetY(20.0);
+    Label.GetFont()->SetColor(LabelColor);
+    Waterfall.Paint();
+    const TQLBitmap& Picture = Waterfall.GetBitmap();
+    qvtest::KeepPicture(Picture, "WaterfallLinks.png");
+
+    const TRect View = Waterfall.GetDataView()->GetDrawRect();
+    const int32_t LineRow = View.Top + int32_t(std::nearbyint(View.Height() * 0.2));
+    const int32_t From = Waterfall.GetXAxis()->ScaleToPixel(80.0), To = Waterfall.GetXAxis()->ScaleToPixel(220.0);
+    int32_t OnLine = 0;
+    for (int32_t X = From + 1; X < To; ++X)
+        OnLine += Picture.GetPixel(X, LineRow) == LineColor;
+    EXPECT_GT(OnLine, (To - From) * 9 / 10);
+    EXPECT_NE(Picture.GetPixel(From - 5, LineRow), LineColor);
+    // The label's text, smoothed: magenta ink round the point, nowhere far from it.
+    const TPoint At{Waterfall.GetXAxis()->ScaleToPixel(150.0), Waterfall.GetYAxis()->ScaleToPixel(20.0)};
+    const auto Magenta = [](TAlphaColor C) {
+        return ((C >> 16) & 0xFF) > 0x80 && ((C >> 8) & 0xFF) < 0x50 && (C & 0xFF) > 0x80;
+    };
+    int32_t Near = 0, Far = 0;
+    for (int32_t Y = View.Top; Y < View.Bottom; ++Y)
+        for (int32_t X = View.Left; X < View.Right; ++X)
+            if (Magenta(Picture.GetPixel(X, Y)))
+                ++(std::abs(X - At.X) < 45 && std::abs(Y - At.Y) < 10 ? Near : Far);
+    EXPECT_GT(Near, 20);
+    EXPECT_EQ(Far, 0);
+}

@@ -1,0 +1,78 @@
+#include "qv/waterfall/QVWaterfallCursorLinks.h"
+
+#include "qv/foundation/QLClassBuilder.h"
+#include "qv/waterfall/QVWaterfallCursor.h"
+#include "qv/waterfall/QVWaterfallOwner.h"
+
+namespace qv {
+
+TQLCollection* TQVWaterfallCursorLink::GetLinkCursors() const
+{
+    const auto* Waterfall = dynamic_cast<const TQVWaterfallOwner*>(GetDisplay());
+    return Waterfall ? Waterfall->GetWaterfallCursors() : nullptr;
+}
+
+void TQVWaterfallCursorLink::BeforeDestruction()
+{
+    TQVDisplayCursorLink::BeforeDestruction();
+    if (TQVHighlightInfo* Info = GetDisplay() ? GetDisplay()->GetHighlightInfo() : nullptr) {
+        if (Info->FHighlightedItem == this)
+            Info->FHighlightedItem = nullptr;
+        if (Info->FExtHighlightCursorLink == this)
+            Info->FExtHighlightCursorLink = nullptr;
+        if (Info->FDraggedLink == this)
+            Info->FDraggedLink = nullptr;
+    }
+}
+
+const TQLClassInfo& TQVWaterfallCursorLink::StaticClassInfo()
+{
+    static const TQLClassInfo Info("TQVWaterfallCursorLink", &TQVDisplayCursorLink::StaticClassInfo(), {});
+    return Info;
+}
+
+void TQVWaterfallCursorLinks::Draw(TQLCanvas& ACanvas, const TRect& AClip, bool APrinting)
+{
+    for (TQVWaterfallCursorLink* Link : *this)
+        Link->Draw(ddpFeatures, ACanvas, AClip, APrinting);
+}
+
+TQVWaterfallCursorLink* TQVWaterfallCursorLinks::HitTest(TQVHighlightInfo& AInfo, int32_t X, int32_t Y,
+                                                         const TRect& ARect)
+{
+    for (TQVWaterfallCursorLink* Link : GetReverse())
+        if (Link->HitTest(AInfo, X, Y, ARect))
+            return Link;
+    return nullptr;
+}
+
+bool TQVWaterfallCursorLinks::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,
+                                        const TRect& ARect)
+{
+    TQVWaterfallCursorLink* Link = HitTest(AInfo, X, Y, ARect);
+    if (!Link)
+        return false;
+    AInfo.FDraggedLink = Link;
+    Link->MouseDown(mbLeft, AShift, X, Y, true);
+    return true;
+}
+
+bool TQVWaterfallCursorLinks::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,
+                                      const TRect& ARect)
+{
+    TQVDisplayCursorLink* Link = AInfo.FDraggedLink;
+    if (!Link || IndexOfItem(Link) < 0)
+        return false;
+    Link->MoveTo(AInfo, X, Y, ARect);
+    Link->MouseUp(mbLeft, AShift, X, Y, true);
+    AInfo.FDraggedLink = nullptr;
+    return true;
+}
+
+const TQLClassInfo& TQVWaterfallCursorLinks::StaticClassInfo()
+{
+    static const TQLClassInfo Info("TQVWaterfallCursorLinks", &TQLCollection::StaticClassInfo(), {});
+    return Info;
+}
+
+} // namespace qv
