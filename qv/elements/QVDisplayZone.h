@@ -92,8 +92,6 @@ protected:
     virtual void ClipToShape(TQLCanvas& ACanvas) const = 0;
     // The highlight colour of this kind of zone.
     TAlphaColor HighlightColor() const;
-    // The point symbols of a link on the channel's samples inside the zone.
-    void DrawZonePoints(TQLCanvas& ACanvas, const TQVScopeChannel& AChannel, const TQVScopePoints& APoints) const;
 
 private:
     std::unique_ptr<TQVDisplayZoneChannelLinks> FChannels;
