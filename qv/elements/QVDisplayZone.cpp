@@ -24,13 +24,22 @@ const TQLClassInfo& TQVOptionalAxesCursorDisplayCollectionItem::StaticClassInfo(
     return Info;
 }
 
+namespace {
+// The stored form of a value point: X and Y, each stored when not 0.
+template <class C>
+TQLClassInfo ValuePointInfo(const char* AName, const TQLClassInfo* AParent)
+{
+    return TQLClassBuilder<C>(AName, AParent)
+        .Property("X", &C::GetX, &C::SetX, 0.0)
+        .Property("Y", &C::GetY, &C::SetY, 0.0)
+        .Build();
+}
+} // namespace
+
 const TQLClassInfo& TQVDisplayElementPosition::StaticClassInfo()
 {
     static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayElementPosition>("TQVDisplayElementPosition", &TQLPersistent::StaticClassInfo())
-            .Property("X", &TQVDisplayElementPosition::GetX, &TQVDisplayElementPosition::SetX, 0.0)
-            .Property("Y", &TQVDisplayElementPosition::GetY, &TQVDisplayElementPosition::SetY, 0.0)
-            .Build();
+        ValuePointInfo<TQVDisplayElementPosition>("TQVDisplayElementPosition", &TQLPersistent::StaticClassInfo());
     return Info;
 }
 
@@ -152,10 +161,7 @@ const TQLClassInfo& TQVBasicDisplayZone::StaticClassInfo()
 const TQLClassInfo& TQVDisplayZonePoint::StaticClassInfo()
 {
     static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayZonePoint>("TQVDisplayZonePoint", &TQLCollectionItem::StaticClassInfo())
-            .Property("X", &TQVDisplayZonePoint::GetX, &TQVDisplayZonePoint::SetX, 0.0)
-            .Property("Y", &TQVDisplayZonePoint::GetY, &TQVDisplayZonePoint::SetY, 0.0)
-            .Build();
+        ValuePointInfo<TQVDisplayZonePoint>("TQVDisplayZonePoint", &TQLCollectionItem::StaticClassInfo());
     return Info;
 }
 
