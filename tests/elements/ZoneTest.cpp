@@ -137,8 +137,8 @@ TEST_F(Zones, TheChannelDrawsALinksSymbolsOverItsLineInsideTheZoneAlsoWhenDownsa
         TQVDisplayZoneChannelLink* Link = Z->GetChannels()->Add();
         Link->GetHighlighting()->SetEnabled(false);
         Link->GetPoints()->SetSize(2);
-        Link->GetPoints()->SetVisible(C.Linked);
         Link->SetChannel(Channel);
+        Link->GetPoints()->SetVisible(C.Linked); // the channel lists the link from now on
         Channel->GetPoints()->SetVisible(C.Own);
         Paint();
 
