@@ -50,6 +50,17 @@ void TQVDisplayChannel::RemoveElementLink(IQVChannelLinkEnd* ALink)
     std::erase(FElementLinks, ALink);
 }
 
+void TQVDisplayChannel::AddZoneLink(IQVChannelZoneLink* ALink)
+{
+    if (ALink && std::find(FHighlightZonesList.begin(), FHighlightZonesList.end(), ALink) == FHighlightZonesList.end())
+        FHighlightZonesList.push_back(ALink);
+}
+
+void TQVDisplayChannel::RemoveZoneLink(IQVChannelZoneLink* ALink)
+{
+    std::erase(FHighlightZonesList, ALink);
+}
+
 void TQVDisplayChannel::SetColor(TAlphaColor AValue)
 {
     GetBasicLock().Setter(FColor, AValue, nullptr, false);

@@ -31,6 +31,17 @@ public:
     virtual void ChannelGone(TQVDisplayChannel* AChannel) = 0;
 };
 
+// A zone's tie to a channel whose own point symbols mark the channel's samples inside the
+// zone. The channel draws them over its line, in place of its own symbols there.
+class IQVChannelZoneLink {
+public:
+    virtual ~IQVChannelZoneLink() = default;
+    // The symbols for the samples inside the zone.
+    virtual const TQVScopePoints& GetZonePoints() const = 0;
+    // Whether the sample (AX, AY), in data units, lies inside the zone.
+    virtual bool HoldsSample(double AX, double AY) const = 0;
+};
+
 class TQVDisplayChannel : public TQVOptionalDisplayCollectionItem, public IQVAxisChannel {
 public:
     explicit TQVDisplayChannel(TQLCollection* ACollection);
@@ -146,6 +157,11 @@ public:
     // A link registers while it names the channel; the channel tells each one when it goes.
     void AddElementLink(IQVChannelLinkEnd* ALink);
     void RemoveElementLink(IQVChannelLinkEnd* ALink);
+    // The zone links whose symbols the channel draws, in the order they joined; a link joins
+    // while its symbols are visible and leaves before it goes.
+    void AddZoneLink(IQVChannelZoneLink* ALink);
+    void RemoveZoneLink(IQVChannelZoneLink* ALink);
+    const std::vector<IQVChannelZoneLink*>& GetZoneLinks() const { return FHighlightZonesList; }
 
     // ---- Value lookup on the last painted frame (QVChannelLookup.cpp) ----
     // Nothing is found before the first paint. Gaps break the line; a crossing whose value
@@ -205,6 +221,7 @@ protected:
                            bool AVerticalLine) const;
 
     std::vector<IQVChannelLinkEnd*> FElementLinks;
+    std::vector<IQVChannelZoneLink*> FHighlightZonesList;
     std::atomic<bool> FIsRamp{false};
     std::shared_ptr<IQVIntegerBuffer> FDrawGapsBuffer;
     mutable TQWCriticalSection FDrawCriticalSection;

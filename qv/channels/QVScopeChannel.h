@@ -218,8 +218,11 @@ private:
     // Brushes and pens for one pass of PlotChannelData.
     void PlotBars(TQLCanvas& ACanvas, bool AHighlighted, const TRect& ARect, double AYOffset, const double* AYData,
                   const double* AXData, const int32_t* AX, const int32_t* AY, int32_t ACount);
+    // The point symbols: the channel's own, and inside a listed zone that zone's.
     void PlotSymbols(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw, const int32_t* AX,
-                     const int32_t* AY, int32_t ACount);
+                     const int32_t* AY, int32_t ACount, const double* AYData, const double* AXData);
+    // Whether symbols are drawn at all: the channel's own or those of a listed zone link.
+    bool HasSymbols() const;
     // The real X and Y of plotted point AIndex.
     void PointValues(int32_t AIndex, const double* AYData, const double* AXData, double& AXValue,
                      double& AYValue) const;

@@ -500,8 +500,15 @@ void TQVScopeChannel::PlotChannelData(TQLCanvas& ACanvas, TAlphaColor AColor, bo
         }
         break;
     }
-    if (FPoints->GetVisible())
-        PlotSymbols(ACanvas, AColor, AHighlighted, AZoneDraw, Points.X, Points.Y, m);
+    if (HasSymbols())
+        PlotSymbols(ACanvas, AColor, AHighlighted, AZoneDraw, Points.X, Points.Y, m, AYData, AXData);
+}
+
+bool TQVScopeChannel::HasSymbols() const
+{
+    return FPoints->GetVisible() ||
+           std::any_of(FHighlightZonesList.begin(), FHighlightZonesList.end(),
+                       [](const IQVChannelZoneLink* L) { return L->GetZonePoints().GetVisible(); });
 }
 
 void TQVScopeChannel::PlotBars(TQLCanvas& ACanvas, bool AHighlighted, const TRect& ARect, double AYOffset,
@@ -542,36 +549,66 @@ void TQVScopeChannel::PlotBars(TQLCanvas& ACanvas, bool AHighlighted, const TRec
 }
 
 void TQVScopeChannel::PlotSymbols(TQLCanvas& ACanvas, TAlphaColor AColor, bool AHighlighted, bool AZoneDraw,
-                                  const int32_t* AX, const int32_t* AY, int32_t ACount)
+                                  const int32_t* AX, const int32_t* AY, int32_t ACount, const double* AYData,
+                                  const double* AXData)
 {
     ACanvas.SetPenWidth(1);
     TQLCanvasSave Save(ACanvas);
-    const TQVScopePoints& S = *FPoints;
-    const TQVScopePointsShape Shape = S.GetShape();
-    const bool LineShape = Shape == psPlus || Shape == psCross || Shape == psStar;
-    int32_t Inset = 0;
-    if (AZoneDraw || AHighlighted) {
+    // The highlight and zone passes draw every symbol in their one colour; the plain pass in
+    // the look of the symbols at hand (the channel's colour, or their own pen and brush).
+    const bool OnePass = AZoneDraw || AHighlighted;
+    const uint8_t LineStyle = ACanvas.GetPen().GetStyle();
+    if (OnePass) {
         const TAlphaColor Color = AZoneDraw ? AColor : GetPlotHighlightColor();
         ACanvas.GetPen().SetColor(Color);
         ACanvas.GetBrush().SetColor(Color);
         ACanvas.GetBrush().SetStyle(bsSolid);
-        Inset = (AZoneDraw ? 1 : 0) + (AHighlighted ? 1 : 0);
-        if (AHighlighted && LineShape)
-            ACanvas.SetPenWidth(1 + (AZoneDraw ? 4 : 2));
-    } else if (S.GetUseChannelColor()) {
-        ACanvas.GetPen().SetColor(FColor);
-        ACanvas.GetBrush().SetColor(FColor);
-        ACanvas.GetBrush().SetStyle(bsSolid);
-    } else {
-        ACanvas.ApplyPen(*S.GetPen());
-        ACanvas.ApplyBrush(*S.GetBrush());
     }
-    const int32_t Size = int32_t(S.GetSize()) + (AHighlighted ? 1 : 0) + (AZoneDraw ? 1 : 0);
+    const auto ApplyLook = [&](const TQVScopePoints& S) {
+        if (OnePass) {
+            // A highlighted symbol of lines only takes a wider pen to show round the plain one.
+            const TQVScopePointsShape Shape = S.GetShape();
+            const bool LineShape = Shape == psPlus || Shape == psCross || Shape == psStar;
+            ACanvas.SetPenWidth(AHighlighted && LineShape ? 1 + (AZoneDraw ? 4 : 2) : 1);
+        } else if (S.GetUseChannelColor()) {
+            ACanvas.SetPenStyle(LineStyle);
+            ACanvas.SetPenWidth(1);
+            ACanvas.GetPen().SetColor(FColor);
+            ACanvas.GetBrush().SetColor(FColor);
+            ACanvas.GetBrush().SetStyle(bsSolid);
+        } else {
+            ACanvas.ApplyPen(*S.GetPen());
+            ACanvas.ApplyBrush(*S.GetBrush());
+        }
+    };
+    const int32_t Inset = (AZoneDraw ? 1 : 0) + (AHighlighted ? 1 : 0);
+    const int32_t Grow = (AHighlighted ? 1 : 0) + (AZoneDraw ? 1 : 0);
     const bool vertical = GetDisplay() && GetDisplay()->GetIsVertical();
+    const TQVScopePoints* Applied = FPoints.get();
+    ApplyLook(*Applied);
     for (int32_t i = 0; i < ACount; ++i) {
         if (AX[i] == QVMissingPixel || AY[i] == QVMissingPixel)
             continue;
-        QVDrawPointSymbol(ACanvas, Shape, vertical ? AY[i] : AX[i], vertical ? AX[i] : AY[i], Size, Inset);
+        // A sample inside a listed zone takes that zone's symbols; the zone that joined last
+        // wins where zones overlap.
+        const TQVScopePoints* S = FPoints.get();
+        if (!FHighlightZonesList.empty()) {
+            double XValue = 0.0, YValue = 0.0;
+            PointValues(i, AYData, AXData, XValue, YValue);
+            for (auto L = FHighlightZonesList.rbegin(); L != FHighlightZonesList.rend(); ++L)
+                if ((*L)->GetZonePoints().GetVisible() && (*L)->HoldsSample(XValue, YValue)) {
+                    S = &(*L)->GetZonePoints();
+                    break;
+                }
+        }
+        if (!S->GetVisible())
+            continue;
+        if (S != Applied) {
+            ApplyLook(*S);
+            Applied = S;
+        }
+        QVDrawPointSymbol(ACanvas, S->GetShape(), vertical ? AY[i] : AX[i], vertical ? AX[i] : AY[i],
+                          int32_t(S->GetSize()) + Grow, Inset);
     }
 }
 

@@ -156,6 +156,43 @@ void TQVDisplayMarkerGroup::RemoveMarker(TQVBasicDisplayMarker* AMarker)
     FMarkersList.erase(std::remove(FMarkersList.begin(), FMarkersList.end(), AMarker), FMarkersList.end());
 }
 
+bool TQVDisplayMarkerGroup::CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t AY)
+{
+    TQLCanvasSave Save(ACanvas);
+    ACanvas.ApplyBrush(*FBrush);
+    ACanvas.ApplyPen(*FPen);
+    const bool Turned = GetDisplay() && GetDisplay()->GetIsVertical();
+    const int32_t CX = AX + 6;
+    constexpr int32_t Half = 3;
+    // On the plot a triangle's tip lies on the marker's point; in the legend's small box it
+    // is centred instead: tip and base each Half from the centre.
+    TQVDisplayMarkerShape Shape = FShape;
+    if (Turned) {
+        static constexpr TQVDisplayMarkerShape TurnedTriangle[] = {msTriangleLeft, msTriangleRight, msTriangleDown,
+                                                                   msTriangleUp};
+        if (Shape >= msTriangleUp && Shape <= msTriangleRight)
+            Shape = TurnedTriangle[Shape - msTriangleUp];
+    }
+    switch (Shape) {
+    case msTriangleUp:
+    case msTriangleDown: {
+        const int32_t Dir = Shape == msTriangleUp ? -1 : 1;
+        const TPoint P[3] = {{CX, AY + Dir * Half}, {CX - Half, AY - Dir * Half}, {CX + Half, AY - Dir * Half}};
+        ACanvas.Polygon(P, 2);
+        break;
+    }
+    case msTriangleLeft:
+    case msTriangleRight: {
+        const int32_t Dir = Shape == msTriangleLeft ? -1 : 1;
+        const TPoint P[3] = {{CX + Dir * Half, AY}, {CX - Dir * Half, AY - Half}, {CX - Dir * Half, AY + Half}};
+        ACanvas.Polygon(P, 2);
+        break;
+    }
+    default: QVDisplayMarkerDrawSize(ACanvas, CX, AY, FShape, Half, 0, Turned); break;
+    }
+    return true;
+}
+
 bool TQVDisplayMarkerGroup::GetHighlighted() const
 {
     TQVDisplayOwner* Display = GetDisplay();

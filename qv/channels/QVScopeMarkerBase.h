@@ -168,6 +168,10 @@ public:
     void MouseDown(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
     void MouseUp(TMouseButton AButton, TShiftState AShift, int32_t AX, int32_t AY, bool AMouseInside) override;
     bool GetGroupMouseDown() const { return FMouseDown; }
+    // The legend's swatch: the group's symbol in its pen and brush, at half size 3 round
+    // (AX + 6, AY) whatever the group's size; triangles sit centred in that box, and turn
+    // with a turned display as on the plot.
+    bool CustomLegendDraw(TQLCanvas& ACanvas, int32_t AX, int32_t AY) override;
 
     QL_CLASS_INFO()
 

@@ -24,13 +24,22 @@ const TQLClassInfo& TQVOptionalAxesCursorDisplayCollectionItem::StaticClassInfo(
     return Info;
 }
 
+namespace {
+// The stored form of a value point: X and Y, each stored when not 0.
+template <class C>
+TQLClassInfo ValuePointInfo(const char* AName, const TQLClassInfo* AParent)
+{
+    return TQLClassBuilder<C>(AName, AParent)
+        .Property("X", &C::GetX, &C::SetX, 0.0)
+        .Property("Y", &C::GetY, &C::SetY, 0.0)
+        .Build();
+}
+} // namespace
+
 const TQLClassInfo& TQVDisplayElementPosition::StaticClassInfo()
 {
     static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayElementPosition>("TQVDisplayElementPosition", &TQLPersistent::StaticClassInfo())
-            .Property("X", &TQVDisplayElementPosition::GetX, &TQVDisplayElementPosition::SetX, 0.0)
-            .Property("Y", &TQVDisplayElementPosition::GetY, &TQVDisplayElementPosition::SetY, 0.0)
-            .Build();
+        ValuePointInfo<TQVDisplayElementPosition>("TQVDisplayElementPosition", &TQLPersistent::StaticClassInfo());
     return Info;
 }
 
@@ -123,50 +132,15 @@ void TQVBasicDisplayZone::Draw(TQVDisplayDrawPart APart, TQLCanvas& ACanvas, con
     const TQVDisplayAxis* XAxis = GetXAxis();
     for (TQVDisplayZoneChannelLink* Link : *FChannels) {
         auto* Channel = dynamic_cast<TQVScopeChannel*>(Link->GetChannel());
-        const bool Recolour = Link->GetHighlighting()->GetEnabled();
-        const bool Symbols = Link->GetPoints()->GetVisible();
-        if (!Channel || !Channel->GetVisible() || (!Recolour && !Symbols))
+        // The link's point symbols are the channel's to draw, over its line.
+        if (!Channel || !Channel->GetVisible() || !Link->GetHighlighting()->GetEnabled())
             continue;
         // A channel on another X axis does not meet the zone.
         if (static_cast<const TQVDisplayAxis*>(Channel->GetXAxis()) != XAxis)
             continue;
         TQLCanvasSave Save(ACanvas);
         ClipToShape(ACanvas);
-        if (Recolour)
-            Channel->ZoneDraw(ACanvas, Link->GetHighlighting()->GetColor(), DispRect, Printing);
-        if (Symbols)
-            DrawZonePoints(ACanvas, *Channel, *Link->GetPoints());
-    }
-}
-
-void TQVBasicDisplayZone::DrawZonePoints(TQLCanvas& ACanvas, const TQVScopeChannel& AChannel,
-                                         const TQVScopePoints& APoints) const
-{
-    // Symbols mark samples of their own: a frame that plots two points per pixel column
-    // shows none.
-    if (!AChannel.GetDownsampledRealY().empty())
-        return;
-    const IQVIntegerBuffer& PX = *AChannel.GetDownsampledIntDrawBufferX();
-    const IQVIntegerBuffer& PY = *AChannel.GetDownsampledIntDrawBufferY();
-    const IQVRealBuffer& XS = *AChannel.GetXScreenDataBuffer();
-    const IQVRealBuffer& YS = *AChannel.GetYScreenDataBuffer();
-    const int32_t n = std::min({PX.GetSize(), PY.GetSize(), XS.GetSize(), YS.GetSize()});
-    ACanvas.SetPenWidth(1);
-    if (APoints.GetUseChannelColor()) {
-        ACanvas.SetPenStyle(psSolid);
-        ACanvas.GetPen().SetColor(AChannel.GetColor());
-        ACanvas.GetBrush().SetColor(AChannel.GetColor());
-        ACanvas.GetBrush().SetStyle(bsSolid);
-    } else {
-        ACanvas.ApplyPen(*APoints.GetPen());
-        ACanvas.ApplyBrush(*APoints.GetBrush());
-    }
-    const bool Turned = GetDisplay() && GetDisplay()->GetIsVertical();
-    for (int32_t i = 0; i < n; ++i) {
-        const int32_t X = PX.Read()[i], Y = PY.Read()[i];
-        if (X == QVMissingPixel || Y == QVMissingPixel || !PointInZone(XS.Read()[i], YS.Read()[i]))
-            continue;
-        QVDrawPointSymbol(ACanvas, APoints.GetShape(), Turned ? Y : X, Turned ? X : Y, int32_t(APoints.GetSize()), 0);
+        Channel->ZoneDraw(ACanvas, Link->GetHighlighting()->GetColor(), DispRect, Printing);
     }
 }
 
@@ -187,10 +161,7 @@ const TQLClassInfo& TQVBasicDisplayZone::StaticClassInfo()
 const TQLClassInfo& TQVDisplayZonePoint::StaticClassInfo()
 {
     static const TQLClassInfo Info =
-        TQLClassBuilder<TQVDisplayZonePoint>("TQVDisplayZonePoint", &TQLCollectionItem::StaticClassInfo())
-            .Property("X", &TQVDisplayZonePoint::GetX, &TQVDisplayZonePoint::SetX, 0.0)
-            .Property("Y", &TQVDisplayZonePoint::GetY, &TQVDisplayZonePoint::SetY, 0.0)
-            .Build();
+        ValuePointInfo<TQVDisplayZonePoint>("TQVDisplayZonePoint", &TQLCollectionItem::StaticClassInfo());
     return Info;
 }
 

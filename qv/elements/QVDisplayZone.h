@@ -37,21 +37,30 @@ private:
     TCursor FMouseCursor = crDefault;
 };
 
-// A point of an element, in the values of the element's axes.
-class TQVDisplayElementPosition : public TQLPersistent {
+// An X and a Y in the values of an element's axes, written through the lock setters: the
+// point of a zone's settings, whether it is owned outright (TQLPersistent) or one of a list
+// (TQLCollectionItem).
+template <class TBase>
+class TQVValuePoint : public TBase {
 public:
-    TQVDisplayElementPosition(TQLPersistent* AOwner, TQLLockPtr ALock) : TQLPersistent(AOwner, std::move(ALock)) {}
+    using TBase::TBase;
 
     double GetX() const { return FX; }
-    void SetX(double AValue) { Set(FX, AValue); }
+    void SetX(double AValue) { this->Set(FX, AValue); }
     double GetY() const { return FY; }
-    void SetY(double AValue) { Set(FY, AValue); }
-
-    QL_CLASS_INFO()
+    void SetY(double AValue) { this->Set(FY, AValue); }
 
 private:
     double FX = 0.0;
     double FY = 0.0;
+};
+
+// A point of an element, in the values of the element's axes.
+class TQVDisplayElementPosition : public TQVValuePoint<TQLPersistent> {
+public:
+    using TQVValuePoint<TQLPersistent>::TQVValuePoint;
+
+    QL_CLASS_INFO()
 };
 
 class TQVBasicDisplayZone : public TQVOptionalAxesCursorDisplayCollectionItem {
@@ -92,8 +101,6 @@ protected:
     virtual void ClipToShape(TQLCanvas& ACanvas) const = 0;
     // The highlight colour of this kind of zone.
     TAlphaColor HighlightColor() const;
-    // The point symbols of a link on the channel's samples inside the zone.
-    void DrawZonePoints(TQLCanvas& ACanvas, const TQVScopeChannel& AChannel, const TQVScopePoints& APoints) const;
 
 private:
     std::unique_ptr<TQVDisplayZoneChannelLinks> FChannels;
@@ -102,20 +109,12 @@ private:
     bool FIsDynamic = false;
 };
 
-class TQVDisplayZonePoint : public TQLCollectionItem {
+// A corner of a polygon zone.
+class TQVDisplayZonePoint : public TQVValuePoint<TQLCollectionItem> {
 public:
-    using TQLCollectionItem::TQLCollectionItem;
-
-    double GetX() const { return FX; }
-    void SetX(double AValue) { Set(FX, AValue); }
-    double GetY() const { return FY; }
-    void SetY(double AValue) { Set(FY, AValue); }
+    using TQVValuePoint<TQLCollectionItem>::TQVValuePoint;
 
     QL_CLASS_INFO()
-
-private:
-    double FX = 0.0;
-    double FY = 0.0;
 };
 
 // The corners of a polygon zone, in order; a change repaints the display.

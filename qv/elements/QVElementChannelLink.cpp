@@ -175,11 +175,48 @@ const TQLClassInfo& TQVScopeZonePoints::StaticClassInfo()
 TQVDisplayZoneChannelLink::TQVDisplayZoneChannelLink(TQLCollection* ACollection)
     : TQVDisplayElementChannelLink(ACollection),
       FHighlighting(std::make_unique<TQVDisplayOptionalHighlighting>(GetDisplay())),
-      FPoints(std::make_unique<TQVScopeZonePoints>(this, GetLock(), [this] { NotifyProp(); })),
+      FPoints(std::make_unique<TQVScopeZonePoints>(this, GetLock(),
+                                                   [this] {
+                                                       ChangePointVisible();
+                                                       NotifyProp();
+                                                   })),
       FData(std::make_unique<TQVDisplayZoneChannelLinkData>(this))
 {}
 
-TQVDisplayZoneChannelLink::~TQVDisplayZoneChannelLink() = default;
+TQVDisplayZoneChannelLink::~TQVDisplayZoneChannelLink()
+{
+    // The channel outlives the link here: it must not keep drawing through it.
+    if (GetChannel())
+        GetChannel()->RemoveZoneLink(this);
+}
+
+void TQVDisplayZoneChannelLink::IntAddLink()
+{
+    if (FPoints && FPoints->GetVisible())
+        GetChannel()->AddZoneLink(this);
+}
+
+void TQVDisplayZoneChannelLink::IntRemoveLink()
+{
+    GetChannel()->RemoveZoneLink(this);
+}
+
+void TQVDisplayZoneChannelLink::ChangePointVisible()
+{
+    TQVDisplayChannel* Channel = GetChannel();
+    if (!Channel || !FPoints)
+        return;
+    if (FPoints->GetVisible())
+        Channel->AddZoneLink(this);
+    else
+        Channel->RemoveZoneLink(this);
+}
+
+bool TQVDisplayZoneChannelLink::HoldsSample(double AX, double AY) const
+{
+    const TQVBasicDisplayZone* Zone = GetZone();
+    return Zone && Zone->PointInZone(AX, AY);
+}
 
 TQVBasicDisplayZone* TQVDisplayZoneChannelLink::GetZone() const
 {

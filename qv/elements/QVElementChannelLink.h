@@ -105,8 +105,9 @@ public:
 };
 
 // A zone's tie to a channel: inside the zone the channel is drawn again in Highlighting's
-// colour while Highlighting is enabled.
-class TQVDisplayZoneChannelLink : public TQVDisplayElementChannelLink {
+// colour while Highlighting is enabled, and its samples there take the link's Points while
+// those are visible (the channel keeps the link in its zone list for that).
+class TQVDisplayZoneChannelLink : public TQVDisplayElementChannelLink, public IQVChannelZoneLink {
 public:
     explicit TQVDisplayZoneChannelLink(TQLCollection* ACollection);
     ~TQVDisplayZoneChannelLink() override;
@@ -120,9 +121,19 @@ public:
     // The channel's samples inside the zone, for the host.
     TQVDisplayZoneChannelLinkData* GetData() const { return FData.get(); }
 
+    const TQVScopePoints& GetZonePoints() const override { return *FPoints; }
+    bool HoldsSample(double AX, double AY) const override;
+
     QL_CLASS_INFO()
 
+protected:
+    void IntAddLink() override;
+    void IntRemoveLink() override;
+
 private:
+    // The channel lists the link while its symbols are visible.
+    void ChangePointVisible();
+
     std::unique_ptr<TQVDisplayOptionalHighlighting> FHighlighting;
     std::unique_ptr<TQVScopeZonePoints> FPoints;
     std::unique_ptr<TQVDisplayZoneChannelLinkData> FData;

@@ -239,3 +239,41 @@ TEST_F(Legend, ALitLineIsFramedOnScreenOnlyAndNamesTakeTheLegendFontColour)
         EXPECT_EQ(T[1].Font.Color, FontColor) << C.Printing;
     }
 }
+
+TEST_F(Legend, AMarkerGroupsSwatchIsItsSymbolCentredInTheBox)
+{
+    TQVScopeMarkerGroup* Group = Scope.GetMarkerGroups()->Add();
+    Group->SetSize(9); // the swatch keeps its own size
+    const int32_t X = 100, Y = 50;
+    struct TCase {
+        TQVDisplayMarkerShape Shape;
+        bool Turned;
+        const char* Op;
+        std::vector<int32_t> Args;
+    };
+    const TCase Cases[] = {
+        {msDot, false, "Ellipse", {X + 5, Y - 1, X + 8, Y + 2}},
+        {msCircle, false, "EllipseRect", {X + 3, Y - 3, X + 10, Y + 4}},
+        {msDiamond, false, "Polygon", {X + 6, Y - 3, X + 3, Y, X + 6, Y + 3, X + 9, Y}},
+        {msTriangleUp, false, "Polygon", {X + 6, Y - 3, X + 3, Y + 3, X + 9, Y + 3}},
+        {msTriangleRight, false, "Polygon", {X + 9, Y, X + 3, Y - 3, X + 3, Y + 3}},
+        {msTriangleUp, true, "Polygon", {X + 3, Y, X + 9, Y - 3, X + 9, Y + 3}},
+    };
+    for (const TCase& C : Cases) {
+        SCOPED_TRACE(testing::Message() << "shape " << int(C.Shape) << (C.Turned ? " turned" : ""));
+        Scope.SetVertical(C.Turned);
+        Group->SetShape(C.Shape);
+        TQLRecordingCanvas Swatch;
+        EXPECT_TRUE(Group->CustomLegendDraw(Swatch, X, Y));
+        const auto Drawn = Swatch.Of(C.Op);
+        ASSERT_EQ(Drawn.size(), 1u);
+        EXPECT_EQ(Drawn[0].Args, C.Args);
+        EXPECT_EQ(Drawn[0].PenColor, Group->GetPen()->GetColor());
+    }
+    // The legend's line of the group shows it.
+    Scope.SetVertical(false);
+    Paint();
+    const auto Polygons = Canvas.Of("Polygon");
+    EXPECT_TRUE(std::any_of(Polygons.begin(), Polygons.end(),
+                            [&](const TQLCanvasRecord& R) { return Rect().Contains(R.ArgPoints().front()); }));
+}

@@ -109,31 +109,72 @@ TEST_F(Zones, LinkedChannelsAreDrawnAgainUnderTheZonesClipWhileEnabled)
     Paint();
 }
 
-TEST_F(Zones, ALinksPointSymbolsMarkTheSamplesInsideOnly)
+TEST_F(Zones, TheChannelDrawsALinksSymbolsOverItsLineInsideTheZoneAlsoWhenDownsampled)
 {
-    TQVDisplayZone* Z = Square(20.5, 20.5, 79.5, 79.5);
-    TQVDisplayZoneChannelLink* Link = Z->GetChannels()->Add();
     TQVScopeChannel* Channel = Scope.GetChannels()->GetItem(0);
-    Link->SetChannel(Channel);
-    Link->GetHighlighting()->SetEnabled(false);
-    Link->GetPoints()->SetSize(2);
+    Channel->GetPoints()->SetShape(psSquare); // the channel's own symbols: squares
+    Channel->GetPoints()->SetSize(2);
     struct TCase {
-        bool Visible;
-        size_t Symbols;
+        int32_t Samples; // 2001 on a view some 450 pixels wide: two points per pixel column
+        bool Own, Linked;
+        size_t Circles; // the link's symbols; 0 for "some"
     };
-    for (const TCase& C : {TCase{false, 0}, TCase{true, 59}}) {
-        Link->GetPoints()->SetVisible(C.Visible);
+    const TCase Cases[] = {{101, false, false, 0},
+                           {101, false, true, 59},
+                           {101, true, true, 59},
+                           {2001, false, true, 0},
+                           {2001, true, true, 0}};
+    for (const TCase& C : Cases) {
+        SCOPED_TRACE(testing::Message() << C.Samples << " samples, own " << C.Own << ", linked " << C.Linked);
+        // Y climbs 0..100 over the record; the zone holds the samples from 20.5% to 79.5%.
+        std::vector<double> Y(size_t(C.Samples));
+        for (size_t i = 0; i < Y.size(); ++i)
+            Y[i] = 100.0 * double(i) / double(C.Samples - 1);
+        Channel->GetData()->SetYData(Y.data(), uint32_t(Y.size()));
+        Scope.RefreshView();
+        const double Lo = 0.205 * (C.Samples - 1), Hi = 0.795 * (C.Samples - 1);
+        TQVDisplayZone* Z = Square(Lo, -1, Hi, 101);
+        TQVDisplayZoneChannelLink* Link = Z->GetChannels()->Add();
+        Link->GetHighlighting()->SetEnabled(false);
+        Link->GetPoints()->SetSize(2);
+        Link->SetChannel(Channel);
+        Link->GetPoints()->SetVisible(C.Linked); // the channel lists the link from now on
+        Channel->GetPoints()->SetVisible(C.Own);
         Paint();
-        const auto Symbols = Canvas.Of("EllipseRect");
-        ASSERT_EQ(Symbols.size(), C.Symbols);
-        if (Symbols.empty())
-            continue;
-        // Samples 21..79 of the ramp, each in a box 2 pixels round its plotted point.
-        const TPoint P{Channel->GetDownsampledIntDrawBufferX()->GetItem(21),
-                       Channel->GetDownsampledIntDrawBufferY()->GetItem(21)};
-        EXPECT_EQ(Symbols.front().ArgRect(), (TRect{P.X - 2, P.Y - 2, P.X + 3, P.Y + 3}));
-        EXPECT_EQ(Symbols.front().PenColor, Channel->GetColor());
+
+        const auto& Records = Canvas.GetRecords();
+        size_t LastLine = 0;
+        for (size_t i = 0; i < Records.size(); ++i)
+            if (Records[i].Op == "LineTo" && Records[i].PenColor == Channel->GetColor())
+                LastLine = i;
+        size_t Circles = 0, Squares = 0;
+        for (size_t i = 0; i < Records.size(); ++i) {
+            const bool Circle = Records[i].Op == "EllipseRect", Sq = Records[i].Op == "RectangleRect";
+            if (!Circle && !Sq)
+                continue;
+            const TRect R = Records[i].ArgRect();
+            if (R.Width() != 5 || R.Height() != 5)
+                continue;
+            const int32_t X = (R.Left + R.Right - 1) / 2;
+            EXPECT_GT(i, LastLine) << "a symbol under the channel's line";
+            EXPECT_EQ(Records[i].PenColor, Channel->GetColor());
+            // Inside the zone the link's circles, outside the channel's squares (a pixel
+            // column that the zone's edge cuts may go either way).
+            if (Circle)
+                EXPECT_TRUE(X >= XPixel(Lo) - 1 && X <= XPixel(Hi) + 1) << "circle at " << X;
+            else
+                EXPECT_TRUE(X <= XPixel(Lo) + 1 || X >= XPixel(Hi) - 1) << "square at " << X;
+            ++(Circle ? Circles : Squares);
+        }
+        if (C.Circles) {
+            EXPECT_EQ(Circles, C.Circles);
+        }
+        EXPECT_EQ(Circles > 0, C.Linked);
+        EXPECT_EQ(Squares > 0, C.Own);
+        Scope.GetZones()->Clear();
     }
+    // A link that goes leaves the channel's list: the next frame draws the channel's own.
+    EXPECT_TRUE(Channel->GetZoneLinks().empty());
 }
 
 TEST_F(Zones, ElementsAndTheirLinksRoundTripThroughTheStoredForm)

@@ -132,10 +132,13 @@ TEST(WaterfallPicture, TheLegendListsMarkerGroupsThenCursorsAtTheRightEdge)
         ASSERT_GT(Legend.Width(), 40);
         EXPECT_EQ(Legend.Right, 500);
         EXPECT_LE(Levels.Right, Legend.Left);
-        // Swatches are bars of one colour across the swatch column, headings are not: one run
-        // of such rows per line, top to bottom; the cursor's, in its colour, is the last.
+        // A cursor's swatch is a bar of one colour across the swatch column, headings are
+        // not: one run of such rows per cursor. A group's swatch is its symbol in its pen's
+        // colour, above the cursors.
+        const TAlphaColor GroupColor =
+            Case.Groups > 0 ? Waterfall.GetMarkerGroups()->GetItem(0)->GetPen()->GetColor() : 0;
         std::vector<int32_t> Runs;
-        int32_t CursorRow = -1, Previous = -2;
+        int32_t CursorRow = -1, GroupRow = -1, Previous = -2;
         for (int32_t Y = Legend.Top; Y < Legend.Bottom; ++Y) {
             const TAlphaColor First = Picture.GetPixel(Legend.Left + 6, Y);
             bool Ink = First != Waterfall.GetColor();
@@ -143,14 +146,20 @@ TEST(WaterfallPicture, TheLegendListsMarkerGroupsThenCursorsAtTheRightEdge)
                 Ink = Ink && Picture.GetPixel(X, Y) == First;
                 if (Picture.GetPixel(X, Y) == CursorColor && CursorRow < 0)
                     CursorRow = Y;
+                if (GroupColor && Picture.GetPixel(X, Y) == GroupColor && GroupRow < 0)
+                    GroupRow = Y;
             }
             if (Ink && Previous != Y - 1)
                 Runs.push_back(Y);
             if (Ink)
                 Previous = Y;
         }
-        ASSERT_EQ(int32_t(Runs.size()), Case.Groups + Case.Cursors);
+        ASSERT_EQ(int32_t(Runs.size()), Case.Cursors);
         EXPECT_GE(CursorRow, Runs.back());
+        EXPECT_EQ(GroupRow >= 0, Case.Groups > 0);
+        if (GroupRow >= 0) {
+            EXPECT_LT(GroupRow, CursorRow);
+        }
     }
 }
 
