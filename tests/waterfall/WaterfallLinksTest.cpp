@@ -77,8 +77,8 @@ TEST(WaterfallLinks, ALinkMeasuresBetweenTheWaterfallsCursors)
         const char* Template;
         bool Drawn;
     } Cases[] = {
-        {ckVertical, 2.0, 6.0, false, "", true},      {ckHorizontal, 1.0, 3.0, false, "", true},
-        {ckVertical, 2.0, 6.0, false, "d=%V", true},  {ckVertical, 3.0, 3.0, false, "", false},
+        {ckVertical, 2.0, 6.0, false, "", true},     {ckHorizontal, 1.0, 3.0, false, "", true},
+        {ckVertical, 2.0, 6.0, false, "d=%V", true}, {ckVertical, 3.0, 3.0, false, "", false},
         {ckHorizontal, 1.0, 3.0, true, "", false},
     };
     for (const TCase& C : Cases) {
@@ -92,19 +92,21 @@ TEST(WaterfallLinks, ALinkMeasuresBetweenTheWaterfallsCursors)
         F.Paint();
 
         const TRect V = F.Waterfall.GetDataView()->GetDrawRect();
-        const TQVDisplayAxis& Axis = C.Kind == ckVertical ? static_cast<TQVDisplayAxis&>(*F.Waterfall.GetXAxis())
-                                                          : *F.Waterfall.GetYAxis();
+        const TQVDisplayAxis& Axis =
+            C.Kind == ckVertical ? static_cast<TQVDisplayAxis&>(*F.Waterfall.GetXAxis()) : *F.Waterfall.GetYAxis();
         const std::string Value = Axis.GetTickText(std::fabs(C.To - C.From));
         const std::string Text = C.Template[0] ? "d=" + Value : Value;
         const int32_t W = int32_t(Text.size()) * TQLRecordingCanvas::CharWidth;
         const TQLCanvasRecord* Written;
         if (C.Kind == ckVertical) {
             const int32_t Row = V.Top + int32_t(std::nearbyint(V.Height() * 0.25));
-            const int32_t P1 = Axis.ScaleToPixel(std::min(C.From, C.To)), P2 = Axis.ScaleToPixel(std::max(C.From, C.To));
+            const int32_t P1 = Axis.ScaleToPixel(std::min(C.From, C.To)),
+                          P2 = Axis.ScaleToPixel(std::max(C.From, C.To));
             Written = F.TextAt(P1 + ((P2 - P1) - W) / 2, Row - TQLRecordingCanvas::LineHeight);
         } else {
             const int32_t Column = V.Left + int32_t(std::nearbyint(V.Width() * 0.25));
-            const int32_t P1 = Axis.ScaleToPixel(std::max(C.From, C.To)), P2 = Axis.ScaleToPixel(std::min(C.From, C.To));
+            const int32_t P1 = Axis.ScaleToPixel(std::max(C.From, C.To)),
+                          P2 = Axis.ScaleToPixel(std::min(C.From, C.To));
             Written = F.TextAt(Column + 5, P1 + ((P2 - P1) - W) / 2);
         }
         ASSERT_EQ(Written != nullptr, C.Drawn);
@@ -133,8 +135,10 @@ TEST(WaterfallLinks, TheMouseFindsLinksAndLabelsAndDragsTheLine)
         TPoint At;
         const TQLPersistent* Lit;
     } Cases[] = {
-        {{LinkMid, LineRow}, &Link},          {{LinkMid, LineRow + 5}, nullptr},
-        {{LabelAt.X + 11, LabelAt.Y}, &Label}, {{LabelAt.X + 13, LabelAt.Y}, nullptr},
+        {{LinkMid, LineRow}, &Link},
+        {{LinkMid, LineRow + 5}, nullptr},
+        {{LabelAt.X + 11, LabelAt.Y}, &Label},
+        {{LabelAt.X + 13, LabelAt.Y}, nullptr},
     };
     for (const TCase& C : Cases) {
         F.Waterfall.MouseMove(0, C.At.X, C.At.Y);
