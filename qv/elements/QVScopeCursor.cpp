@@ -4,6 +4,7 @@
 #include "qv/axes/QVScopeXAxis.h"
 #include "qv/axes/QVScopeYAxis.h"
 #include "qv/channels/QVDisplayHighlighting.h"
+#include "qv/elements/QVElementDrag.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
@@ -99,13 +100,7 @@ bool TQVScopeCursors::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int
 
 bool TQVScopeCursors::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)
 {
-    TQVDisplayCursor* Cursor = AInfo.FDraggedCursor;
-    if (!Cursor || IndexOfItem(Cursor) < 0)
-        return false;
-    Cursor->MoveTo(AInfo, X, Y, ARect);
-    Cursor->MouseUp(mbLeft, AShift, X, Y, true);
-    AInfo.FDraggedCursor = nullptr;
-    return true;
+    return QVEndElementDrag(*this, AInfo.FDraggedCursor, AInfo, AShift, X, Y, ARect);
 }
 
 const TQLClassInfo& TQVScopeCursors::StaticClassInfo()
@@ -157,13 +152,7 @@ bool TQVScopeCursorLinks::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift,
 
 bool TQVScopeCursorLinks::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)
 {
-    TQVDisplayCursorLink* Link = AInfo.FDraggedLink;
-    if (!Link || IndexOfItem(Link) < 0)
-        return false;
-    Link->MoveTo(AInfo, X, Y, ARect);
-    Link->MouseUp(mbLeft, AShift, X, Y, true);
-    AInfo.FDraggedLink = nullptr;
-    return true;
+    return QVEndElementDrag(*this, AInfo.FDraggedLink, AInfo, AShift, X, Y, ARect);
 }
 
 const TQLClassInfo& TQVScopeCursorLinks::StaticClassInfo()

@@ -1,6 +1,7 @@
 #include "qv/waterfall/QVWaterfallCursor.h"
 
 #include "qv/channels/QVHighlightInfo.h"
+#include "qv/elements/QVElementDrag.h"
 #include "qv/foundation/QLClassBuilder.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
 
@@ -85,13 +86,7 @@ bool TQVWaterfallCursors::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift,
 
 bool TQVWaterfallCursors::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)
 {
-    TQVDisplayCursor* Cursor = AInfo.FDraggedCursor;
-    if (!Cursor || IndexOfItem(Cursor) < 0)
-        return false;
-    Cursor->MoveTo(AInfo, X, Y, ARect);
-    Cursor->MouseUp(mbLeft, AShift, X, Y, true);
-    AInfo.FDraggedCursor = nullptr;
-    return true;
+    return QVEndElementDrag(*this, AInfo.FDraggedCursor, AInfo, AShift, X, Y, ARect);
 }
 
 const TQLClassInfo& TQVWaterfallCursors::StaticClassInfo()

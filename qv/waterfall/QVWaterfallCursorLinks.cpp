@@ -1,5 +1,6 @@
 #include "qv/waterfall/QVWaterfallCursorLinks.h"
 
+#include "qv/elements/QVElementDrag.h"
 #include "qv/foundation/QLClassBuilder.h"
 #include "qv/waterfall/QVWaterfallCursor.h"
 #include "qv/waterfall/QVWaterfallOwner.h"
@@ -60,13 +61,7 @@ bool TQVWaterfallCursorLinks::StartDrag(TQVHighlightInfo& AInfo, TShiftState ASh
 bool TQVWaterfallCursorLinks::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,
                                       const TRect& ARect)
 {
-    TQVDisplayCursorLink* Link = AInfo.FDraggedLink;
-    if (!Link || IndexOfItem(Link) < 0)
-        return false;
-    Link->MoveTo(AInfo, X, Y, ARect);
-    Link->MouseUp(mbLeft, AShift, X, Y, true);
-    AInfo.FDraggedLink = nullptr;
-    return true;
+    return QVEndElementDrag(*this, AInfo.FDraggedLink, AInfo, AShift, X, Y, ARect);
 }
 
 const TQLClassInfo& TQVWaterfallCursorLinks::StaticClassInfo()
