@@ -1,7 +1,6 @@
 // The waterfall control: reading values back, time slices, zoom with the mouse and by call,
 // the tool tip's templates, settings refused, and hold and clear while rows arrive.
-#include "qv/QVWaterfall.h"
-#include "support/RecordingCanvas.h"
+#include "WaterfallTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -14,25 +13,13 @@ using namespace qv;
 namespace {
 
 // A 10-row waterfall with rows of 5 samples: row r holds r * 10 + j at sample j.
-struct TFixture {
-    TQVWaterfall Waterfall;
-    TQLBitmap Bitmap{320, 240};
-    TQLRecordingCanvas Canvas;
-
-    explicit TFixture(int32_t ARows = 4)
+struct TFixture : TWaterfallSurface {
+    explicit TFixture(int32_t ARows = 4) : TWaterfallSurface(10)
     {
-        Waterfall.SetBounds(0, 0, 320, 240);
-        Waterfall.GetXAxis()->SetSamples(10);
-        for (int32_t R = 0; R < ARows; ++R) {
-            std::vector<double> Row;
-            for (int32_t J = 0; J < 5; ++J)
-                Row.push_back(R * 10 + J);
-            Waterfall.GetData()->AddData(Row.data(), 5);
-        }
+        for (int32_t R = 0; R < ARows; ++R)
+            Add({R * 10.0, R * 10.0 + 1, R * 10.0 + 2, R * 10.0 + 3, R * 10.0 + 4});
         Paint();
     }
-    void Paint() { Waterfall.PaintToCanvas(Bitmap, Canvas, false); }
-    TRect View() const { return Waterfall.GetDataView()->GetDrawRect(); }
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 // waterfall's cursors (rows along X, samples along Y), its line is found and dragged by the
 // mouse, labels are found under the mouse, and both are kept in the stored form with the
 // link's ends resolved among the waterfall's own cursors.
+#include "WaterfallTestSupport.h"
 #include "qv/QVWaterfall.h"
 #include "qv/foundation/QLStoredForm.h"
 #include "support/RecordingCanvas.h"
@@ -19,26 +20,20 @@ using namespace qv;
 namespace {
 
 // Ten rows of five samples, painted once so that the layout stands.
-struct TLinkedWaterfall {
-    TQVWaterfall Waterfall;
-    TQLBitmap Bitmap{320, 240};
-    TQLRecordingCanvas Canvas;
-
-    TLinkedWaterfall()
+struct TLinkedWaterfall : TWaterfallSurface {
+    TLinkedWaterfall() : TWaterfallSurface(10)
     {
-        Waterfall.SetBounds(0, 0, 320, 240);
         // The display measures text on this canvas outside a paint.
         Waterfall.SetCanvasFactory([](TQLBitmap&) { return std::make_unique<TQLRecordingCanvas>(); });
-        Waterfall.GetXAxis()->SetSamples(10);
-        const std::vector<double> Row{1, 2, 3, 4, 5};
         for (int32_t R = 0; R < 10; ++R)
-            Waterfall.GetData()->AddData(Row.data(), 5);
+            Add({1, 2, 3, 4, 5});
         Paint();
     }
+    // Each paint's records alone.
     void Paint()
     {
         Canvas.ClearRecords();
-        Waterfall.PaintToCanvas(Bitmap, Canvas, false);
+        TWaterfallSurface::Paint();
     }
     TQVWaterfallCursorLink& Link(TQVDisplayCursorKind AKind, double AFrom, double ATo)
     {

@@ -1,7 +1,6 @@
 // Waterfall markers: relative groups ride with the rows that leave the picture, markers are
 // drawn where their axes put them, and a group is hit on its markers and on its line.
-#include "qv/QVWaterfall.h"
-#include "support/RecordingCanvas.h"
+#include "WaterfallTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -11,23 +10,13 @@ using namespace qv;
 
 namespace {
 
-struct TFixture {
-    TQVWaterfall Waterfall;
-    TQLBitmap Bitmap{320, 240};
-    TQLRecordingCanvas Canvas;
-
-    explicit TFixture(int32_t ASamples = 10)
-    {
-        Waterfall.SetBounds(0, 0, 320, 240);
-        Waterfall.GetXAxis()->SetSamples(ASamples);
-    }
+struct TFixture : TWaterfallSurface {
+    explicit TFixture(int32_t ASamples = 10) : TWaterfallSurface(ASamples) {}
     void AddRows(int32_t ACount)
     {
-        const std::vector<double> Row(16, 1.0);
         for (int32_t I = 0; I < ACount; ++I)
-            Waterfall.GetData()->AddData(Row.data(), 16);
+            Add(std::vector<double>(16, 1.0));
     }
-    void Paint() { Waterfall.PaintToCanvas(Bitmap, Canvas, false); }
     TQVWaterfallMarker* AddMarker(TQVWaterfallMarkerGroup& AGroup, double AX, double AY)
     {
         TQVWaterfallMarker* Marker = AGroup.GetMarkers()->Add();

@@ -1,7 +1,6 @@
 // The waterfall's picture: incremental colouring against colouring from scratch, the colour
 // of values at and beyond the level range, and the layout of the image.
-#include "qv/QVWaterfall.h"
-#include "support/RecordingCanvas.h"
+#include "WaterfallTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -21,15 +20,9 @@ struct TSetup {
     bool Autoscale;
 };
 
-struct TFixture {
-    TQVWaterfall Waterfall;
-    TQLBitmap Bitmap{320, 240};
-    TQLRecordingCanvas Canvas;
-
-    explicit TFixture(const TSetup& ASetup)
+struct TFixture : TWaterfallSurface {
+    explicit TFixture(const TSetup& ASetup) : TWaterfallSurface(ASetup.Samples)
     {
-        Waterfall.SetBounds(0, 0, 320, 240);
-        Waterfall.GetXAxis()->SetSamples(ASetup.Samples);
         Waterfall.SetVertical(ASetup.Vertical);
         Waterfall.GetXAxis()->SetReversed(ASetup.Reversed);
         TQVLevelAxis& Axis = *Waterfall.GetLevels()->GetAxis();
@@ -37,11 +30,6 @@ struct TFixture {
         Axis.SetMin(0);
         Axis.SetMax(100);
     }
-    void Add(const std::vector<double>& ARow)
-    {
-        Waterfall.GetData()->AddData(ARow.data(), static_cast<int32_t>(ARow.size()));
-    }
-    void Paint() { Waterfall.PaintToCanvas(Bitmap, Canvas, false); }
     // The image's pixels that are shown (padding left out).
     std::vector<uint32_t> Shown(int32_t AWidth, int32_t AHeight) const
     {
