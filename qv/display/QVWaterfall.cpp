@@ -34,9 +34,8 @@ TQVBasicWaterfall::TQVBasicWaterfall()
     RowBoundChanged();
 }
 
-TQVBasicWaterfall::~TQVBasicWaterfall()
+void TQVBasicWaterfall::ReleaseElements()
 {
-    BeginDestroy();
     // The legend lets go of the collections before they go.
     FLegend.reset();
     FHighlightInfo = TQVHighlightInfo{};
@@ -45,6 +44,12 @@ TQVBasicWaterfall::~TQVBasicWaterfall()
     FLabels.reset();
     FMarkerGroups.reset();
     FCursors.reset();
+}
+
+TQVBasicWaterfall::~TQVBasicWaterfall()
+{
+    BeginDestroy();
+    ReleaseElements();
     FYAxis.reset();
     FXAxis.reset();
 }
@@ -303,14 +308,8 @@ TQVWaterfall::~TQVWaterfall()
 {
     BeginDestroy();
     FInputPin->Close();
-    FLegend.reset();
     // The cursors and markers ask the display for its data view as they go.
-    FHighlightInfo = TQVHighlightInfo{};
-    // Links let go of their cursors before the cursors go.
-    FCursorLinks.reset();
-    FLabels.reset();
-    FMarkerGroups.reset();
-    FCursors.reset();
+    ReleaseElements();
     FDataView.reset();
     FLevels.reset();
 }

@@ -131,6 +131,9 @@ public:
 
 protected:
     void Invalidate() override { TQVDataDisplay::Invalidate(); }
+    // Frees the legend, then the links, labels, markers and cursors, in the order in which
+    // each still finds what it refers to; the destructors call it.
+    void ReleaseElements();
 
     TQWCriticalSection FBufferSection;
     std::unique_ptr<TQVDisplayHighlighting> FHighlighting;
