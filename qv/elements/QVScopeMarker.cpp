@@ -81,18 +81,6 @@ const TQLClassInfo& TQVScopeMarker::StaticClassInfo()
 
 // ---- TQVScopeMarkers ----
 
-TQVScopeMarkers::TQVScopeMarkers(TQVScopeMarkerGroup* AGroup, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
-    : TQVDisplayCollection<TQVScopeMarker>(AGroup, std::move(ALock), ADisplay), FGroup(AGroup)
-{}
-
-void TQVScopeMarkers::NewItemCreated(TQLCollectionItem* AItem)
-{
-    TQVDisplayCollection<TQVScopeMarker>::NewItemCreated(AItem);
-    auto* Marker = static_cast<TQVScopeMarker*>(AItem);
-    Marker->SetName("Marker" + std::to_string(GetCount()));
-    Marker->SetGroup(FGroup);
-}
-
 const TQLClassInfo& TQVScopeMarkers::StaticClassInfo()
 {
     static const TQLClassInfo Info("TQVScopeMarkers", &TQLCollection::StaticClassInfo(), {});

@@ -7,6 +7,9 @@
 #include "qv/component/QVDisplayCollection.h"
 #include "qv/elements/QVOptionalAxesDisplayCollectionItem.h"
 
+#include <string>
+#include <utility>
+
 namespace qv {
 
 class TQVScopeMarkerGroup;
@@ -68,17 +71,33 @@ private:
 
 // The free markers of one group. A new marker joins the group and is named "Marker" and
 // the count.
-class TQVScopeMarkers : public TQVDisplayCollection<TQVScopeMarker> {
+// A marker group's own markers, for the scope's groups and the waterfall's: a new marker joins
+// the group and is named "Marker" and the count.
+template <class TMarker, class TGroup>
+class TQVGroupMarkers : public TQVDisplayCollection<TMarker> {
 public:
-    TQVScopeMarkers(TQVScopeMarkerGroup* AGroup, TQLLockPtr ALock, TQVDisplayOwner* ADisplay);
+    TQVGroupMarkers(TGroup* AGroup, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
+        : TQVDisplayCollection<TMarker>(AGroup, std::move(ALock), ADisplay), FGroup(AGroup)
+    {}
 
-    TQVScopeMarkerGroup* GetGroup() const { return FGroup; }
-    void NewItemCreated(TQLCollectionItem* AItem) override;
-
-    QL_CLASS_INFO()
+    TGroup* GetGroup() const { return FGroup; }
+    void NewItemCreated(TQLCollectionItem* AItem) override
+    {
+        TQVDisplayCollection<TMarker>::NewItemCreated(AItem);
+        auto* Marker = static_cast<TMarker*>(AItem);
+        Marker->SetName("Marker" + std::to_string(this->GetCount()));
+        Marker->SetGroup(FGroup);
+    }
 
 private:
-    TQVScopeMarkerGroup* FGroup;
+    TGroup* FGroup;
+};
+
+class TQVScopeMarkers : public TQVGroupMarkers<TQVScopeMarker, TQVScopeMarkerGroup> {
+public:
+    using TQVGroupMarkers::TQVGroupMarkers;
+
+    QL_CLASS_INFO()
 };
 
 } // namespace qv

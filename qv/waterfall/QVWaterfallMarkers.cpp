@@ -73,18 +73,6 @@ const TQLClassInfo& TQVWaterfallMarker::StaticClassInfo()
 
 // ---- TQVWaterfallMarkers ----
 
-TQVWaterfallMarkers::TQVWaterfallMarkers(TQVWaterfallMarkerGroup* AGroup, TQLLockPtr ALock, TQVDisplayOwner* ADisplay)
-    : TQVDisplayCollection<TQVWaterfallMarker>(AGroup, std::move(ALock), ADisplay), FGroup(AGroup)
-{}
-
-void TQVWaterfallMarkers::NewItemCreated(TQLCollectionItem* AItem)
-{
-    TQVDisplayCollection<TQVWaterfallMarker>::NewItemCreated(AItem);
-    auto* Marker = static_cast<TQVWaterfallMarker*>(AItem);
-    Marker->SetName("Marker" + std::to_string(GetCount()));
-    Marker->SetGroup(FGroup);
-}
-
 const TQLClassInfo& TQVWaterfallMarkers::StaticClassInfo()
 {
     static const TQLClassInfo Info("TQVWaterfallMarkers", &TQLCollection::StaticClassInfo(), {});

@@ -57,17 +57,11 @@ protected:
     void BeforeDestruction() override;
 };
 
-class TQVWaterfallMarkers : public TQVDisplayCollection<TQVWaterfallMarker> {
+class TQVWaterfallMarkers : public TQVGroupMarkers<TQVWaterfallMarker, TQVWaterfallMarkerGroup> {
 public:
-    TQVWaterfallMarkers(TQVWaterfallMarkerGroup* AGroup, TQLLockPtr ALock, TQVDisplayOwner* ADisplay);
-
-    // A new marker joins the group and is named "Marker" and the count.
-    void NewItemCreated(TQLCollectionItem* AItem) override;
+    using TQVGroupMarkers::TQVGroupMarkers;
 
     QL_CLASS_INFO()
-
-private:
-    TQVWaterfallMarkerGroup* FGroup;
 };
 
 class TQVWaterfallMarkerGroup : public TQVDisplayMarkerGroup {
