@@ -115,6 +115,32 @@ public:
         QVMapY(&AValue, 1, FYScale, FYLogarithmic, FYBase, &P);
         return P;
     }
+    // Values that lie AReach or more pixels across from AMouse: every value at or below ALow
+    // maps to one side, every value at or above AHigh to the other (the pixel is the same
+    // monotonic function of the value as in QVMapY). False when samples are not mapped here, or the mapping gives no such
+    // bounds: a logarithmic axis, or pixels so far out that single precision blurs them.
+    bool AcrossWindow(int32_t AMouse, double AReach, double& ALow, double& AHigh) const
+    {
+        if (FXInts || FYLogarithmic || !(FYScale != 0.0) || !std::isfinite(FYScale) || !std::isfinite(FYBase) ||
+            !(std::fabs(double(AMouse)) + AReach < 1.0e6) || !(std::fabs(FYBase) < 1.0e6))
+            return false;
+        // Pixels at or past the mouse + reach on one side, at or below the mouse - reach on
+        // the other. A scaled value rounds to pixel K from K - 0.5 to K + 0.5; a quarter of a
+        // pixel inside that covers the narrowing to single precision (an eighth of a pixel
+        // at most below 2^20) and the rounding of the division below.
+        const double Far = FYBase - (std::ceil(AMouse + AReach) - 0.25);
+        const double Near = FYBase - (std::floor(AMouse - AReach) + 0.25);
+        const double A = Far / FYScale, B = Near / FYScale;
+        ALow = std::min(A, B);
+        AHigh = std::max(A, B);
+        return true;
+    }
+    // Whether samples AFrom..ATo all lie at or below ALow, or all at or above AHigh.
+    bool ValuesOutside(int32_t AFrom, int32_t ATo, double ALow, double AHigh) const
+    {
+        const double A = FYS[AFrom], B = FYS[ATo];
+        return (A <= ALow && B <= ALow) || (A >= AHigh && B >= AHigh);
+    }
 
 private:
     // X of sample AIndex: the same number as the one stored, on a ramp counted from its start.
@@ -245,6 +271,10 @@ struct TNearWalk {
         double Known = -1.0; // the reach the along run was found for
         int32_t Stop = ALast + 1;
         bool Anywhere = true;
+        // Value bounds of the reach across, for passing over single items out of reach
+        // without mapping their samples.
+        double Windowed = -1.0, Low = 0.0, High = 0.0;
+        bool Window = false;
         for (int32_t i = AFirst; i <= ALast;) {
             const double Reach = AReach();
             if (!(Reach > 0.0))
@@ -274,6 +304,24 @@ struct TNearWalk {
                 if (End >= 0) {
                     i = End;
                     continue;
+                }
+            }
+            if (Skipping) {
+                if (Reach != Windowed) {
+                    Windowed = Reach;
+                    Window = Pixels.AcrossWindow(MC, Reach, Low, High);
+                }
+                if (Window) {
+                    // Up to the next block boundary, where the summary is asked again.
+                    constexpr int32_t B = TQVBlockExtremes::BlockSize;
+                    const int32_t Limit = int32_t(std::min<int64_t>(Stop, (int64_t(Start) + i) / B * B + B - Start));
+                    int32_t j = i;
+                    while (j < Limit && Pixels.ValuesOutside(j, j + ASpan, Low, High))
+                        ++j;
+                    if (j > i) {
+                        i = j;
+                        continue;
+                    }
                 }
             }
             if (!AVisit(i))
