@@ -7,8 +7,13 @@
 // no history kept and the limits left unread: the difference is what the axes cost.
 //
 // CachedLimits: the same limits read again without new data: only the caches answer.
+//
+// PaintAt/<offset>: a whole 800x400 paint whose Y axis shows 100 units from <offset>. Far
+// from zero (1e12) the tick walks start 2^31 steps from zero and never reach the range.
 
 #include "qv/QVScope.h"
+
+#include "support/BenchCanvas.h"
 
 #include <benchmark/benchmark.h>
 
@@ -70,8 +75,26 @@ void CachedLimits(benchmark::State& AState)
     }
 }
 
+void PaintAt(benchmark::State& AState)
+{
+    TQVScope Scope;
+    Scope.SetBounds(0, 0, 800, 400);
+    TQVScopeYAxis& Y = *Scope.GetYAxis();
+    Y.GetAutoScaling()->SetEnabled(false);
+    Y.GetMin()->SetValue(double(AState.range(0)));
+    Y.GetMax()->SetValue(double(AState.range(0)) + 100.0);
+    const std::vector<double> Data = Noise(1000);
+    Scope.GetChannels()->GetItem(0)->GetData()->SetYData(Data.data(), static_cast<uint32_t>(Data.size()));
+    Scope.RefreshView();
+    TQLBitmap Bitmap(800, 400);
+    qvbench::TBenchCanvas Canvas;
+    for (auto _ : AState)
+        Scope.PaintToCanvas(Bitmap, Canvas, false);
+}
+
 } // namespace
 
+BENCHMARK(PaintAt)->Arg(0)->Arg(1'000'000'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(AutoscaledTick)->Arg(1 << 12)->Arg(1 << 20)->Unit(benchmark::kMicrosecond);
 BENCHMARK(HandOverOnly)->Arg(1 << 12)->Arg(1 << 20)->Unit(benchmark::kMicrosecond);
 BENCHMARK(CachedLimits);

@@ -66,6 +66,29 @@ struct TQVTrackingOptionalAxis::TTickWalk {
         const double Power = std::pow(10.0, std::fabs(Decade));
         return AAscending ? ACur + Power * AStep : ACur - Power * AStep;
     }
+    // Whether a linear walk from ACur, with the iterations left, stays on one side of the
+    // plot and inside its loop bound, each step moving the value: then it draws nothing and
+    // ends at the iteration bound, and need not be walked. (A walk that starts far from its
+    // range, on an axis far from zero with a small step, would otherwise take its whole
+    // iteration bound on every paint.)
+    bool NeverReachesThePlot(double ACur, bool AAscending) const
+    {
+        if (Logarithmic || !(Saved > 0.0) || !std::isfinite(ACur))
+            return false;
+        const double Left = double(CMaxWalkIterations - Counter) + 2.0;
+        // The values the walk can reach, widened by the rounding of as many additions.
+        const double Span = Left * Saved;
+        const double Magnitude = std::fabs(ACur) + Span;
+        const double Slack = Left * Magnitude * 4.0 * DBL_EPSILON;
+        if (!(Saved > 4.0 * Magnitude * DBL_EPSILON)) // a step this small can stall the walk
+            return false;
+        const double End = AAscending ? ACur + Span + Slack : ACur - Span - Slack;
+        if (AAscending ? !(End <= Max + Saved) : !(End >= Min - Saved))
+            return false;
+        // Pixels follow the value monotonically: both ends out on the same side means all.
+        const int32_t P0 = Pixel(ACur), P1 = Pixel(End);
+        return (P0 < First && P1 < First) || (P0 >= Last && P1 >= Last);
+    }
 };
 
 TQVTrackingOptionalAxis::TQVTrackingOptionalAxis(TQVDisplayOwner* ADisplay, TQVViewAlign AAlign)
@@ -214,6 +237,12 @@ void TQVTrackingOptionalAxis::WalkTickLines(bool AUpLines, TQVTrackingOptionalAx
 void TQVTrackingOptionalAxis::Walk(TTickWalk& AWalk, double& ACur, const double& AMinorValue, bool AAscending,
                                    bool APixelsRise, int32_t ATopTest)
 {
+    // Without a custom step every tick follows from the saved step; drawing only the first
+    // tick ends the walk at its first tick anyway.
+    if (!FOnCustomStep && AWalk.DrawAll && AWalk.NeverReachesThePlot(ACur, AAscending)) {
+        AWalk.Counter = CMaxWalkIterations + 1;
+        return;
+    }
     int64_t Prev = APixelsRise ? -100 : static_cast<int64_t>(AWalk.Last) + 100;
     bool Seen = false;
     double Step = AWalk.Saved;

@@ -234,8 +234,19 @@ TEST_F(AxisTicks, AWalkFarFromItsStartEndsAfterItsIterationLimit)
     // The walk up counts whole steps from zero in 32 bits: from 1e12 it starts far below the
     // range and gives up after its iteration limit instead of walking forever.
     YAxis.SetLimits(1e12, 1e12 + 100.0);
-    const TTickLog Log = Walk(YAxis);
-    EXPECT_TRUE(Log.Ticks.empty());
+    EXPECT_TRUE(Walk(YAxis).Ticks.empty());
+    // From a given start of 0, a range N steps of 10 away is walked to: the ticks it reaches
+    // within 100000 steps are drawn, and none beyond.
+    YAxis.GetMajorTicks()->GetStartFrom()->SetMode(mtmCustom);
+    YAxis.GetMajorTicks()->GetStartFrom()->SetStartFrom(0.0);
+    const struct {
+        double Steps;
+        size_t Ticks;
+    } Cases[] = {{99980.0, 11}, {99995.0, 6}, {100001.0, 0}, {100010.0, 0}, {1e7, 0}};
+    for (const auto& C : Cases) {
+        YAxis.SetLimits(C.Steps * 10.0, C.Steps * 10.0 + 100.0);
+        EXPECT_EQ(Walk(YAxis).MajorValues().size(), C.Ticks) << C.Steps;
+    }
 }
 
 TEST_F(AxisTicks, TheTrackLineFollowsTheMouseOverTheDataView)
