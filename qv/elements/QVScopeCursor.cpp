@@ -75,27 +75,20 @@ bool TQVScopeCursors::HitTest(TQVHighlightInfo& AInfo, int32_t X, int32_t Y, con
     const TQVDisplayHighlighting* H = GetDisplay() ? GetDisplay()->GetHighlighting() : nullptr;
     if (!H || !H->GetCursors()->GetMouseHighlighting())
         return false;
-    for (TQVScopeCursor* Cursor : GetReverse())
-        if (Cursor->HitTest(AInfo, X, Y, ARect)) {
-            const TQVDisplayCursorMouseCursor& M = *Cursor->GetMouseCursors();
-            AHit.Item = Cursor;
-            AHit.Cursor = AInfo.FVMoveCursor && AInfo.FHMoveCursor ? M.GetBoth()
-                          : AInfo.FVMoveCursor                     ? M.GetVertical()
-                                                                   : M.GetHorizontal();
-            return true;
-        }
-    return false;
+    TQVScopeCursor* Cursor = QVTopElementAt<TQVScopeCursor>(*this, AInfo, X, Y, ARect);
+    if (!Cursor)
+        return false;
+    const TQVDisplayCursorMouseCursor& M = *Cursor->GetMouseCursors();
+    AHit.Item = Cursor;
+    AHit.Cursor = AInfo.FVMoveCursor && AInfo.FHMoveCursor ? M.GetBoth()
+                  : AInfo.FVMoveCursor                     ? M.GetVertical()
+                                                           : M.GetHorizontal();
+    return true;
 }
 
 bool TQVScopeCursors::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)
 {
-    for (TQVScopeCursor* Cursor : GetReverse())
-        if (Cursor->HitTest(AInfo, X, Y, ARect)) {
-            AInfo.FDraggedCursor = Cursor;
-            Cursor->MouseDown(mbLeft, AShift, X, Y, true);
-            return true;
-        }
-    return false;
+    return QVStartElementDrag(*this, AInfo.FDraggedCursor, AInfo, AShift, X, Y, ARect);
 }
 
 bool TQVScopeCursors::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)
@@ -128,26 +121,19 @@ bool TQVScopeCursorLinks::HitTest(TQVHighlightInfo& AInfo, int32_t X, int32_t Y,
                                   TQVElementHit& AHit)
 {
     const TQVDisplayHighlighting* H = GetDisplay() ? GetDisplay()->GetHighlighting() : nullptr;
-    for (TQVScopeCursorLink* Link : GetReverse())
-        if (Link->HitTest(AInfo, X, Y, ARect)) {
-            AHit.Item = Link;
-            AHit.Cursor = Link->GetMouseCursor();
-            AHit.Takes = H && H->GetCursorLinks()->GetMouseHighlighting();
-            return true;
-        }
-    return false;
+    TQVScopeCursorLink* Link = QVTopElementAt<TQVScopeCursorLink>(*this, AInfo, X, Y, ARect);
+    if (!Link)
+        return false;
+    AHit.Item = Link;
+    AHit.Cursor = Link->GetMouseCursor();
+    AHit.Takes = H && H->GetCursorLinks()->GetMouseHighlighting();
+    return true;
 }
 
 bool TQVScopeCursorLinks::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,
                                     const TRect& ARect)
 {
-    for (TQVScopeCursorLink* Link : GetReverse())
-        if (Link->HitTest(AInfo, X, Y, ARect)) {
-            AInfo.FDraggedLink = Link;
-            Link->MouseDown(mbLeft, AShift, X, Y, true);
-            return true;
-        }
-    return false;
+    return QVStartElementDrag(*this, AInfo.FDraggedLink, AInfo, AShift, X, Y, ARect);
 }
 
 bool TQVScopeCursorLinks::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)

@@ -37,6 +37,19 @@ void TQVDisplayMarker::DragTo(const TQVRealPoint& ANewPosition)
         FOnDragged(this, Old, New);
 }
 
+bool TQVDisplayMarker::GetPixel(const TQVRealPoint& APosition, TPoint& APixel) const
+{
+    const TQVDisplayAxis* XAxis = GetLabelXAxis();
+    const TQVDisplayAxis* YAxis = GetLabelYAxis();
+    if (!XAxis || !YAxis)
+        return false;
+    const int32_t Along = XAxis->ScaleToPixel(APosition.X);
+    const int32_t Across = YAxis->ScaleToPixel(APosition.Y);
+    // In a turned display the X axis runs down the control.
+    APixel = GetDisplay()->GetIsVertical() ? TPoint{Across, Along} : TPoint{Along, Across};
+    return true;
+}
+
 const TQLClassInfo& TQVDisplayMarker::StaticClassInfo()
 {
     static const TQLClassInfo Info =
@@ -51,19 +64,6 @@ const TQLClassInfo& TQVDisplayMarker::StaticClassInfo()
 TQVScopeMarker::TQVScopeMarker(TQLCollection* ACollection)
     : TQVDisplayMarker(ACollection), IQVOptionalAxesDisplayCollectionItem(this)
 {}
-
-bool TQVScopeMarker::GetPixel(const TQVRealPoint& APosition, TPoint& APixel) const
-{
-    const TQVDisplayAxis* XAxis = GetXAxis();
-    const TQVDisplayAxis* YAxis = GetYAxis();
-    if (!XAxis || !YAxis)
-        return false;
-    const int32_t Along = XAxis->ScaleToPixel(APosition.X);
-    const int32_t Across = YAxis->ScaleToPixel(APosition.Y);
-    // In a turned display the X axis runs down the control.
-    APixel = GetDisplay()->GetIsVertical() ? TPoint{Across, Along} : TPoint{Along, Across};
-    return true;
-}
 
 const TQLClassInfo& TQVScopeMarker::StaticClassInfo()
 {

@@ -43,6 +43,9 @@ public:
     const TQVDisplayMarkerDraggedEvent& GetOnDragged() const { return FOnDragged; }
     // Ends a drag at ANewPosition: the marker moves there and OnDragged fires when it moved.
     void DragTo(const TQVRealPoint& ANewPosition);
+    // The control pixel of a position on the label's axes (turned in a turned display);
+    // false while an axis is missing.
+    bool GetPixel(const TQVRealPoint& APosition, TPoint& APixel) const;
 
     QL_CLASS_INFO()
 
@@ -54,9 +57,6 @@ private:
 class TQVScopeMarker : public TQVDisplayMarker, public IQVOptionalAxesDisplayCollectionItem {
 public:
     explicit TQVScopeMarker(TQLCollection* ACollection);
-
-    // The control pixel of the marker's position; false while an axis is missing.
-    bool GetPixel(const TQVRealPoint& APosition, TPoint& APixel) const;
 
     QL_CLASS_INFO()
 

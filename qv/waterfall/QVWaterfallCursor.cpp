@@ -67,21 +67,13 @@ void TQVWaterfallCursors::UpdateCursorsData(const TQVWaterfallOwner& AWaterfall)
 
 TQVWaterfallCursor* TQVWaterfallCursors::HitTest(TQVHighlightInfo& AInfo, int32_t X, int32_t Y, const TRect& ARect)
 {
-    for (TQVWaterfallCursor* Cursor : GetReverse())
-        if (Cursor->HitTest(AInfo, X, Y, ARect))
-            return Cursor;
-    return nullptr;
+    return QVTopElementAt<TQVWaterfallCursor>(*this, AInfo, X, Y, ARect);
 }
 
 bool TQVWaterfallCursors::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,
                                     const TRect& ARect)
 {
-    TQVWaterfallCursor* Cursor = HitTest(AInfo, X, Y, ARect);
-    if (!Cursor)
-        return false;
-    AInfo.FDraggedCursor = Cursor;
-    Cursor->MouseDown(mbLeft, AShift, X, Y, true);
-    return true;
+    return QVStartElementDrag(*this, AInfo.FDraggedCursor, AInfo, AShift, X, Y, ARect);
 }
 
 bool TQVWaterfallCursors::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y, const TRect& ARect)

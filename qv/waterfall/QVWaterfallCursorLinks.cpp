@@ -41,21 +41,13 @@ void TQVWaterfallCursorLinks::Draw(TQLCanvas& ACanvas, const TRect& AClip, bool 
 TQVWaterfallCursorLink* TQVWaterfallCursorLinks::HitTest(TQVHighlightInfo& AInfo, int32_t X, int32_t Y,
                                                          const TRect& ARect)
 {
-    for (TQVWaterfallCursorLink* Link : GetReverse())
-        if (Link->HitTest(AInfo, X, Y, ARect))
-            return Link;
-    return nullptr;
+    return QVTopElementAt<TQVWaterfallCursorLink>(*this, AInfo, X, Y, ARect);
 }
 
 bool TQVWaterfallCursorLinks::StartDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,
                                         const TRect& ARect)
 {
-    TQVWaterfallCursorLink* Link = HitTest(AInfo, X, Y, ARect);
-    if (!Link)
-        return false;
-    AInfo.FDraggedLink = Link;
-    Link->MouseDown(mbLeft, AShift, X, Y, true);
-    return true;
+    return QVStartElementDrag(*this, AInfo.FDraggedLink, AInfo, AShift, X, Y, ARect);
 }
 
 bool TQVWaterfallCursorLinks::EndDrag(TQVHighlightInfo& AInfo, TShiftState AShift, int32_t X, int32_t Y,

@@ -39,19 +39,6 @@ TQVDisplayAxis* TQVWaterfallMarker::GetLabelYAxis() const
     return GetDisplay() ? GetDisplay()->GetYAxis() : nullptr;
 }
 
-bool TQVWaterfallMarker::GetPixel(const TQVRealPoint& APosition, TPoint& APixel) const
-{
-    const TQVDisplayAxis* XAxis = GetLabelXAxis();
-    const TQVDisplayAxis* YAxis = GetLabelYAxis();
-    if (!XAxis || !YAxis)
-        return false;
-    const int32_t Along = XAxis->ScaleToPixel(APosition.X);
-    const int32_t Across = YAxis->ScaleToPixel(APosition.Y);
-    // In a vertical waterfall the rows run down the control.
-    APixel = GetDisplay()->GetIsVertical() ? TPoint{Across, Along} : TPoint{Along, Across};
-    return true;
-}
-
 void TQVWaterfallMarker::BeforeDestruction()
 {
     if (TQVHighlightInfo* Info = GetDisplay() ? GetDisplay()->GetHighlightInfo() : nullptr) {

@@ -45,9 +45,6 @@ class TQVWaterfallMarker : public TQVDisplayMarker {
 public:
     using TQVDisplayMarker::TQVDisplayMarker;
 
-    // The control pixel of a position (turned in a vertical waterfall); false without axes.
-    bool GetPixel(const TQVRealPoint& APosition, TPoint& APixel) const;
-
     QL_CLASS_INFO()
 
 protected:
