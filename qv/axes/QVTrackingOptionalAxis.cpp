@@ -66,12 +66,13 @@ struct TQVTrackingOptionalAxis::TTickWalk {
         const double Power = std::pow(10.0, std::fabs(Decade));
         return AAscending ? ACur + Power * AStep : ACur - Power * AStep;
     }
-    // Whether a linear walk from ACur, with the iterations left, stays on one side of the
-    // plot and inside its loop bound, each step moving the value: then it draws nothing and
-    // ends at the iteration bound, and need not be walked. (A walk that starts far from its
-    // range, on an axis far from zero with a small step, would otherwise take its whole
-    // iteration bound on every paint.)
-    bool NeverReachesThePlot(double ACur, bool AAscending) const
+    // Whether a linear walk from ACur, with the iterations left, inside its loop bound and
+    // each step moving the value, draws nothing more: every value it can reach lies on one
+    // side of the plot, or at the pixel of the last tick drawn (APrev, when ASeen). Such a
+    // walk would end at the iteration bound, and need not be walked: a walk that starts far
+    // from its range (an axis far from zero with a small step), or whose step is too small
+    // to move a pixel, would otherwise take its whole bound on every paint.
+    bool DrawsNothingMore(double ACur, bool AAscending, int64_t APrev, bool ASeen) const
     {
         if (Logarithmic || !(Saved > 0.0) || !std::isfinite(ACur))
             return false;
@@ -85,9 +86,9 @@ struct TQVTrackingOptionalAxis::TTickWalk {
         const double End = AAscending ? ACur + Span + Slack : ACur - Span - Slack;
         if (AAscending ? !(End <= Max + Saved) : !(End >= Min - Saved))
             return false;
-        // Pixels follow the value monotonically: both ends out on the same side means all.
+        // Pixels follow the value monotonically, so the two ends bound every pixel between.
         const int32_t P0 = Pixel(ACur), P1 = Pixel(End);
-        return (P0 < First && P1 < First) || (P0 >= Last && P1 >= Last);
+        return (P0 < First && P1 < First) || (P0 >= Last && P1 >= Last) || (ASeen && P0 == APrev && P1 == APrev);
     }
 };
 
@@ -237,16 +238,18 @@ void TQVTrackingOptionalAxis::WalkTickLines(bool AUpLines, TQVTrackingOptionalAx
 void TQVTrackingOptionalAxis::Walk(TTickWalk& AWalk, double& ACur, const double& AMinorValue, bool AAscending,
                                    bool APixelsRise, int32_t ATopTest)
 {
-    // Without a custom step every tick follows from the saved step; drawing only the first
-    // tick ends the walk at its first tick anyway.
-    if (!FOnCustomStep && AWalk.DrawAll && AWalk.NeverReachesThePlot(ACur, AAscending)) {
-        AWalk.Counter = CMaxWalkIterations + 1;
-        return;
-    }
     int64_t Prev = APixelsRise ? -100 : static_cast<int64_t>(AWalk.Last) + 100;
     bool Seen = false;
     double Step = AWalk.Saved;
-    while (AAscending ? ACur <= AWalk.Max + Step : ACur >= AWalk.Min - Step) {
+    // Without a custom step every tick follows from the saved step, so the rest of the walk
+    // can be foreseen (drawing only the first tick ends the walk there anyway): now and then
+    // it is asked whether anything is left to draw.
+    const bool Foreseen = !FOnCustomStep && AWalk.DrawAll;
+    for (int32_t Walked = 0; AAscending ? ACur <= AWalk.Max + Step : ACur >= AWalk.Min - Step; ++Walked) {
+        if (Foreseen && Walked % 1024 == 0 && AWalk.DrawsNothingMore(ACur, AAscending, Prev, Seen)) {
+            AWalk.Counter = CMaxWalkIterations + 1;
+            return;
+        }
         bool Draw = true;
         Step = AWalk.Saved;
         if (FOnCustomStep) {

@@ -247,6 +247,11 @@ TEST_F(AxisTicks, AWalkFarFromItsStartEndsAfterItsIterationLimit)
         YAxis.SetLimits(C.Steps * 10.0, C.Steps * 10.0 + 100.0);
         EXPECT_EQ(Walk(YAxis).MajorValues().size(), C.Ticks) << C.Steps;
     }
+    // A range too wide for a step falls back to a step of 1, which moves no pixel: each walk
+    // draws its zero tick and then walks to its limit.
+    YAxis.GetMajorTicks()->GetStartFrom()->SetMode(mtmAuto);
+    YAxis.SetLimits(-8e307, 2e35);
+    EXPECT_EQ(Walk(YAxis).Positions(false), (std::vector<int32_t>{320, 320}));
 }
 
 TEST_F(AxisTicks, TheTrackLineFollowsTheMouseOverTheDataView)
