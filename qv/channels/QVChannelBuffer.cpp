@@ -17,6 +17,9 @@
 #if defined(__linux__)
 #include <sys/mman.h>
 #endif
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
 
 namespace qv {
 
@@ -26,6 +29,42 @@ constexpr const char* kOwner = "TQVChannelBuffer";
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 // The smallest block a growing buffer takes.
 constexpr int64_t kMinCapacity = 16;
+// From this block size on, appended samples are stored past the cache: a ring twice the size
+// of a large last-level cache is written round long before anything reads it back, so the
+// cache lines it would fetch only to overwrite them cost memory bandwidth twice over, and
+// they would push out what the paint reads. Smaller rings stay in the cache between hand-overs
+// and are written the ordinary way.
+constexpr size_t kStreamBytes = size_t(64) << 20;
+
+// ADest[i] = ABase + (AFirst + i) for i < ACount, exactly what that formula gives sample by
+// sample: the index counts in a double, exactly, and each value takes the same two additions.
+void FillRamp(double* ADest, int32_t ACount, double ABase, double AFirst, bool AStream)
+{
+    int32_t i = 0;
+#if defined(__SSE2__)
+    for (; i < ACount && reinterpret_cast<uintptr_t>(ADest + i) % 16 != 0; ++i)
+        ADest[i] = ABase + (AFirst + double(i));
+    const __m128d Base = _mm_set1_pd(ABase), First = _mm_set1_pd(AFirst), Two = _mm_set1_pd(2.0);
+    __m128d Index = _mm_set_pd(double(i + 1), double(i));
+    if (AStream) {
+        for (; i + 2 <= ACount; i += 2) {
+            _mm_stream_pd(ADest + i, _mm_add_pd(Base, _mm_add_pd(First, Index)));
+            Index = _mm_add_pd(Index, Two);
+        }
+        // Streamed stores are weakly ordered: visible before the samples are handed on.
+        _mm_sfence();
+    } else {
+        for (; i + 2 <= ACount; i += 2) {
+            _mm_store_pd(ADest + i, _mm_add_pd(Base, _mm_add_pd(First, Index)));
+            Index = _mm_add_pd(Index, Two);
+        }
+    }
+#else
+    (void)AStream;
+#endif
+    for (; i < ACount; ++i)
+        ADest[i] = ABase + (AFirst + double(i));
+}
 
 void CheckCount(const void* AData, int64_t ACount)
 {
@@ -577,10 +616,23 @@ void TQVChannelBuffer::Append(const T* AData, int32_t ACount, uint32_t ALimit)
     if (ACount == 0)
         return;
     const int32_t Pos = PrepareAppend(ACount, ALimit);
+    if (FKeepExtremes && !FExtremesStale) {
+        // The summary takes the samples on their way in: the block is read once.
+        const bool Stream = GetStreams();
+        FillPositions(Pos, ACount, [&](double* ADest, int32_t ARun, int32_t AOffset) {
+            FExtremes.AppendConverted(AData + AOffset, ADest, ARun, Stream);
+        });
+        return;
+    }
     FillPositions(Pos, ACount, [AData](double* ADest, int32_t ARun, int32_t AOffset) {
         QVArrayConvert(AData + AOffset, ADest, size_t(ARun));
     });
     ExtremesAppended(ACount);
+}
+
+bool TQVChannelBuffer::GetStreams() const
+{
+    return FBlock && BytesOf(FBlock->Capacity) >= kStreamBytes;
 }
 
 void TQVChannelBuffer::AssignRamp(int32_t ACount)
@@ -610,10 +662,9 @@ void TQVChannelBuffer::AppendRamp(int32_t ACount, double ABase, double AStep, ui
     if (ACount == 0)
         return;
     const int32_t Pos = PrepareAppend(ACount, ALimit);
-    FillPositions(Pos, ACount, [ABase, AStep](double* ADest, int32_t ARun, int32_t AOffset) {
-        const double First = AStep + double(AOffset);
-        for (int32_t i = 0; i < ARun; ++i)
-            ADest[i] = ABase + (First + double(i));
+    const bool Stream = GetStreams();
+    FillPositions(Pos, ACount, [ABase, AStep, Stream](double* ADest, int32_t ARun, int32_t AOffset) {
+        FillRamp(ADest, ARun, ABase, AStep + double(AOffset), Stream);
     });
     ExtremesAppended(ACount);
 }

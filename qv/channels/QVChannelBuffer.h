@@ -191,6 +191,8 @@ private:
     void ForSegments(int32_t AFirst, int32_t ACount, F&& AProc) const;
     template <class F>
     void FillPositions(int32_t APos, int32_t ACount, F&& AProc);
+    // Whether appends store past the cache (a block far larger than it).
+    bool GetStreams() const;
     // Whether a fresh content of ACount samples goes into the present block.
     bool ReuseFor(int32_t ACount) const;
     // The summary after a change: the last ACount samples are new, or all of them are.
