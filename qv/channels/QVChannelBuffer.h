@@ -19,7 +19,8 @@
 // the source object and is serialised with its writes.
 //
 // Read() of a ring that wraps straightens it first (one pass over the samples); buffers from
-// Share() never wrap, so reading them never writes.
+// Share() never wrap, so reading them never writes, unless they hold a ramp kept without a
+// block (below), which their first Read() writes out.
 //
 // A ramp (0, 1, 2, ... or any run of whole numbers counting up by one, as a channel's X is
 // while it follows its Y) is kept as its first value and its size, without a block: appending
