@@ -146,6 +146,7 @@ public:
     class TRecycler;
     // Blocks this buffer makes from now on return to ARecycler (null: none).
     void SetRecycler(std::shared_ptr<TRecycler> ARecycler) { FRecycler = std::move(ARecycler); }
+    const std::shared_ptr<TRecycler>& GetRecycler() const { return FRecycler; }
 
     // A summary of the samples' extremes kept with them (TQVBlockExtremes): every change at
     // either end updates it in amortised constant work per sample, and Share() hands it out

@@ -56,6 +56,9 @@ namespace {
 std::shared_ptr<IQVRealBuffer> HandOver(const TQVChannelBuffer& AData, std::shared_ptr<IQVRealBuffer> AOld)
 {
     auto* Old = dynamic_cast<TQVChannelBuffer*>(AOld.get());
+    // Blocks the draw stage makes come from, and go back to, the channel's spare blocks.
+    if (Old && AOld.use_count() == 1)
+        Old->SetRecycler(AData.GetRecycler());
     if (AData.GetIsRamp()) {
         if (Old && Old->GetHoldsRampOf(AData))
             return AOld;
