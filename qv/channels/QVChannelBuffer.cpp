@@ -17,6 +17,9 @@
 #if defined(__linux__)
 #include <sys/mman.h>
 #endif
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
 
 namespace qv {
 
@@ -26,6 +29,42 @@ constexpr const char* kOwner = "TQVChannelBuffer";
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 // The smallest block a growing buffer takes.
 constexpr int64_t kMinCapacity = 16;
+// From this block size on, appended samples are stored past the cache: a ring twice the size
+// of a large last-level cache is written round long before anything reads it back, so the
+// cache lines it would fetch only to overwrite them cost memory bandwidth twice over, and
+// they would push out what the paint reads. Smaller rings stay in the cache between hand-overs
+// and are written the ordinary way.
+constexpr size_t kStreamBytes = size_t(64) << 20;
+
+// ADest[i] = ABase + (AFirst + i) for i < ACount, exactly what that formula gives sample by
+// sample: the index counts in a double, exactly, and each value takes the same two additions.
+void FillRamp(double* ADest, int32_t ACount, double ABase, double AFirst, bool AStream)
+{
+    int32_t i = 0;
+#if defined(__SSE2__)
+    for (; i < ACount && reinterpret_cast<uintptr_t>(ADest + i) % 16 != 0; ++i)
+        ADest[i] = ABase + (AFirst + double(i));
+    const __m128d Base = _mm_set1_pd(ABase), First = _mm_set1_pd(AFirst), Two = _mm_set1_pd(2.0);
+    __m128d Index = _mm_set_pd(double(i + 1), double(i));
+    if (AStream) {
+        for (; i + 2 <= ACount; i += 2) {
+            _mm_stream_pd(ADest + i, _mm_add_pd(Base, _mm_add_pd(First, Index)));
+            Index = _mm_add_pd(Index, Two);
+        }
+        // Streamed stores are weakly ordered: visible before the samples are handed on.
+        _mm_sfence();
+    } else {
+        for (; i + 2 <= ACount; i += 2) {
+            _mm_store_pd(ADest + i, _mm_add_pd(Base, _mm_add_pd(First, Index)));
+            Index = _mm_add_pd(Index, Two);
+        }
+    }
+#else
+    (void)AStream;
+#endif
+    for (; i < ACount; ++i)
+        ADest[i] = ABase + (AFirst + double(i));
+}
 
 void CheckCount(const void* AData, int64_t ACount)
 {
@@ -227,6 +266,59 @@ void TQVChannelBuffer::Release() const
         Drop(FBlock);
     FBlock = nullptr;
     FWriter = false;
+    FRamp = false;
+    FRampWritten = false;
+}
+
+namespace {
+// A kept ramp holds only whole numbers well inside the range doubles count exactly, so that
+// FRampFirst + i is the very value the samples would have had, written one by one.
+constexpr double kRampMax = 4503599627370496.0; // 2^52
+bool IsRampValue(double AValue)
+{
+    return std::trunc(AValue) == AValue && std::abs(AValue) < kRampMax;
+}
+} // namespace
+
+bool TQVChannelBuffer::ContinuesRamp(double AFirst, int32_t ACount, bool AMayStart) const
+{
+    if (FKeepExtremes || !IsRampValue(AFirst) || !IsRampValue(AFirst + double(ACount)))
+        return false;
+    if (FSize == 0)
+        return AMayStart || FRamp;
+    return FRamp && AFirst == FRampFirst + double(FSize);
+}
+
+void TQVChannelBuffer::KeepRamp(double AFirst, int32_t ACount)
+{
+    if (int64_t(FSize) + ACount > INT32_MAX)
+        throw std::length_error(std::string(kOwner) + ": size " + std::to_string(int64_t(FSize) + ACount) +
+                                " exceeds " + std::to_string(INT32_MAX));
+    if (FSize == 0) {
+        // An empty buffer starts a ramp: its block, if any, goes.
+        Release();
+        FHead = 0;
+        FRampFirst = AFirst;
+        FRamp = true;
+    }
+    FSize += ACount;
+}
+
+void TQVChannelBuffer::Materialize() const
+{
+    if (!FRamp)
+        return;
+    if (FSize == 0) {
+        FRamp = false;
+        return;
+    }
+    auto* Fresh = NewBlock(FSize);
+    FillRamp(Fresh->Items, FSize, FRampFirst, 0.0, BytesOf(Fresh->Capacity) >= kStreamBytes);
+    FBlock = Fresh;
+    FHead = 0;
+    FWriter = true;
+    FRamp = false;
+    FRampWritten = true;
 }
 
 int32_t TQVChannelBuffer::GetCapacity() const
@@ -316,6 +408,8 @@ void TQVChannelBuffer::Straighten() const
 
 int32_t TQVChannelBuffer::PrepareAppend(int32_t ACount, uint32_t ALimit)
 {
+    Materialize();
+    FRampWritten = false;
     const int64_t Need = int64_t(FSize) + ACount;
     if (Need > INT32_MAX)
         throw std::length_error(std::string(kOwner) + ": size " + std::to_string(Need) + " exceeds " +
@@ -368,6 +462,8 @@ void TQVChannelBuffer::Resize(int32_t ASize, bool AKeepContent)
 {
     if (ASize < 0)
         throw std::invalid_argument(std::string(kOwner) + ": negative size " + std::to_string(ASize));
+    Materialize();
+    FRampWritten = false;
     if (AKeepContent) {
         if (ASize <= FSize) {
             FSize = ASize;
@@ -400,6 +496,7 @@ void TQVChannelBuffer::Resize(int32_t ASize, bool AKeepContent)
 
 const double* TQVChannelBuffer::Read() const
 {
+    Materialize();
     if (!FBlock)
         return nullptr;
     Straighten();
@@ -408,6 +505,8 @@ const double* TQVChannelBuffer::Read() const
 
 double* TQVChannelBuffer::Write()
 {
+    Materialize();
+    FRampWritten = false;
     if (!FBlock)
         return nullptr;
     Straighten();
@@ -429,6 +528,8 @@ void TQVChannelBuffer::SetItem(int32_t AIndex, double AValue)
 {
     if (AIndex < 0 || AIndex >= FSize)
         QVRaiseIndexError(kOwner, AIndex, FSize);
+    Materialize();
+    FRampWritten = false;
     if (!CanWrite(Physical(AIndex), 1))
         Relocate(FBlock->Capacity);
     FBlock->Items[Physical(AIndex)] = AValue;
@@ -456,6 +557,8 @@ void CheckRange(int32_t AFirst, int32_t ALast, int32_t ASize)
 double TQVChannelBuffer::Min(int32_t AFirst, int32_t ALast) const
 {
     CheckRange(AFirst, ALast, FSize);
+    if (FRamp)
+        return FRampFirst + double(AFirst);
     double Result = kNaN;
     ForSegments(AFirst, ALast - AFirst + 1, [&](const double* AData, int32_t ACount, int32_t) {
         Result = PickMin(Result, QVArrayMin(AData, size_t(ACount)));
@@ -466,6 +569,8 @@ double TQVChannelBuffer::Min(int32_t AFirst, int32_t ALast) const
 double TQVChannelBuffer::Max(int32_t AFirst, int32_t ALast) const
 {
     CheckRange(AFirst, ALast, FSize);
+    if (FRamp)
+        return FRampFirst + double(ALast);
     double Result = kNaN;
     ForSegments(AFirst, ALast - AFirst + 1, [&](const double* AData, int32_t ACount, int32_t) {
         Result = PickMax(Result, QVArrayMax(AData, size_t(ACount)));
@@ -497,6 +602,7 @@ void TQVChannelBuffer::Assign(const T* AData, int32_t ACount)
     } else {
         FBlock->GuardLo = FBlock->GuardHi = 0;
         QVArrayConvert(AData, FBlock->Items, size_t(ACount));
+        FRampWritten = false;
     }
     FWriter = true;
     FHead = 0;
@@ -543,6 +649,9 @@ void TQVChannelBuffer::AssignShared(const TQVChannelBuffer& ASource)
     FHead = Shared->FHead;
     FSize = std::exchange(Shared->FSize, 0);
     FWriter = false;
+    FRamp = Shared->FRamp;
+    FRampWritten = Shared->FRampWritten;
+    FRampFirst = Shared->FRampFirst;
     TakeExtremesOf(*Shared);
 }
 
@@ -551,6 +660,29 @@ void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
     if (&ASource == this)
         return;
     const int32_t Count = ASource.FSize;
+    if (ASource.FRamp) {
+        if (HoldsRamp(ASource.FRampFirst, Count))
+            return; // these very values are here already
+        if (ReuseFor(Count) && !FKeepExtremes) {
+            // Written out into the block this buffer holds alone: no fresh memory.
+            FBlock->GuardLo = FBlock->GuardHi = 0;
+            FWriter = true;
+            FHead = 0;
+            FillRamp(FBlock->Items, Count, ASource.FRampFirst, 0.0, GetStreams());
+            FSize = Count;
+            FRampFirst = ASource.FRampFirst;
+            FRampWritten = true;
+            return;
+        }
+        Release();
+        FHead = 0;
+        FSize = Count;
+        FRampFirst = ASource.FRampFirst;
+        FRamp = true;
+        TakeExtremesOf(ASource);
+        return;
+    }
+    FRampWritten = false;
     if (!ReuseFor(Count)) {
         // The old block goes first: the copy never needs room for both.
         Release();
@@ -567,6 +699,8 @@ void TQVChannelBuffer::CopyFrom(const TQVChannelBuffer& ASource)
     FSize = 0;
     ASource.CopyTo(FBlock->Items, 0, Count);
     FSize = Count;
+    FRampWritten = ASource.FRampWritten;
+    FRampFirst = ASource.FRampFirst;
     TakeExtremesOf(ASource);
 }
 
@@ -577,15 +711,36 @@ void TQVChannelBuffer::Append(const T* AData, int32_t ACount, uint32_t ALimit)
     if (ACount == 0)
         return;
     const int32_t Pos = PrepareAppend(ACount, ALimit);
+    if (FKeepExtremes && !FExtremesStale) {
+        // The summary takes the samples on their way in: the block is read once.
+        const bool Stream = GetStreams();
+        FillPositions(Pos, ACount, [&](double* ADest, int32_t ARun, int32_t AOffset) {
+            FExtremes.AppendConverted(AData + AOffset, ADest, ARun, Stream);
+        });
+        return;
+    }
     FillPositions(Pos, ACount, [AData](double* ADest, int32_t ARun, int32_t AOffset) {
         QVArrayConvert(AData + AOffset, ADest, size_t(ARun));
     });
     ExtremesAppended(ACount);
 }
 
+bool TQVChannelBuffer::GetStreams() const
+{
+    return FBlock && BytesOf(FBlock->Capacity) >= kStreamBytes;
+}
+
 void TQVChannelBuffer::AssignRamp(int32_t ACount)
 {
     CheckCount(this, ACount);
+    if (ACount > 0 && !FKeepExtremes) {
+        Release();
+        FHead = 0;
+        FSize = ACount;
+        FRampFirst = 0.0;
+        FRamp = true;
+        return;
+    }
     if (!ReuseFor(ACount)) {
         Clear();
         if (ACount == 0)
@@ -609,11 +764,14 @@ void TQVChannelBuffer::AppendRamp(int32_t ACount, double ABase, double AStep, ui
     CheckCount(this, ACount);
     if (ACount == 0)
         return;
+    if (IsRampValue(ABase) && IsRampValue(AStep) && ContinuesRamp(ABase + AStep, ACount, true)) {
+        KeepRamp(ABase + AStep, ACount);
+        return;
+    }
     const int32_t Pos = PrepareAppend(ACount, ALimit);
-    FillPositions(Pos, ACount, [ABase, AStep](double* ADest, int32_t ARun, int32_t AOffset) {
-        const double First = AStep + double(AOffset);
-        for (int32_t i = 0; i < ARun; ++i)
-            ADest[i] = ABase + (First + double(i));
+    const bool Stream = GetStreams();
+    FillPositions(Pos, ACount, [ABase, AStep, Stream](double* ADest, int32_t ARun, int32_t AOffset) {
+        FillRamp(ADest, ARun, ABase, AStep + double(AOffset), Stream);
     });
     ExtremesAppended(ACount);
 }
@@ -623,6 +781,10 @@ void TQVChannelBuffer::AppendFill(int32_t ACount, double AValue, uint32_t ALimit
     CheckCount(this, ACount);
     if (ACount == 0)
         return;
+    if (ACount == 1 && ContinuesRamp(AValue, 1, false)) {
+        KeepRamp(AValue, 1);
+        return;
+    }
     const int32_t Pos = PrepareAppend(ACount, ALimit);
     FillPositions(Pos, ACount, [AValue](double* ADest, int32_t ARun, int32_t) { std::fill_n(ADest, ARun, AValue); });
     ExtremesAppended(ACount);
@@ -638,6 +800,7 @@ void TQVChannelBuffer::PrependFill(int32_t ACount, double AValue)
         throw std::length_error(std::string(kOwner) + ": size " + std::to_string(Need) + " exceeds " +
                                 std::to_string(INT32_MAX));
     // Rare (a side shorter than the samples it must keep): a fresh block with room in front.
+    Materialize();
     Relocate(static_cast<int32_t>(std::max<int64_t>(Need, GetCapacity())), ACount);
     std::fill_n(FBlock->Items, ACount, AValue);
     FSize += ACount;
@@ -651,6 +814,12 @@ void TQVChannelBuffer::DropFront(int32_t ACount)
                                 std::to_string(FSize) + " samples");
     if (ACount == 0)
         return;
+    if (FRamp || FRampWritten)
+        FRampFirst += double(ACount);
+    if (FRamp) {
+        FSize -= ACount;
+        return;
+    }
     FHead = Physical(ACount);
     FSize -= ACount;
     if (FSize == 0)
@@ -670,6 +839,8 @@ void TQVChannelBuffer::Clear()
 
 void TQVChannelBuffer::SetKeepExtremes(bool AValue)
 {
+    if (AValue)
+        Materialize();
     FKeepExtremes = AValue;
     if (AValue)
         ExtremesRenewed();
@@ -696,6 +867,7 @@ void TQVChannelBuffer::ExtremesAppended(int32_t ACount)
 
 void TQVChannelBuffer::ExtremesRenewed() const
 {
+    Materialize();
     FExtremes.Clear();
     if (FBlock)
         ForSegments(0, FSize, [this](const double* AData, int32_t ARun, int32_t) { FExtremes.Append(AData, ARun); });
@@ -722,6 +894,10 @@ void TQVChannelBuffer::CopyTo(double* ADest, int32_t AFirst, int32_t ACount) con
     if (ACount > 0 && !ADest)
         throw std::invalid_argument(std::string(kOwner) + ": null destination for " + std::to_string(ACount) +
                                     " samples");
+    if (FRamp) {
+        FillRamp(ADest, ACount, FRampFirst, double(AFirst), false);
+        return;
+    }
     ForSegments(AFirst, ACount, [ADest](const double* ASrc, int32_t ARun, int32_t AOffset) {
         std::memcpy(ADest + AOffset, ASrc, size_t(ARun) * sizeof(double));
     });
@@ -730,6 +906,14 @@ void TQVChannelBuffer::CopyTo(double* ADest, int32_t AFirst, int32_t ACount) con
 std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share(bool AWithExtremes) const
 {
     auto Result = std::make_shared<TQVChannelBuffer>();
+    if (FRamp) {
+        // Shared as a ramp; written out, if ever, into blocks this buffer's recycler keeps.
+        Result->FRamp = true;
+        Result->FRampFirst = FRampFirst;
+        Result->FSize = FSize;
+        Result->FRecycler = FRecycler;
+        return Result;
+    }
     if (FSize == 0) {
         Result->FKeepExtremes = AWithExtremes && FKeepExtremes; // an empty summary
         return Result;
@@ -756,6 +940,8 @@ std::shared_ptr<TQVChannelBuffer> TQVChannelBuffer::Share(bool AWithExtremes) co
         Result->FHead = FHead;
     }
     Result->FSize = FSize;
+    Result->FRampWritten = FRampWritten;
+    Result->FRampFirst = FRampFirst;
     if (const TQVBlockExtremes* Extremes = AWithExtremes ? GetExtremes() : nullptr) {
         Result->FKeepExtremes = true;
         Result->FExtremes = *Extremes;

@@ -19,7 +19,15 @@
 // the source object and is serialised with its writes.
 //
 // Read() of a ring that wraps straightens it first (one pass over the samples); buffers from
-// Share() never wrap, so reading them never writes.
+// Share() never wrap, so reading them never writes, unless they hold a ramp kept without a
+// block (below), which their first Read() writes out.
+//
+// A ramp (0, 1, 2, ... or any run of whole numbers counting up by one, as a channel's X is
+// while it follows its Y) is kept as its first value and its size, without a block: appending
+// to it, dropping from its front and sharing it cost nothing per sample. The samples are
+// written out the first time anything needs them in memory (Read, Write, an append of other
+// values); a buffer that holds a written-out ramp remembers so, and a hand-over of the same
+// ramp to it (CopyFrom) then writes nothing.
 //
 // TQVGapList holds a channel's gap indexes with a running offset, so that shifting every
 // index by the number of dropped samples costs no pass over the list.
@@ -95,6 +103,14 @@ public:
     void AssignRamp(int32_t ACount);
     // Appends ABase + AStep, ABase + (AStep + 1), ABase + (AStep + 2), ... (ACount values).
     void AppendRamp(int32_t ACount, double ABase, double AStep, uint32_t ALimit = 0);
+    // Whether the samples are a ramp kept without a block (see above).
+    bool GetIsRamp() const { return FRamp; }
+    // Whether this buffer holds the same samples as ARamp, a ramp kept without a block:
+    // kept the same way, or written out and unchanged since.
+    bool GetHoldsRampOf(const TQVChannelBuffer& ARamp) const
+    {
+        return ARamp.FRamp && HoldsRamp(ARamp.FRampFirst, ARamp.FSize);
+    }
     // Appends ACount copies of AValue.
     void AppendFill(int32_t ACount, double AValue, uint32_t ALimit = 0);
     void AppendValue(double AValue, uint32_t ALimit = 0) { AppendFill(1, AValue, ALimit); }
@@ -106,7 +122,7 @@ public:
     void Clear();
 
     // Unchecked access by logical index.
-    double At(int32_t AIndex) const { return FBlock->Items[Physical(AIndex)]; }
+    double At(int32_t AIndex) const { return FRamp ? FRampFirst + double(AIndex) : FBlock->Items[Physical(AIndex)]; }
     // Copies ACount samples from AFirst on into ADest; the range must lie within the size.
     void CopyTo(double* ADest, int32_t AFirst, int32_t ACount) const;
 
@@ -130,6 +146,7 @@ public:
     class TRecycler;
     // Blocks this buffer makes from now on return to ARecycler (null: none).
     void SetRecycler(std::shared_ptr<TRecycler> ARecycler) { FRecycler = std::move(ARecycler); }
+    const std::shared_ptr<TRecycler>& GetRecycler() const { return FRecycler; }
 
     // A summary of the samples' extremes kept with them (TQVBlockExtremes): every change at
     // either end updates it in amortised constant work per sample, and Share() hands it out
@@ -191,6 +208,21 @@ private:
     void ForSegments(int32_t AFirst, int32_t ACount, F&& AProc) const;
     template <class F>
     void FillPositions(int32_t APos, int32_t ACount, F&& AProc);
+    // Whether appends store past the cache (a block far larger than it).
+    bool GetStreams() const;
+    // A ramp kept without a block is written out into one.
+    void Materialize() const;
+    // Appends ACount values from AFirst on to the ramp kept without a block (starting one in
+    // an empty buffer); the caller checked ContinuesRamp.
+    void KeepRamp(double AFirst, int32_t ACount);
+    // Whether ACount samples from AFirst on, counting up by one, continue the samples as a
+    // ramp kept without a block; AMayStart: an empty buffer may start one.
+    bool ContinuesRamp(double AFirst, int32_t ACount, bool AMayStart) const;
+    // Whether the samples are the ramp AFirst, AFirst + 1, ... (ACount values), kept or written.
+    bool HoldsRamp(double AFirst, int32_t ACount) const
+    {
+        return FSize == ACount && (FRamp || FRampWritten) && FRampFirst == AFirst;
+    }
     // Whether a fresh content of ACount samples goes into the present block.
     bool ReuseFor(int32_t ACount) const;
     // The summary after a change: the last ACount samples are new, or all of them are.
@@ -208,6 +240,11 @@ private:
     bool FKeepExtremes = false;
     // Made anew lazily after a write that may have changed any sample.
     mutable bool FExtremesStale = false;
+    // The samples are FRampFirst + i: kept so without a block (FRamp), or written out and
+    // unchanged since (FRampWritten).
+    mutable bool FRamp = false;
+    mutable bool FRampWritten = false;
+    double FRampFirst = 0.0;
     mutable TQVBlockExtremes FExtremes;
 };
 

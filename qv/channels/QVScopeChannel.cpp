@@ -49,11 +49,30 @@ namespace {
 // The draw-stage buffer for the data-stage buffer AData, replacing AOld. An unwrapped ring is
 // shared as it is. One that runs round the end of its block is copied contiguous; into the
 // old draw buffer's block when nobody else holds that buffer, which spares fresh memory and
-// keeps no more than one older copy of the samples alive.
+// keeps no more than one older copy of the samples alive. A ramp kept without a block (X
+// following Y) stays where the draw stage holds the same one already, as after a record
+// replaced by one as long; else it is written out here, into the old buffer's block in the
+// same way when it can: the draw stage is read without a lock, so reading it must never write.
 std::shared_ptr<IQVRealBuffer> HandOver(const TQVChannelBuffer& AData, std::shared_ptr<IQVRealBuffer> AOld)
 {
+    auto* Old = dynamic_cast<TQVChannelBuffer*>(AOld.get());
+    // Blocks the draw stage makes come from, and go back to, the channel's spare blocks.
+    if (Old && AOld.use_count() == 1)
+        Old->SetRecycler(AData.GetRecycler());
+    if (AData.GetIsRamp()) {
+        if (Old && Old->GetHoldsRampOf(AData))
+            return AOld;
+        if (Old && AOld.use_count() == 1) {
+            Old->CopyFrom(AData);
+            Old->Read();
+            return AOld;
+        }
+        AOld.reset();
+        std::shared_ptr<TQVChannelBuffer> Written = AData.Share();
+        Written->Read();
+        return Written;
+    }
     if (AData.GetIsWrapped()) {
-        auto* Old = dynamic_cast<TQVChannelBuffer*>(AOld.get());
         if (Old && AOld.use_count() == 1) {
             Old->CopyFrom(AData);
             return AOld;

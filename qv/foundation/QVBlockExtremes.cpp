@@ -3,10 +3,16 @@
 #include "qv/foundation/QVArrayOps.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
 
 namespace qv {
 
@@ -29,36 +35,75 @@ namespace {
 #if defined(__GNUC__) || defined(__clang__)
 using TQuad = double __attribute__((vector_size(32)));
 
+// One block of samples: its extremes, and the samples stored at ADest on the way when AStore.
+// Streaming stores need ADest on 16 bytes; the caller checks.
+template <bool AStore, bool AStream>
+__attribute__((always_inline)) inline bool OneBlock(const double* P, double* ADest, TQVBlockExtremes::TBlock& AOut)
+{
+    constexpr double Inf = std::numeric_limits<double>::infinity();
+    TQuad L0 = {Inf, Inf, Inf, Inf}, L1 = L0;
+    TQuad H0 = -L0, H1 = -L0;
+    for (int32_t i = 0; i < TQVBlockExtremes::BlockSize; i += 8) {
+        TQuad X0, X1;
+        std::memcpy(&X0, P + i, sizeof X0);
+        std::memcpy(&X1, P + i + 4, sizeof X1);
+        if constexpr (AStream) {
+#if defined(__SSE2__)
+            __m128d Q[4];
+            std::memcpy(Q, &X0, sizeof X0);
+            std::memcpy(Q + 2, &X1, sizeof X1);
+            for (int k = 0; k < 4; ++k)
+                _mm_stream_pd(ADest + i + 2 * k, Q[k]);
+#endif
+        } else if constexpr (AStore) {
+            std::memcpy(ADest + i, &X0, sizeof X0);
+            std::memcpy(ADest + i + 4, &X1, sizeof X1);
+        }
+        L0 = X0 < L0 ? X0 : L0;
+        L1 = X1 < L1 ? X1 : L1;
+        H0 = X0 > H0 ? X0 : H0;
+        H1 = X1 > H1 ? X1 : H1;
+    }
+    L0 = L1 < L0 ? L1 : L0;
+    H0 = H1 > H0 ? H1 : H0;
+    const double Lo01 = L0[1] < L0[0] ? L0[1] : L0[0], Lo23 = L0[3] < L0[2] ? L0[3] : L0[2];
+    const double Hi01 = H0[1] > H0[0] ? H0[1] : H0[0], Hi23 = H0[3] > H0[2] ? H0[3] : H0[2];
+    const double Lo = Lo23 < Lo01 ? Lo23 : Lo01;
+    const double Hi = Hi23 > Hi01 ? Hi23 : Hi01;
+    AOut.Lo = AOut.FiniteLo = Lo;
+    AOut.Hi = AOut.FiniteHi = Hi;
+    return (Lo == -Inf) | (Hi == Inf);
+}
+
 QV_BLOCK_CLONES
 bool WholeBlockExtremes(const double* AData, size_t ABlocks, TQVBlockExtremes::TBlock* AOut)
 {
     static_assert(TQVBlockExtremes::BlockSize % 8 == 0);
-    constexpr double Inf = std::numeric_limits<double>::infinity();
     bool Infinite = false;
-    for (size_t b = 0; b < ABlocks; ++b) {
-        const double* P = AData + b * TQVBlockExtremes::BlockSize;
-        TQuad L0 = {Inf, Inf, Inf, Inf}, L1 = L0;
-        TQuad H0 = -L0, H1 = -L0;
-        for (int32_t i = 0; i < TQVBlockExtremes::BlockSize; i += 8) {
-            TQuad X0, X1;
-            std::memcpy(&X0, P + i, sizeof X0);
-            std::memcpy(&X1, P + i + 4, sizeof X1);
-            L0 = X0 < L0 ? X0 : L0;
-            L1 = X1 < L1 ? X1 : L1;
-            H0 = X0 > H0 ? X0 : H0;
-            H1 = X1 > H1 ? X1 : H1;
-        }
-        L0 = L1 < L0 ? L1 : L0;
-        H0 = H1 > H0 ? H1 : H0;
-        const double Lo01 = L0[1] < L0[0] ? L0[1] : L0[0], Lo23 = L0[3] < L0[2] ? L0[3] : L0[2];
-        const double Hi01 = H0[1] > H0[0] ? H0[1] : H0[0], Hi23 = H0[3] > H0[2] ? H0[3] : H0[2];
-        const double Lo = Lo23 < Lo01 ? Lo23 : Lo01;
-        const double Hi = Hi23 > Hi01 ? Hi23 : Hi01;
-        TQVBlockExtremes::TBlock& Out = AOut[b];
-        Out.Lo = Out.FiniteLo = Lo;
-        Out.Hi = Out.FiniteHi = Hi;
-        Infinite |= (Lo == -Inf) | (Hi == Inf);
+    for (size_t b = 0; b < ABlocks; ++b)
+        Infinite |= OneBlock<false, false>(AData + b * TQVBlockExtremes::BlockSize, nullptr, AOut[b]);
+    return Infinite;
+}
+
+// WholeBlockExtremes that also copies the blocks to ADest.
+QV_BLOCK_CLONES
+bool CopyBlockExtremes(const double* AData, double* ADest, size_t ABlocks, TQVBlockExtremes::TBlock* AOut, bool AStream)
+{
+    bool Infinite = false;
+    constexpr size_t N = TQVBlockExtremes::BlockSize;
+#if defined(__SSE2__)
+    if (AStream && reinterpret_cast<uintptr_t>(ADest) % 16 == 0) {
+        for (size_t b = 0; b < ABlocks; ++b)
+            Infinite |= OneBlock<true, true>(AData + b * N, ADest + b * N, AOut[b]);
+        // Streamed stores are weakly ordered: they are made visible before the samples are
+        // handed to another thread.
+        _mm_sfence();
+        return Infinite;
     }
+#endif
+    (void)AStream;
+    for (size_t b = 0; b < ABlocks; ++b)
+        Infinite |= OneBlock<true, false>(AData + b * N, ADest + b * N, AOut[b]);
     return Infinite;
 }
 #else
@@ -75,6 +120,12 @@ bool WholeBlockExtremes(const double* AData, size_t ABlocks, TQVBlockExtremes::T
         Infinite |= (Out.Lo == -Inf) | (Out.Hi == Inf);
     }
     return Infinite;
+}
+
+bool CopyBlockExtremes(const double* AData, double* ADest, size_t ABlocks, TQVBlockExtremes::TBlock* AOut, bool)
+{
+    QVArrayConvert(AData, ADest, ABlocks * TQVBlockExtremes::BlockSize);
+    return WholeBlockExtremes(ADest, ABlocks, AOut);
 }
 #endif
 
@@ -195,7 +246,8 @@ void TQVBlockExtremes::OwnTail()
     FWriter = true;
 }
 
-void TQVBlockExtremes::Append(const double* AData, int32_t ACount)
+template <class FWhole, class FPart>
+void TQVBlockExtremes::AppendWith(const double* AStored, int32_t ACount, FWhole&& AWhole, FPart&& APart)
 {
     if (ACount <= 0)
         return;
@@ -210,7 +262,7 @@ void TQVBlockExtremes::Append(const double* AData, int32_t ACount)
     // The block being filled.
     if (const int32_t Fill = int32_t(End % BlockSize); Fill != 0) {
         const int32_t Take = std::min(ACount, BlockSize - Fill);
-        Merge(Open, SamplesOf(AData, size_t(Take)));
+        Merge(Open, APart(0, Take));
         i = Take;
         End += Take;
         if (End % BlockSize == 0) {
@@ -226,15 +278,14 @@ void TQVBlockExtremes::Append(const double* AData, int32_t ACount)
         const int32_t Room = ChunkEntries - int32_t(First % ChunkEntries);
         const int32_t Blocks = std::min((ACount - i) / BlockSize, Room);
         TBlock* Out = &Entry(0, First);
-        const double* Src = AData + i;
         // Only a block holding an infinity, which real records rarely have, is read a second
         // time for its finite extremes.
-        if (WholeBlockExtremes(Src, size_t(Blocks), Out))
+        if (AWhole(i, Blocks, Out))
             for (int32_t b = 0; b < Blocks; ++b) {
                 TBlock& B = Out[b];
                 if (B.Lo == -kInf || B.Hi == kInf) {
                     double L, H;
-                    QVArrayExtremes(Src + size_t(b) * BlockSize, BlockSize, L, H, B.FiniteLo, B.FiniteHi);
+                    QVArrayExtremes(AStored + i + size_t(b) * BlockSize, BlockSize, L, H, B.FiniteLo, B.FiniteHi);
                 }
             }
         for (int32_t b = 0; b < Blocks; ++b)
@@ -244,9 +295,60 @@ void TQVBlockExtremes::Append(const double* AData, int32_t ACount)
     }
     // The start of the next block.
     if (i < ACount)
-        Open = SamplesOf(AData + i, size_t(ACount - i));
+        Open = APart(i, ACount - i);
     FCount += ACount;
 }
+
+void TQVBlockExtremes::Append(const double* AData, int32_t ACount)
+{
+    AppendWith(
+        AData, ACount,
+        [AData](int32_t AOffset, int32_t ABlocks, TBlock* AOut) {
+            return WholeBlockExtremes(AData + AOffset, size_t(ABlocks), AOut);
+        },
+        [AData](int32_t AOffset, int32_t ACountPart) { return SamplesOf(AData + AOffset, size_t(ACountPart)); });
+}
+
+template <class T>
+void TQVBlockExtremes::AppendConverted(const T* ASource, double* ADest, int32_t ACount, bool AStream)
+{
+    const auto Part = [ASource, ADest](int32_t AOffset, int32_t ACountPart) {
+        QVArrayConvert(ASource + AOffset, ADest + AOffset, size_t(ACountPart));
+        return SamplesOf(ADest + AOffset, size_t(ACountPart));
+    };
+    if constexpr (std::is_same_v<T, double>) {
+        AppendWith(
+            ADest, ACount,
+            [ASource, ADest, AStream](int32_t AOffset, int32_t ABlocks, TBlock* AOut) {
+                return CopyBlockExtremes(ASource + AOffset, ADest + AOffset, size_t(ABlocks), AOut, AStream);
+            },
+            Part);
+    } else {
+        // Converted a block at a time and summarised while the block is still in the cache.
+        (void)AStream;
+        AppendWith(
+            ADest, ACount,
+            [ASource, ADest](int32_t AOffset, int32_t ABlocks, TBlock* AOut) {
+                bool Infinite = false;
+                for (int32_t b = 0; b < ABlocks; ++b) {
+                    const size_t At = size_t(AOffset) + size_t(b) * BlockSize;
+                    QVArrayConvert(ASource + At, ADest + At, BlockSize);
+                    Infinite |= WholeBlockExtremes(ADest + At, 1, AOut + b);
+                }
+                return Infinite;
+            },
+            Part);
+    }
+}
+
+template void TQVBlockExtremes::AppendConverted<double>(const double*, double*, int32_t, bool);
+template void TQVBlockExtremes::AppendConverted<float>(const float*, double*, int32_t, bool);
+template void TQVBlockExtremes::AppendConverted<int32_t>(const int32_t*, double*, int32_t, bool);
+template void TQVBlockExtremes::AppendConverted<uint32_t>(const uint32_t*, double*, int32_t, bool);
+template void TQVBlockExtremes::AppendConverted<int64_t>(const int64_t*, double*, int32_t, bool);
+template void TQVBlockExtremes::AppendConverted<uint64_t>(const uint64_t*, double*, int32_t, bool);
+template void TQVBlockExtremes::AppendConverted<int16_t>(const int16_t*, double*, int32_t, bool);
+template void TQVBlockExtremes::AppendConverted<uint16_t>(const uint16_t*, double*, int32_t, bool);
 
 void TQVBlockExtremes::DropFront(int32_t ACount)
 {

@@ -55,6 +55,13 @@ public:
     // Takes ACount samples that follow the ones summarised (nothing for a count of 0 or below).
     // Raises std::length_error when the record would pass INT32_MAX samples.
     void Append(const double* AData, int32_t ACount);
+    // Stores ACount elements of ASource into ADest as doubles and takes them as Append does,
+    // in the same pass: a whole block is summarised from the values on their way to ADest, so
+    // the samples are read once. AStream: the stores bypass the cache, for a destination far
+    // larger than it that nothing reads soon. The ranges must not overlap. On an error (the
+    // count, as Append) nothing is stored.
+    template <class T>
+    void AppendConverted(const T* ASource, double* ADest, int32_t ACount, bool AStream);
     // Forgets the ACount oldest samples; raises std::out_of_range beyond the count.
     void DropFront(int32_t ACount);
     // No samples, and no entries held.
@@ -92,6 +99,11 @@ private:
     void Finish(int32_t ALevel, int64_t AIndex, const TBlock& AValue);
     // Before the first write after a copy: the chunks that may be written are made private.
     void OwnTail();
+    // Append's walk over the blocks: AWhole(offset, blocks, out) summarises whole blocks into
+    // out and tells whether any holds an infinity, APart(offset, count) summarises a part
+    // block; AStored is where the samples can be read again afterwards.
+    template <class FWhole, class FPart>
+    void AppendWith(const double* AStored, int32_t ACount, FWhole&& AWhole, FPart&& APart);
     // Folds the whole blocks AFirst..AEnd - 1 (absolute block numbers) into ALo/AHi.
     void TakeBlocks(int64_t AFirst, int64_t AEnd, bool AFinite, double& ALo, double& AHi) const;
 

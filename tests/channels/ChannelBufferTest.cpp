@@ -44,7 +44,7 @@ TEST(ChannelBuffer, RingFollowsPlainModelUnderRandomAppendsAndDrops)
         std::vector<std::shared_ptr<TQVChannelBuffer>> Views;
         std::vector<std::vector<double>> Seen;
         for (int Step = 0; Step < 3000; ++Step) {
-            const int Op = int(Random() % 6);
+            const int Op = int(Random() % 9);
             const int32_t Count = int32_t(Random() % 20);
             if (Op <= 2) { // a block, held to the limit by dropping first as a channel does
                 std::vector<double> Block(static_cast<size_t>(Count));
@@ -56,6 +56,36 @@ TEST(ChannelBuffer, RingFollowsPlainModelUnderRandomAppendsAndDrops)
                 Model.erase(Model.begin(), Model.begin() + std::min<ptrdiff_t>(Drop, ptrdiff_t(Model.size())));
                 Ring.Append(Block.data() + (Count - Take), Take, Limit);
                 Model.insert(Model.end(), Block.end() - Take, Block.end());
+            } else if (Op == 6) { // a ramp, kept without a block until something writes
+                const int32_t Take = Limit == 0 ? Count : std::min<int32_t>(Count, int32_t(Limit));
+                Ring.AssignRamp(Take);
+                Model.clear();
+                for (int32_t i = 0; i < Take; ++i)
+                    Model.push_back(double(i));
+                Next = std::max(Next, double(Take));
+            } else if (Op == 7) { // the ramp goes on from the last value, held to the limit
+                const double Last = Model.empty() ? Next - 1.0 : Model.back();
+                const int32_t Take = Limit == 0 ? Count : std::min<int32_t>(Count, int32_t(Limit));
+                const int32_t Drop = Limit == 0 ? 0 : std::max<int32_t>(0, Ring.GetSize() + Take - int32_t(Limit));
+                Ring.DropFront(Drop);
+                Model.erase(Model.begin(), Model.begin() + Drop);
+                Ring.AppendRamp(Take, Last, 1.0, Limit);
+                for (int32_t i = 0; i < Take; ++i)
+                    Model.push_back(Last + (1.0 + double(i)));
+                // And one point more, as AddYPoint adds it.
+                const double Point = (Take > 0 ? Model.back() : Last) + 1.0;
+                if (Limit != 0 && Ring.GetSize() >= int32_t(Limit)) {
+                    Ring.DropFront(1);
+                    Model.pop_front();
+                }
+                Ring.AppendValue(Point, Limit);
+                Model.push_back(Point);
+                Next = std::max(Next, Point + 1.0);
+            } else if (Op == 8) { // a copy holds the same samples, and says so when they are a ramp
+                TQVChannelBuffer Copy;
+                Copy.CopyFrom(Ring);
+                ASSERT_EQ(Values(Copy), std::vector<double>(Model.begin(), Model.end())) << "step " << Step;
+                ASSERT_EQ(Copy.GetHoldsRampOf(Ring), Ring.GetIsRamp()) << "step " << Step;
             } else if (Op == 3) {
                 const int32_t Drop = std::min(Count, Ring.GetSize());
                 Ring.DropFront(Drop);
@@ -92,7 +122,8 @@ TEST(ChannelBuffer, RingFollowsPlainModelUnderRandomAppendsAndDrops)
 TEST(ChannelBuffer, WriterCopiesOnlyWhenAWriteWouldTouchWhatItHandedOut)
 {
     TQVChannelBuffer Ring;
-    Ring.AppendRamp(8, -1.0, 1.0, 12); // capacity 12, unwrapped
+    const std::vector<double> Seed = {0, 1, 2, 3, 4, 5, 6, 7};
+    Ring.Append(Seed.data(), 8, 12); // capacity 12, unwrapped
     ASSERT_EQ(Ring.GetCapacity(), 12);
     const double* Before = Ring.Read();
 

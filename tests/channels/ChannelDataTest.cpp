@@ -48,6 +48,41 @@ TEST_F(ChannelData, AddYDataBlocksAboveAtAndBelowTheLimitAndOfExactlyIt)
     EXPECT_EQ(OtherX, Seq(0, 6));
 }
 
+// X, kept as a ramp without samples in the data stage, reaches the draw stage written out
+// (painting reads the draw stage without a lock, so reading it must not write); the ramp the
+// draw stage holds already is not written again.
+TEST_F(ChannelData, TheDrawStageHoldsTheRampWrittenOut)
+{
+    Scope.SetSizeLimit(6);
+    struct TStep {
+        bool Set; // SetYData, else AddYData
+        V Block, DrawX;
+        bool Kept; // the draw stage's X samples stay where they were
+    };
+    const std::vector<TStep> Steps = {
+        {true, Seq(1, 4), Seq(0, 4), false},
+        {true, Seq(7, 4), Seq(0, 4), true},   // another record as long: the same ramp
+        {false, Seq(1, 3), Seq(0, 7), false}, // X grows past the limit below it
+        {false, Seq(1, 2), Seq(2, 7), false}, // at the limit the ramp moves on
+        {true, Seq(1, 6), Seq(0, 6), false},
+    };
+    for (size_t i = 0; i < Steps.size(); ++i) {
+        const TStep& S = Steps[i];
+        // A view of the draw stage's X: rewritten samples would have to move away from it.
+        const auto View = dynamic_cast<const TQVChannelBuffer&>(*Channel->GetXDrawDataBuffer()).Share();
+        if (S.Set)
+            Data->SetYData(S.Block.data(), uint32_t(S.Block.size()));
+        else
+            Data->AddYData(S.Block.data(), uint32_t(S.Block.size()));
+        Scope.RefreshView();
+        const auto* Drawn = dynamic_cast<const TQVChannelBuffer*>(Channel->GetXDrawDataBuffer().get());
+        ASSERT_TRUE(Drawn) << i;
+        EXPECT_FALSE(Drawn->GetIsRamp()) << i;
+        EXPECT_EQ(DrawX(), S.DrawX) << i;
+        EXPECT_EQ(View->GetSize() > 0 && Drawn->Read() == View->Read(), S.Kept) << i;
+    }
+}
+
 TEST_F(ChannelData, PointsAtTheLimitDropTheOldestOnEachSide)
 {
     Scope.SetSizeLimit(5);

@@ -15,6 +15,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <typeinfo>
 #include <vector>
 
 using namespace qv;
@@ -559,4 +560,67 @@ TEST(BlockExtremes, KeptAtBothEndsAgreesWithReadingTheSamples)
     }
     TQVBlockExtremes B;
     EXPECT_THROW(B.DropFront(1), std::out_of_range);
+}
+
+namespace {
+// Pieces of every element type stored through AppendConverted (cache-bypassing stores and
+// not), starting inside and on block edges, against converting first and summarising after.
+template <class T>
+void ExpectConvertedOnTheWay(const std::vector<T>& ASource)
+{
+    const std::vector<int32_t> Pieces = {1, 62, 64, 5000, 3, 64 * 300 + 5, 130};
+    // Whole blocks land on the destination's 16-byte alignment at offset 0, off it at 1,
+    // where streamed stores give way to ordinary ones.
+    for (const auto& [Stream, Offset] : {std::pair{false, 0}, std::pair{true, 0}, std::pair{true, 1}}) {
+        TQVBlockExtremes B;
+        std::vector<double> Stored(ASource.size() + 1, 42.0), Expected;
+        size_t Pos = 0;
+        for (const int32_t Piece : Pieces) {
+            B.AppendConverted(ASource.data() + Pos, Stored.data() + Pos + Offset, Piece, Stream);
+            for (int32_t i = 0; i < Piece; ++i)
+                Expected.push_back(static_cast<double>(ASource[Pos + size_t(i)]));
+            Pos += size_t(Piece);
+        }
+        const std::vector<double> Got(Stored.begin() + Offset, Stored.begin() + Offset + std::ptrdiff_t(Pos));
+        for (size_t i = 0; i < Got.size(); ++i)
+            ASSERT_TRUE(Got[i] == Expected[i] || (Got[i] != Got[i] && Expected[i] != Expected[i])) << i;
+        const int32_t N = int32_t(Pos);
+        ExpectSummaryMatches(B, Expected, {0, 1, 63, 64, 65, 5127, 9000, N - 200, N - 1, N},
+                             std::string(typeid(T).name()) + " " + std::to_string(Stream) + std::to_string(Offset));
+    }
+    TQVBlockExtremes B;
+    double D = 0;
+    B.AppendConverted(ASource.data(), &D, 0, true); // nothing stored, nothing counted
+    EXPECT_EQ(0, B.GetCount());
+}
+
+template <class T>
+std::vector<T> Wave(size_t ACount, double AAmplitude)
+{
+    std::vector<T> V(ACount);
+    for (size_t i = 0; i < ACount; ++i)
+        V[i] = static_cast<T>(std::abs(std::sin(double(i) * 0.013)) * AAmplitude * double(i % 7 + 1) / 7.0);
+    return V;
+}
+} // namespace
+
+TEST(BlockExtremes, ConvertedOnTheWayAgreesWithConvertingFirst)
+{
+    const size_t N = 64 * 400;
+    auto Doubles = Wave<double>(N, 1e3);
+    for (size_t i = 0; i < N; i += 97)
+        Doubles[i] = -Doubles[i];
+    Doubles[70] = kNaN;  // inside a part block
+    Doubles[640] = kInf; // inside a whole block: its finite extremes read apart
+    Doubles[5000] = -kInf;
+    for (size_t i = 9000; i < 9200; ++i)
+        Doubles[i] = kNaN;
+    ExpectConvertedOnTheWay(Doubles);
+    ExpectConvertedOnTheWay(Wave<float>(N, 1e6));
+    ExpectConvertedOnTheWay(Wave<int16_t>(N, 32767));
+    ExpectConvertedOnTheWay(Wave<uint16_t>(N, 65535));
+    ExpectConvertedOnTheWay(Wave<int32_t>(N, 2e9));
+    ExpectConvertedOnTheWay(Wave<uint32_t>(N, 4e9));
+    ExpectConvertedOnTheWay(Wave<int64_t>(N, 9e18));
+    ExpectConvertedOnTheWay(Wave<uint64_t>(N, 1.8e19));
 }
