@@ -9,12 +9,13 @@
 
 namespace qv {
 
-// The topmost element of AItems under the mouse (the last one drawn), or null.
-template <class TElement, class TItems>
-TElement* QVTopElementAt(const TItems& AItems, TQVHighlightInfo& AInfo, int32_t X, int32_t Y, const TRect& ARect)
+// The topmost element of AItems under the mouse (the last one drawn), or null: the first,
+// from the end, whose HitTest(AHitArgs...) holds.
+template <class TElement, class TItems, class... THitArgs>
+TElement* QVTopElementAt(const TItems& AItems, THitArgs&&... AHitArgs)
 {
     for (TElement* Element : AItems.GetReverse())
-        if (Element->HitTest(AInfo, X, Y, ARect))
+        if (Element->HitTest(AHitArgs...))
             return Element;
     return nullptr;
 }

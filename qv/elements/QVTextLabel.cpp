@@ -5,6 +5,7 @@
 #include "qv/channels/QVHighlightInfo.h"
 #include "qv/channels/QVScopeDataView.h"
 #include "qv/component/QVDisplayComponent.h"
+#include "qv/elements/QVElementDrag.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 namespace qv {
@@ -140,10 +141,7 @@ TQVScopeTextLabel* TQVScopeTextLabels::HitTest(int32_t AX, int32_t AY) const
     TQVDisplayOwner* Display = GetDisplay();
     const TQVDisplayComponent* View = Display ? Display->GetDataView() : nullptr;
     const TRect DispRect = View ? View->GetDrawRect() : TRect{};
-    for (TQVScopeTextLabel* Label : GetReverse())
-        if (Label->HitTest(AX, AY, DispRect))
-            return Label;
-    return nullptr;
+    return QVTopElementAt<TQVScopeTextLabel>(*this, AX, AY, DispRect);
 }
 
 const TQLClassInfo& TQVScopeTextLabels::StaticClassInfo()

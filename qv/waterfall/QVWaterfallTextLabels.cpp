@@ -1,6 +1,7 @@
 #include "qv/waterfall/QVWaterfallTextLabels.h"
 
 #include "qv/channels/QVHighlightInfo.h"
+#include "qv/elements/QVElementDrag.h"
 #include "qv/foundation/QLClassBuilder.h"
 
 #include <string>
@@ -38,10 +39,7 @@ void TQVWaterfallTextLabels::Draw(TQLCanvas& ACanvas, const TRect& AClip, bool A
 
 TQVWaterfallTextLabel* TQVWaterfallTextLabels::HitTest(int32_t AX, int32_t AY, const TRect& ARect) const
 {
-    for (TQVWaterfallTextLabel* Label : GetReverse())
-        if (Label->HitTest(AX, AY, ARect))
-            return Label;
-    return nullptr;
+    return QVTopElementAt<TQVWaterfallTextLabel>(*this, AX, AY, ARect);
 }
 
 const TQLClassInfo& TQVWaterfallTextLabels::StaticClassInfo()
